@@ -1,0 +1,18 @@
+#ifndef TOVENG_PLATFORM_UT_H
+#define TOVENG_PLATFORM_UT_H
+
+#include <cstddef>
+
+#include "platform/export.h"
+
+/// Formats as printf does in the "C" locale, whatever the process's locale is. The text belongs to the calling
+/// thread and lives until its next call. Null for a null or malformed format; std::bad_alloc when memory is short.
+TOVENG_API char const* neoform(char const* format, ...);
+
+/// Compares two texts as strcmp does, the letters A to Z taken as a to z. Null reads as an empty text.
+TOVENG_API int ut_stricmp(char const* a, char const* b);
+
+/// Compares at most the first `count` characters as ut_stricmp does.
+TOVENG_API int ut_strincmp(char const* a, char const* b, std::size_t count);
+
+#endif

@@ -1,0 +1,113 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <locale>
+#include <random>
+#include <thread>
+#include <type_traits>
+
+#include "platform/dci.h"
+#include "platform/ut.h"
+
+namespace {
+
+TEST(Utilities, FormatsAsPrintfDoes) {
+    std::mt19937 random(7);
+    std::vector<double> values = {0.0, -0.0, 0.5e-6, 1.5e-6, -2.5e-6, 1e-7, 0.1, 2.675, 8.333, 9e9, 1e15, 1e300, -1e39,
+                                  std::numeric_limits<float>::max(), std::numeric_limits<double>::max(),
+                                  HUGE_VAL, -HUGE_VAL, std::nan("")};
+    for (int i = 0; i < 20000; ++i) {
+        double const scale = std::pow(10.0, static_cast<int>(random() % 20) - 9);
+        values.push_back(static_cast<double>(static_cast<float>(scale * random() / 3e9)));
+        values.push_back(static_cast<double>(static_cast<float>(random() % 4096) / 128.0F / 1e4F));
+        values.push_back(-scale * random() / 7e9);
+    }
+    for (double value : values) {
+        char expected[400];
+        std::snprintf(expected, sizeof expected, "a %f b", value);
+        ASSERT_STREQ(neoform("a %f b", value), expected);
+    }
+    EXPECT_STREQ(neoform("%d%%%d", std::numeric_limits<int>::min(), 7), "-2147483648%7");
+    EXPECT_STREQ(neoform("%s|%5.2f|%-4d|%x|%c|%ld", "text", 1.25, 3, 255U, 'c', 5L), "text| 1.25|3   |ff|c|5");
+    EXPECT_STREQ(neoform("%s", std::string(100000, 'x').c_str()), std::string(100000, 'x').c_str());
+    EXPECT_STREQ(neoform(""), "");
+    EXPECT_EQ(neoform(nullptr), nullptr);
+}
+
+TEST(Utilities, TextOfAThreadStaysWhileAnotherFormats) {
+    char const* const mine = neoform("%d", 1);
+    std::thread([] { neoform("%d", 2); }).join();
+    EXPECT_STREQ(mine, "1");
+}
+
+TEST(Utilities, ComparesWithoutCase) {
+    EXPECT_EQ(ut_stricmp("@ClkIn", "@CLKIN"), 0);
+    EXPECT_LT(ut_stricmp("a", "B"), 0);
+    EXPECT_LT(ut_stricmp("[", "a"), 0);
+    EXPECT_GT(ut_stricmp("ab", "A"), 0);
+    EXPECT_NE(ut_stricmp("\xc4", "\xe4"), 0);
+    EXPECT_EQ(ut_stricmp(nullptr, ""), 0);
+    EXPECT_EQ(ut_strincmp("GET_portsX", "get_ports", 9), 0);
+    EXPECT_NE(ut_strincmp("get_port", "get_ports", 9), 0);
+}
+
+TEST(List, KeepsItsLinksThroughEveryOperation) {
+    using List = ppStlList<int*>;
+    static_assert(std::is_nothrow_move_constructible_v<List>);
+    int n[5] = {0, 1, 2, 3, 4};
+    auto const text = [&n](List const& list) {
+        std::string forward;
+        std::string backward;
+        for (int* p : list) forward += std::to_string(p - n);
+        for (auto i = list.rbegin(); i != list.rend(); ++i) backward += std::to_string(*i - n);
+        EXPECT_EQ(forward, std::string(backward.rbegin(), backward.rend()));
+        EXPECT_EQ(list.size(), forward.size());
+        return forward;
+    };
+    List a{&n[1], &n[2]};
+    a.push_front(&n[0]);
+    a.push_back(&n[3]);
+    EXPECT_EQ(text(a), "0123");
+    a.insert(std::next(a.begin()), &n[4]);
+    EXPECT_EQ(text(a), "04123");
+    EXPECT_EQ(*a.erase(a.begin()), &n[4]);
+    List b(a);
+    List c(std::move(a));
+    EXPECT_EQ(text(a) + "/" + text(b) + "/" + text(c), "/4123/4123");
+    b.pop_back();
+    b.pop_front();
+    a.swap(b);
+    EXPECT_EQ(text(a) + "/" + text(b), "12/");
+    b = a;
+    a = std::move(c);
+    EXPECT_EQ(text(a) + "/" + text(b) + "/" + text(c), "4123/12/");
+    auto& self = a;
+    a = self;
+    a = std::move(self);
+    a.swap(self);
+    EXPECT_EQ(text(a), "4123");
+    EXPECT_EQ(a.erase(std::next(a.begin()), a.end()), a.end());
+    EXPECT_EQ(text(a), "4");
+    a.clear();
+    EXPECT_TRUE(a.empty());
+}
+
+// Short names stand in the record and long ones beside it.
+TEST(Records, CopyAndOwnTheirTexts) {
+    for (std::size_t size : {0, 1, 31, 32, 33, 5000}) {
+        std::string const name(size, 'n');
+        auto* first = new taDciObj(name.c_str(), "text", taDciObjPort, taDciObjCell);
+        taDciObj copy(first);
+        delete first;
+        EXPECT_EQ(copy.name, name);
+        EXPECT_STREQ(copy.text, "text");
+        EXPECT_EQ(copy.type, 5);
+        EXPECT_EQ(copy.type2, 7);
+    }
+    taDciObj unnamed(nullptr, nullptr, taDciObjName, taDciObjNone);
+    EXPECT_EQ(taDciObj(&unnamed).name, nullptr);
+    EXPECT_EQ(taDciText(nullptr), nullptr);
+}
+
+}  // namespace

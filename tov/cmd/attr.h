@@ -1,0 +1,28 @@
+#ifndef TOVENG_TOV_CMD_ATTR_H
+#define TOVENG_TOV_CMD_ATTR_H
+
+#include <string>
+
+#include "tov/cmd/cmd.h"
+
+namespace kiri::tov {
+
+/// "#attribute": an HDL attribute of five texts, to which the library gives no meaning.
+class TOVENG_API TovCmdAttr : public TovCmd {
+   public:
+    TovCmdAttr(std::string text1, std::string text2, std::string text3, std::string text4, std::string text5);
+    ~TovCmdAttr() override;
+
+    /// The fields are separated by tabs; a disabled attribute ends in "-disable" and bears no prefix.
+    std::string toSaveString(TOV* document) override;
+
+    std::string text1;
+    std::string text2;
+    std::string text3;
+    std::string text4;
+    std::string text5;
+};
+
+}  // namespace kiri::tov
+
+#endif

@@ -1,0 +1,70 @@
+#include "tov/cmd/clock_def.h"
+
+#include "platform/ut.h"
+#include "tov/cmd/parse.h"
+#include "tov/cmd/write.h"
+
+namespace kiri::tov {
+
+namespace {
+
+//   create_clock { -period number | -name word | -waveform { number ... } | objects }
+constexpr std::string_view keywords[] = {"create_clock"};
+
+void addEdge(TovCmdClockDef& cmd, std::string_view text) {
+    float edge = 0;
+    if (parseFloatValue(text, edge)) cmd.waveform.push_back(edge);
+}
+
+// A second "-waveform" adds its edges to those of the first.
+void readWaveform(TovCmdClockDef& cmd, std::string_view group) {
+    WordCursor edges(group);
+    for (std::string_view edge; edges.next(edge);) addEdge(cmd, edge);
+}
+
+constexpr Option<TovCmdClockDef> options[] = {
+    {"-period", OptionValue::wanted, [](auto& cmd, auto value) { parseFloatValue(value, cmd.period); }},
+    {"-name", OptionValue::wanted, [](auto& cmd, auto value) { cmd.clockName = value; }},
+    // The one option that is an error without its value.
+    {"-waveform", OptionValue::required, readWaveform},
+};
+
+void readTargets(TovCmdClockDef& cmd, std::string_view word) { readObjs(cmd.targets, word, true); }
+
+}  // namespace
+
+TovCmdClockDef::TovCmdClockDef(std::string_view line) : TovCmdClockDef() {
+    WordCursor words(line);
+    if (beginLine(*this, words, keywords)) readWords(*this, words, options, readTargets);
+}
+
+TovCmdClockDef::TovCmdClockDef(std::string const& line) : TovCmdClockDef(std::string_view(line)) {}
+TovCmdClockDef::TovCmdClockDef(char const* line) : TovCmdClockDef(std::string_view(line)) {}
+
+TovCmdClockDef::TovCmdClockDef(taDciSynClk* record)
+    : TovCmdClockDef(fromThousandths(record->period), record->name, record->text) {
+    for (char const* edge : record->waveform) {
+        if (edge != nullptr) addEdge(*this, edge);
+    }
+    deepCopyDciObjList(record->targets, targets);
+}
+
+TovCmdClockDef::TovCmdClockDef(float period_, char const* name, char const* text)
+    : TovCmd(text), period(period_), clockName(name == nullptr ? "" : name) {}
+
+TovCmdClockDef::~TovCmdClockDef() { freeDciObjList(targets); }
+
+std::string TovCmdClockDef::toSaveString(TOV*) {
+    std::string line = beginSaveLine(*this);
+    appendPiece(line, neoform("create_clock -period %f", static_cast<double>(period)));
+    if (!waveform.empty()) {
+        line += " -waveform { ";
+        for (float edge : waveform) appendPiece(line, neoform("%f ", static_cast<double>(edge)));
+        line += '}';
+    }
+    if (!clockName.empty()) line.append(" -name ").append(clockName);
+    appendFirst(line, " ", targets);
+    return line;
+}
+
+}  // namespace kiri::tov

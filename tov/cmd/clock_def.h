@@ -1,0 +1,38 @@
+#ifndef TOVENG_TOV_CMD_CLOCK_DEF_H
+#define TOVENG_TOV_CMD_CLOCK_DEF_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tov/cmd/cmd.h"
+
+namespace kiri::tov {
+
+/// "create_clock": a primary clock and the objects it is defined on.
+class TOVENG_API TovCmdClockDef : public TovCmd {
+   public:
+    /// Reads a line; std::out_of_range if "-waveform" is its last word.
+    explicit TovCmdClockDef(std::string const& line);
+    explicit TovCmdClockDef(std::string_view line);
+    explicit TovCmdClockDef(char const* line);
+    /// Copies a database record.
+    explicit TovCmdClockDef(taDciSynClk* record);
+    /// `name` and `text` (the note) may be null.
+    TovCmdClockDef(float period, char const* name, char const* text);
+    ~TovCmdClockDef() override;
+
+    std::string toSaveString(TOV* document) override;
+
+    float period = 0;             ///< in the file's time unit
+    std::vector<float> waveform;  ///< edge times in the file's time unit
+    std::string clockName;
+    ppStlList<taDciObj*> targets;  ///< owned
+
+   private:
+    TovCmdClockDef() = default;
+};
+
+}  // namespace kiri::tov
+
+#endif

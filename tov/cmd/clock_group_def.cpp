@@ -1,0 +1,103 @@
+#include "tov/cmd/clock_group_def.h"
+
+#include "platform/ut.h"
+#include "tov/cmd/parse.h"
+#include "tov/cmd/write.h"
+
+namespace kiri::tov {
+
+namespace {
+
+//   set_clock_groups { -asynchronous | -group objects | ignored word }
+//
+// "-exclusive" is an ignored word: a line is asynchronous if it says so, and exclusive otherwise.
+constexpr std::string_view keywords[] = {"set_clock_groups"};
+
+// Appends an empty group.
+ppStlList<taDciObj*>& addGroup(TovCmdClockGroupDef& cmd) {
+    cmd.groups.push_back(nullptr);
+    cmd.groups.back() = new ppStlList<taDciObj*>();
+    return *cmd.groups.back();
+}
+
+constexpr Option<TovCmdClockGroupDef> options[] = {
+    {"-asynchronous", OptionValue::none, [](auto& cmd, auto) { cmd.exclusive = false; }},
+    {"-group", OptionValue::wanted,
+     [](auto& cmd, auto value) { readObjs(addGroup(cmd), value, false); }},
+};
+
+bool isClock(taDciObjTyp type) {
+    return type == taDciObjClock || type == taDciObjSourcePort || type == taDciObjSourceNet;
+}
+
+// A group's clocks are written as one query behind its other members. A member that is neither a clock nor a reserved
+// key is glued to what stands before it: the file format has no blank there.
+void appendGroup(std::string& line, ppStlList<taDciObj*> const& group) {
+    line += " -group";
+    std::string clocks;
+    int count = 0;
+    for (taDciObj const* obj : group) {
+        if (obj == nullptr) continue;
+        std::string_view const name = obj->name == nullptr ? "" : obj->name;
+        std::string_view const reserved = reservedExpression(obj->name);
+        if (!reserved.empty()) {
+            line.append(" ").append(reserved);
+        } else if (isClock(obj->type)) {
+            clocks.append(name).append(" ");
+            ++count;
+        } else {
+            line += name;
+        }
+    }
+    if (count == 0) return;
+    line += count == 1 ? " [ get_clocks " : " [ get_clocks { ";
+    line += clocks;
+    line += count == 1 ? " ]" : "} ]";
+}
+
+}  // namespace
+
+TovCmdClockGroupDef::TovCmdClockGroupDef(bool exclusive_) : exclusive(exclusive_) {}
+
+TovCmdClockGroupDef::TovCmdClockGroupDef(std::string_view line) : TovCmdClockGroupDef() {
+    WordCursor words(line);
+    if (beginLine(*this, words, keywords)) readWords(*this, words, options, ignoreWord);
+}
+
+TovCmdClockGroupDef::TovCmdClockGroupDef(std::string const& line) : TovCmdClockGroupDef(std::string_view(line)) {}
+TovCmdClockGroupDef::TovCmdClockGroupDef(char const* line) : TovCmdClockGroupDef(std::string_view(line)) {}
+
+TovCmdClockGroupDef::TovCmdClockGroupDef(taDciSynClkGroup* record)
+    : TovCmdClockGroupDef((record->asynchronous ^ 1) != 0) {
+    if (record->text != nullptr) note = record->text;
+    for (ppStlList<taDciSynClkGroupMember*> const* members : record->groups) {
+        if (members == nullptr) continue;
+        OwnedObjList clocks;
+        for (taDciSynClkGroupMember const* member : *members) {
+            if (member != nullptr && member->clock != nullptr) clocks.append(member->clock->name, taDciObjClock);
+        }
+        clocks.swap(addGroup(*this));
+    }
+}
+
+TovCmdClockGroupDef::~TovCmdClockGroupDef() { reset(); }
+
+void TovCmdClockGroupDef::reset() {
+    for (ppStlList<taDciObj*>* group : groups) {
+        if (group != nullptr) freeDciObjList(*group);
+        delete group;
+    }
+    groups.clear();
+}
+
+std::string TovCmdClockGroupDef::toSaveString(TOV*) {
+    std::string line = beginSaveLine(*this);
+    line += "set_clock_groups";
+    line += exclusive ? " -exclusive" : " -asynchronous";
+    for (ppStlList<taDciObj*> const* group : groups) {
+        if (group != nullptr) appendGroup(line, *group);
+    }
+    return line;
+}
+
+}  // namespace kiri::tov

@@ -1,0 +1,53 @@
+#include "tov/cmd/cmd.h"
+
+#include <string_view>
+
+#include "platform/ut.h"
+#include "tov/cmd/obj_list.h"
+#include "tov/text.h"
+
+namespace kiri::tov {
+
+namespace {
+
+constexpr std::string_view bracketedQueries[] = {"get_ports", "get_nets",   "get_cells",
+                                                 "get_pins",  "get_clocks", "get_registers"};
+
+}  // namespace
+
+TovCmd::~TovCmd() = default;
+
+ppStlList<taDciObj*> TovCmd::fromTclString(std::string const& text, bool source) {
+    return OwnedObjList(text, source).release();
+}
+
+std::string TovCmd::toTclString(taDciObj* obj) {
+    std::string text;
+    appendTclString(text, obj);
+    return text;
+}
+
+bool TovCmd::reservedKey(char const* key, std::string& out) {
+    std::string_view const expression = reservedExpression(key);
+    if (expression.empty()) return false;
+    out = expression;
+    return true;
+}
+
+std::string TovCmd::encloseBracket(char const* text) {
+    constexpr char const* space = " \t\n\r";
+    std::string trimmed = text == nullptr ? "" : text;
+    trimmed.erase(trimmed.find_last_not_of(space) + 1);
+    trimmed.erase(0, trimmed.find_first_not_of(space));
+    for (std::string_view query : bracketedQueries) {
+        if (ut_strincmp(trimmed.c_str(), query.data(), query.size()) == 0) return "[ " + trimmed + " ]";
+    }
+    return trimmed;
+}
+
+std::string encloseDoubleQuotes(std::string const& text) {
+    bool const quote = text.find_first_of(whiteSpace) != std::string::npos && text.find('"') == std::string::npos;
+    return quote ? '"' + text + '"' : text;
+}
+
+}  // namespace kiri::tov

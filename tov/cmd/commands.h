@@ -1,0 +1,16 @@
+#ifndef TOVENG_TOV_CMD_COMMANDS_H
+#define TOVENG_TOV_CMD_COMMANDS_H
+
+// All command classes.
+
+#include "tov/cmd/attr.h"
+#include "tov/cmd/clock_def.h"
+#include "tov/cmd/clock_group_def.h"
+#include "tov/cmd/cmd.h"
+#include "tov/cmd/false_path.h"
+#include "tov/cmd/gen_clock_def.h"
+#include "tov/cmd/io_delay.h"
+#include "tov/cmd/multi_path.h"
+#include "tov/cmd/timing_delay.h"
+
+#endif

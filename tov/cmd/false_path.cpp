@@ -1,0 +1,54 @@
+#include "tov/cmd/false_path.h"
+
+#include "platform/ut.h"
+#include "tov/cmd/parse.h"
+#include "tov/cmd/write.h"
+
+namespace kiri::tov {
+
+namespace {
+
+//   set_false_path { -from objects | -to objects | -through objects | ignored word }
+constexpr std::string_view keywords[] = {"set_false_path"};
+
+constexpr Option<TovCmdFalsePath> options[] = {
+    {"-from", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.from, value, false); }},
+    {"-to", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.to, value, false); }},
+    {"-through", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.through, value, false); }},
+};
+
+}  // namespace
+
+TovCmdFalsePath::TovCmdFalsePath(char* note_) : TovCmd(note_) {}
+
+TovCmdFalsePath::TovCmdFalsePath(taDciSynFalse* record) : TovCmdFalsePath(record->note) {
+    deepCopyDciObjList(record->from, from);
+    deepCopyDciObjList(record->to, to);
+    deepCopyDciObjList(record->through, through);
+}
+
+TovCmdFalsePath::TovCmdFalsePath(std::string_view line) : TovCmdFalsePath() {
+    WordCursor words(line);
+    if (beginLine(*this, words, keywords)) readWords(*this, words, options, ignoreWord);
+}
+
+TovCmdFalsePath::TovCmdFalsePath(std::string const& line) : TovCmdFalsePath(std::string_view(line)) {}
+TovCmdFalsePath::TovCmdFalsePath(char const* line) : TovCmdFalsePath(std::string_view(line)) {}
+
+TovCmdFalsePath::~TovCmdFalsePath() {
+    freeDciObjList(from);
+    freeDciObjList(to);
+    freeDciObjList(through);
+}
+
+std::string TovCmdFalsePath::toSaveString(TOV*) {
+    std::string line = beginSaveLine(*this);
+    line += "set_false_path";
+    appendFirst(line, fromOption, from);
+    appendFirst(line, toOption, to);
+    // Through points are not written beside a start or end point.
+    if (from.empty() && to.empty()) appendFirst(line, " -through  ", through);
+    return line;
+}
+
+}  // namespace kiri::tov

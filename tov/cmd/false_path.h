@@ -1,0 +1,36 @@
+#ifndef TOVENG_TOV_CMD_FALSE_PATH_H
+#define TOVENG_TOV_CMD_FALSE_PATH_H
+
+#include <string>
+#include <string_view>
+
+#include "tov/cmd/cmd.h"
+
+namespace kiri::tov {
+
+/// "set_false_path": paths that are not timed.
+class TOVENG_API TovCmdFalsePath : public TovCmd {
+   public:
+    /// `note` may be null.
+    explicit TovCmdFalsePath(char* note);
+    /// Copies a database record.
+    explicit TovCmdFalsePath(taDciSynFalse* record);
+    /// Reads a line; unknown words are skipped.
+    explicit TovCmdFalsePath(std::string const& line);
+    explicit TovCmdFalsePath(std::string_view line);
+    explicit TovCmdFalsePath(char const* line);
+    ~TovCmdFalsePath() override;
+
+    std::string toSaveString(TOV* document) override;
+
+    ppStlList<taDciObj*> from;     ///< owned
+    ppStlList<taDciObj*> to;       ///< owned
+    ppStlList<taDciObj*> through;  ///< owned; written only where from and to are empty
+
+   private:
+    TovCmdFalsePath() = default;
+};
+
+}  // namespace kiri::tov
+
+#endif

@@ -1,0 +1,95 @@
+#include "tov/cmd/gen_clock_def.h"
+
+#include "platform/ut.h"
+#include "tov/cmd/parse.h"
+#include "tov/cmd/write.h"
+
+namespace kiri::tov {
+
+namespace {
+
+//   create_generated_clock { -divide_by number | -multiply_by number | -name word | -duty_cycle number
+//                          | -source objects | -master_clock objects | objects }
+constexpr std::string_view keywords[] = {"create_generated_clock"};
+
+void readInteger(std::string& out, std::string_view value) {
+    float number = 0;
+    if (!parseFloatValue(value, number)) return;
+    out.clear();
+    appendPiece(out, neoform("%d", truncateToInt(number)));
+}
+
+void readDutyCycle(TovCmdGenClockDef& cmd, std::string_view value) {
+    float number = 0;
+    if (!parseFloatValue(value, number)) return;
+    cmd.dutyCycle.clear();
+    appendPiece(cmd.dutyCycle, neoform("%f", static_cast<double>(number)));
+}
+
+constexpr Option<TovCmdGenClockDef> options[] = {
+    {"-divide_by", OptionValue::wanted, [](auto& cmd, auto value) { readInteger(cmd.divideBy, value); }},
+    {"-multiply_by", OptionValue::wanted, [](auto& cmd, auto value) { readInteger(cmd.multiplyBy, value); }},
+    {"-name", OptionValue::wanted, [](auto& cmd, auto value) { cmd.clockName = value; }},
+    {"-duty_cycle", OptionValue::wanted, readDutyCycle},
+    {"-source", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.sources, value, true); }},
+    {"-master_clock", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.masterClock, value, true); }},
+};
+
+void readTargets(TovCmdGenClockDef& cmd, std::string_view word) { readObjs(cmd.targets, word, true); }
+
+void appendInteger(std::string& line, char const* format, std::string const& text) {
+    float number = 0;
+    if (parseFloatValue(text, number)) appendPiece(line, neoform(format, truncateToInt(number)));
+}
+
+std::string textOf(char const* text) { return text == nullptr ? "" : text; }
+
+}  // namespace
+
+TovCmdGenClockDef::TovCmdGenClockDef(std::string_view line) : TovCmdGenClockDef() {
+    WordCursor words(line);
+    if (beginLine(*this, words, keywords)) readWords(*this, words, options, readTargets);
+}
+
+TovCmdGenClockDef::TovCmdGenClockDef(std::string const& line) : TovCmdGenClockDef(std::string_view(line)) {}
+TovCmdGenClockDef::TovCmdGenClockDef(char const* line) : TovCmdGenClockDef(std::string_view(line)) {}
+
+TovCmdGenClockDef::TovCmdGenClockDef(taDciSynClk* record) : TovCmdGenClockDef(record->name, record->text) {
+    divideBy = textOf(record->divideBy);
+    multiplyBy = textOf(record->multiplyBy);
+    dutyCycle = textOf(record->dutyCycle);
+    deepCopyDciObjList(record->source, sources);
+    if (record->masterClock != nullptr) {
+        OwnedObjList master;
+        master.append(record->masterClock->name, taDciObjClock);
+        master.swap(masterClock);
+    }
+    deepCopyDciObjList(record->targets, targets);
+}
+
+TovCmdGenClockDef::TovCmdGenClockDef(char const* name, char const* text)
+    : TovCmd(text), clockName(textOf(name)) {}
+
+TovCmdGenClockDef::~TovCmdGenClockDef() {
+    freeDciObjList(sources);
+    freeDciObjList(masterClock);
+    freeDciObjList(targets);
+}
+
+std::string TovCmdGenClockDef::toSaveString(TOV*) {
+    std::string line = beginSaveLine(*this);
+    line += "create_generated_clock";
+    appendInteger(line, " -divide_by %d", divideBy);
+    appendInteger(line, " -multiply_by %d", multiplyBy);
+    float duty = 0;
+    if (parseFloatValue(dutyCycle, duty)) {
+        appendPiece(line, neoform(" -duty_cycle %f", static_cast<double>(duty)));
+    }
+    appendFirst(line, " -source ", sources);
+    appendFirst(line, " -master_clock ", masterClock);
+    if (!clockName.empty()) line.append(" -name ").append(clockName);
+    appendFirst(line, " ", targets);
+    return line;
+}
+
+}  // namespace kiri::tov

@@ -1,0 +1,40 @@
+#ifndef TOVENG_TOV_CMD_GEN_CLOCK_DEF_H
+#define TOVENG_TOV_CMD_GEN_CLOCK_DEF_H
+
+#include <string>
+#include <string_view>
+
+#include "tov/cmd/cmd.h"
+
+namespace kiri::tov {
+
+/// "create_generated_clock": a clock derived from another one. Its numbers are kept as texts.
+class TOVENG_API TovCmdGenClockDef : public TovCmd {
+   public:
+    /// Reads a line; numbers become normal decimal texts.
+    explicit TovCmdGenClockDef(std::string const& line);
+    explicit TovCmdGenClockDef(std::string_view line);
+    explicit TovCmdGenClockDef(char const* line);
+    /// Copies a database record; its numbers stay the texts they are.
+    explicit TovCmdGenClockDef(taDciSynClk* record);
+    /// `name` and `text` (the note) may be null.
+    TovCmdGenClockDef(char const* name, char const* text);
+    ~TovCmdGenClockDef() override;
+
+    std::string toSaveString(TOV* document) override;
+
+    ppStlList<taDciObj*> sources;      ///< owned
+    ppStlList<taDciObj*> masterClock;  ///< owned
+    std::string divideBy;              ///< an integer; empty when none; not written unless it is a number
+    std::string multiplyBy;            ///< as divideBy
+    std::string dutyCycle;             ///< per cent, with six decimals; else as divideBy
+    std::string clockName;
+    ppStlList<taDciObj*> targets;  ///< owned
+
+   private:
+    TovCmdGenClockDef() = default;
+};
+
+}  // namespace kiri::tov
+
+#endif

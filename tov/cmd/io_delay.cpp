@@ -1,0 +1,83 @@
+#include "tov/cmd/io_delay.h"
+
+#include "platform/ut.h"
+#include "tov/cmd/parse.h"
+#include "tov/cmd/write.h"
+
+namespace kiri::tov {
+
+namespace {
+
+//   ( set_input_delay | set_output_delay ) { -max | -min | -clock objects | number | objects }
+constexpr std::string_view keywords[] = {"set_input_delay", "set_output_delay"};
+
+constexpr Option<TovCmdIODelay> options[] = {
+    {"-max", OptionValue::none, [](auto& cmd, auto) { cmd.max = true; }},
+    {"-min", OptionValue::none, [](auto& cmd, auto) { cmd.min = true; }},
+    {"-clock", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.clock, value, false); }},
+};
+
+void readDelayOrObjects(TovCmdIODelay& cmd, std::string_view word) {
+    if (!parseFloatValue(word, cmd.delay)) readObjs(cmd.objects, word, false);
+}
+
+// The blank behind the clock is always there, and so ends a line without objects.
+void appendDelay(std::string& line, TovCmdIODelay const& cmd) {
+    if (cmd.max) line += " -max";
+    if (cmd.min) line += " -min";
+    appendPiece(line, neoform(" %f", static_cast<double>(cmd.delay)));
+    appendFirst(line, " -clock ", cmd.clock);
+    line += ' ';
+    appendFirst(line, " ", cmd.objects);
+}
+
+}  // namespace
+
+TovCmdIODelay::TovCmdIODelay(float delay_, char const* label_, char* note_)
+    : TovCmd(note_), delay(delay_), label(label_ == nullptr ? "" : label_) {}
+
+TovCmdIODelay::TovCmdIODelay(taDciSynIo* record)
+    : TovCmdIODelay(fromThousandths(record->delay), record->label, record->note) {
+    max = hasText(record->maxMarker);
+    min = hasText(record->minMarker);
+    if (record->clock != nullptr) {
+        OwnedObjList reference;
+        reference.append(record->clock->name, taDciObjClock);
+        reference.swap(clock);
+    }
+    deepCopyDciObjList(record->objects, objects);
+}
+
+TovCmdIODelay::TovCmdIODelay(std::string_view line) : TovCmdIODelay() {
+    WordCursor words(line);
+    if (beginLine(*this, words, keywords)) readWords(*this, words, options, readDelayOrObjects);
+}
+
+TovCmdIODelay::TovCmdIODelay(std::string const& line) : TovCmdIODelay(std::string_view(line)) {}
+TovCmdIODelay::TovCmdIODelay(char const* line) : TovCmdIODelay(std::string_view(line)) {}
+
+TovCmdIODelay::~TovCmdIODelay() {
+    freeDciObjList(objects);
+    freeDciObjList(clock);
+}
+
+TovCmdInputDelay::~TovCmdInputDelay() = default;
+
+std::string TovCmdInputDelay::toSaveString(TOV*) {
+    std::string line = beginSaveLine(*this);
+    line += "set_input_delay";
+    appendDelay(line, *this);
+    return line;
+}
+
+TovCmdOutputDelay::~TovCmdOutputDelay() = default;
+
+std::string TovCmdOutputDelay::toSaveString(TOV*) {
+    std::string line = beginSaveLine(*this);
+    // This keyword passes through the formatter, which may leave it out.
+    appendPiece(line, neoform("set_output_delay", static_cast<double>(delay)));
+    appendDelay(line, *this);
+    return line;
+}
+
+}  // namespace kiri::tov

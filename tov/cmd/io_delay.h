@@ -1,0 +1,53 @@
+#ifndef TOVENG_TOV_CMD_IO_DELAY_H
+#define TOVENG_TOV_CMD_IO_DELAY_H
+
+#include <string>
+#include <string_view>
+
+#include "tov/cmd/cmd.h"
+
+namespace kiri::tov {
+
+/// What input and output delays share: the external delay at ports relative to a clock.
+class TOVENG_API TovCmdIODelay : public TovCmd {
+   public:
+    /// `label` and `note` may be null.
+    TovCmdIODelay(float delay, char const* label, char* note);
+    /// Copies a database record.
+    explicit TovCmdIODelay(taDciSynIo* record);
+    /// Reads a line; either keyword will do.
+    explicit TovCmdIODelay(std::string const& line);
+    explicit TovCmdIODelay(std::string_view line);
+    explicit TovCmdIODelay(char const* line);
+    ~TovCmdIODelay() override;
+
+    float delay = 0;               ///< nanoseconds
+    bool max = false;              ///< the delay is a maximum
+    bool min = false;              ///< the delay is a minimum
+    std::string label;             ///< free text; never written
+    ppStlList<taDciObj*> clock;    ///< owned
+    ppStlList<taDciObj*> objects;  ///< owned
+
+   private:
+    TovCmdIODelay() = default;
+};
+
+/// "set_input_delay".
+class TOVENG_API TovCmdInputDelay : public TovCmdIODelay {
+   public:
+    using TovCmdIODelay::TovCmdIODelay;
+    ~TovCmdInputDelay() override;
+    std::string toSaveString(TOV* document) override;
+};
+
+/// "set_output_delay".
+class TOVENG_API TovCmdOutputDelay : public TovCmdIODelay {
+   public:
+    using TovCmdIODelay::TovCmdIODelay;
+    ~TovCmdOutputDelay() override;
+    std::string toSaveString(TOV* document) override;
+};
+
+}  // namespace kiri::tov
+
+#endif

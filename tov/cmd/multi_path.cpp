@@ -1,0 +1,55 @@
+#include "tov/cmd/multi_path.h"
+
+#include "platform/ut.h"
+#include "tov/cmd/parse.h"
+#include "tov/cmd/write.h"
+
+namespace kiri::tov {
+
+namespace {
+
+//   set_multicycle_path { -from objects | -to objects | number | ignored word }
+constexpr std::string_view keywords[] = {"set_multicycle_path"};
+
+constexpr Option<TovCmdMultiPath> options[] = {
+    {"-from", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.from, value, false); }},
+    {"-to", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.to, value, false); }},
+};
+
+void readMultiplier(TovCmdMultiPath& cmd, std::string_view word) {
+    float number = 0;
+    if (parseFloatValue(word, number)) cmd.multiplier = truncateToInt(number);
+}
+
+}  // namespace
+
+TovCmdMultiPath::TovCmdMultiPath(int multiplier_, char* note_) : TovCmd(note_), multiplier(multiplier_) {}
+
+TovCmdMultiPath::TovCmdMultiPath(taDciSynMcyc* record)
+    : TovCmdMultiPath(truncateToInt(record->multiplier), record->note) {
+    deepCopyDciObjList(record->from, from);
+    deepCopyDciObjList(record->to, to);
+}
+
+TovCmdMultiPath::TovCmdMultiPath(std::string_view line) : TovCmdMultiPath() {
+    WordCursor words(line);
+    if (beginLine(*this, words, keywords)) readWords(*this, words, options, readMultiplier);
+}
+
+TovCmdMultiPath::TovCmdMultiPath(std::string const& line) : TovCmdMultiPath(std::string_view(line)) {}
+TovCmdMultiPath::TovCmdMultiPath(char const* line) : TovCmdMultiPath(std::string_view(line)) {}
+
+TovCmdMultiPath::~TovCmdMultiPath() {
+    freeDciObjList(from);
+    freeDciObjList(to);
+}
+
+std::string TovCmdMultiPath::toSaveString(TOV*) {
+    std::string line = beginSaveLine(*this);
+    appendPiece(line, neoform("set_multicycle_path %d", multiplier));
+    appendFirst(line, fromOption, from);
+    appendFirst(line, toOption, to);
+    return line;
+}
+
+}  // namespace kiri::tov

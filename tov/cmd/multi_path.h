@@ -1,0 +1,36 @@
+#ifndef TOVENG_TOV_CMD_MULTI_PATH_H
+#define TOVENG_TOV_CMD_MULTI_PATH_H
+
+#include <string>
+#include <string_view>
+
+#include "tov/cmd/cmd.h"
+
+namespace kiri::tov {
+
+/// "set_multicycle_path": paths that may take several clock cycles.
+class TOVENG_API TovCmdMultiPath : public TovCmd {
+   public:
+    /// `note` may be null.
+    TovCmdMultiPath(int multiplier, char* note);
+    /// Copies a database record; its multiplier is cut to an integer.
+    explicit TovCmdMultiPath(taDciSynMcyc* record);
+    /// Reads a line; unknown words are skipped.
+    explicit TovCmdMultiPath(std::string const& line);
+    explicit TovCmdMultiPath(std::string_view line);
+    explicit TovCmdMultiPath(char const* line);
+    ~TovCmdMultiPath() override;
+
+    std::string toSaveString(TOV* document) override;
+
+    int multiplier = 0;         ///< clock cycles
+    ppStlList<taDciObj*> from;  ///< owned
+    ppStlList<taDciObj*> to;    ///< owned
+
+   private:
+    TovCmdMultiPath() = default;
+};
+
+}  // namespace kiri::tov
+
+#endif

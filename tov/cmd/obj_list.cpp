@@ -1,0 +1,139 @@
+#include "tov/cmd/obj_list.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "platform/dci_make.h"
+#include "platform/ut.h"
+#include "tov/tokenizer.h"
+
+namespace kiri::tov {
+
+namespace {
+
+// An object expression is a word of a line:
+//
+//   expression = "["* element* "]"*
+//   element    = query [ argument ]     references named by the words of the argument
+//              | other                  a reference named by the whole expression
+//   argument   = word | "{"* word* "}"*
+struct Query {
+    std::string_view word;
+    taDciObjTyp type;
+    taDciObjTyp sourceType;
+};
+
+constexpr Query queries[] = {
+    {"get_ports", taDciObjPort, taDciObjSourcePort}, {"get_nets", taDciObjNet, taDciObjSourceNet},
+    {"get_clocks", taDciObjClock, taDciObjClock},    {"get_cells", taDciObjCell, taDciObjCell},
+    {"get_pins", taDciObjPin, taDciObjPin},
+};
+
+struct ReservedKey {
+    char const* key;
+    std::string_view expression;
+};
+
+// "@CLKIN" stands for all clocks and "@CLOCK" for all registers: the file format has them crossed.
+constexpr ReservedKey reservedKeys[] = {
+    {"@PI", "[all_inputs]"},
+    {"@PO", "[all_outputs]"},
+    {"@CLKIN", "[all_clocks]"},
+    {"@CLOCK", "[all_registers]"},
+};
+
+template <class Match>
+Query const* findQuery(Match match) {
+    Query const* const query = std::find_if(std::begin(queries), std::end(queries), match);
+    return query == std::end(queries) ? nullptr : query;
+}
+
+std::string_view strip(std::string_view text, char front, char back) {
+    while (!text.empty() && text.front() == front) text.remove_prefix(1);
+    while (!text.empty() && text.back() == back) text.remove_suffix(1);
+    return text;
+}
+
+}  // namespace
+
+OwnedObjList::OwnedObjList(std::string_view expression, bool source) : OwnedObjList() {
+    taDciObj* whole = nullptr;
+    WordCursor words(strip(expression, '[', ']'));
+    for (std::string_view word; words.next(word);) {
+        Query const* const query = findQuery([word](Query const& q) { return q.word == word; });
+        if (query == nullptr) {
+            // Every word that is no query stands for the whole expression.
+            list_.push_back(nullptr);
+            list_.back() = whole == nullptr ? makeDciObj(expression, taDciObjName) : makeDciObjWithSharedName(whole);
+            whole = list_.back();
+            continue;
+        }
+        std::string_view argument;
+        if (!words.next(argument)) break;
+        WordCursor names(strip(argument, '{', '}'));
+        for (std::string_view name; names.next(name);) append(name, source ? query->sourceType : query->type);
+    }
+}
+
+// The node is there before its reference, so that a reference is in the list from its first moment on.
+void OwnedObjList::append(std::string_view name, taDciObjTyp type) {
+    list_.push_back(nullptr);
+    list_.back() = makeDciObj(name, type);
+}
+
+void OwnedObjList::append(char const* name, taDciObjTyp type) {
+    list_.push_back(nullptr);
+    list_.back() = new taDciObj(name, nullptr, type, taDciObjNone);
+}
+
+void OwnedObjList::appendCopy(taDciObj* obj) {
+    list_.push_back(nullptr);
+    list_.back() = new taDciObj(obj);
+}
+
+ppStlList<taDciObj*> OwnedObjList::release() noexcept {
+    ppStlList<taDciObj*> list;
+    list.swap(list_);
+    return list;
+}
+
+std::string_view reservedExpression(char const* key) {
+    if (key != nullptr) {
+        for (ReservedKey const& reserved : reservedKeys) {
+            if (ut_stricmp(key, reserved.key) == 0) return reserved.expression;
+        }
+    }
+    return {};
+}
+
+void appendTclString(std::string& out, taDciObj const* obj) {
+    if (obj == nullptr) return;
+    std::string_view const reserved = reservedExpression(obj->name);
+    if (!reserved.empty()) {
+        out += reserved;
+        return;
+    }
+    std::string_view const name = obj->name == nullptr ? "" : obj->name;
+    taDciObjTyp const type = obj->type == taDciObjPin2 ? taDciObjPin : obj->type;
+    Query const* const query = findQuery([type](Query const& q) { return q.type == type || q.sourceType == type; });
+    if (query == nullptr) {
+        out += name;
+        return;
+    }
+    out.append("[ ").append(query->word).append(" { ").append(name).append(" } ]");
+}
+
+void deepCopyDciObjList(ppStlList<taDciObj*>& from, ppStlList<taDciObj*>& to) {
+    OwnedObjList copies;
+    for (taDciObj* obj : from) {
+        if (obj != nullptr) copies.appendCopy(obj);
+    }
+    copies.swap(to);
+}
+
+void freeDciObjList(ppStlList<taDciObj*>& list) {
+    for (taDciObj* obj : list) delete obj;
+    list.clear();
+}
+
+}  // namespace kiri::tov

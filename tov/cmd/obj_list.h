@@ -1,0 +1,45 @@
+#ifndef TOVENG_TOV_CMD_OBJ_LIST_H
+#define TOVENG_TOV_CMD_OBJ_LIST_H
+
+#include <string>
+#include <string_view>
+
+#include "platform/dci.h"
+#include "tov/cmd/cmd.h"
+
+namespace kiri::tov {
+
+/// A list of references under construction: it owns them until they are handed over.
+class OwnedObjList {
+   public:
+    OwnedObjList() = default;
+    /// Reads an object expression, as TovCmd::fromTclString tells.
+    OwnedObjList(std::string_view expression, bool source);
+    ~OwnedObjList() { freeDciObjList(list_); }
+    OwnedObjList(OwnedObjList const&) = delete;
+    OwnedObjList& operator=(OwnedObjList const&) = delete;
+
+    /// Appends a new reference.
+    void append(std::string_view name, taDciObjTyp type);
+    void append(char const* name, taDciObjTyp type);
+    /// Appends a copy of the record.
+    void appendCopy(taDciObj* obj);
+
+    /// Hands the references to `to` and takes over those that stood there.
+    void swap(ppStlList<taDciObj*>& to) noexcept { list_.swap(to); }
+    ppStlList<taDciObj*> release() noexcept;
+
+   private:
+
+    ppStlList<taDciObj*> list_;
+};
+
+/// Appends the expression of a reference, as TovCmd::toTclString tells.
+void appendTclString(std::string& out, taDciObj const* obj);
+
+/// The expression that a reserved key stands for; empty for any other key and for null.
+std::string_view reservedExpression(char const* key);
+
+}  // namespace kiri::tov
+
+#endif

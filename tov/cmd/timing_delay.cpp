@@ -1,0 +1,60 @@
+#include "tov/cmd/timing_delay.h"
+
+#include "platform/ut.h"
+#include "tov/cmd/parse.h"
+#include "tov/cmd/write.h"
+
+namespace kiri::tov {
+
+namespace {
+
+//   ( set_max_delay | set_min_delay ) { -from objects | -to objects | number | ignored word }
+constexpr std::string_view keywords[] = {"set_max_delay", "set_min_delay"};
+
+constexpr Option<TovCmdTimingDelay> options[] = {
+    {"-from", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.from, value, false); }},
+    {"-to", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.to, value, false); }},
+};
+
+void readDelay(TovCmdTimingDelay& cmd, std::string_view word) { parseFloatValue(word, cmd.delay); }
+
+std::string saveLine(TovCmdTimingDelay const& cmd, char const* format) {
+    std::string line = beginSaveLine(cmd);
+    appendPiece(line, neoform(format, static_cast<double>(cmd.delay)));
+    appendFirst(line, fromOption, cmd.from);
+    appendFirst(line, toOption, cmd.to);
+    return line;
+}
+
+}  // namespace
+
+TovCmdTimingDelay::TovCmdTimingDelay(float delay_, char* note_) : TovCmd(note_), delay(delay_) {}
+
+TovCmdTimingDelay::TovCmdTimingDelay(taDciSynMax* record)
+    : TovCmdTimingDelay(fromThousandths(record->delay), record->note) {
+    deepCopyDciObjList(record->from, from);
+    deepCopyDciObjList(record->to, to);
+}
+
+TovCmdTimingDelay::TovCmdTimingDelay(std::string_view line) : TovCmdTimingDelay() {
+    WordCursor words(line);
+    if (beginLine(*this, words, keywords)) readWords(*this, words, options, readDelay);
+}
+
+TovCmdTimingDelay::TovCmdTimingDelay(std::string const& line) : TovCmdTimingDelay(std::string_view(line)) {}
+TovCmdTimingDelay::TovCmdTimingDelay(char const* line) : TovCmdTimingDelay(std::string_view(line)) {}
+
+TovCmdTimingDelay::~TovCmdTimingDelay() {
+    freeDciObjList(from);
+    freeDciObjList(to);
+}
+
+TovCmdMaxDelay::~TovCmdMaxDelay() = default;
+
+std::string TovCmdMaxDelay::toSaveString(TOV*) { return saveLine(*this, "set_max_delay %f"); }
+
+TovCmdMinDelay::~TovCmdMinDelay() = default;
+
+std::string TovCmdMinDelay::toSaveString(TOV*) { return saveLine(*this, "set_min_delay %f"); }
+
+}  // namespace kiri::tov

@@ -1,0 +1,50 @@
+#ifndef TOVENG_TOV_CMD_TIMING_DELAY_H
+#define TOVENG_TOV_CMD_TIMING_DELAY_H
+
+#include <string>
+#include <string_view>
+
+#include "tov/cmd/cmd.h"
+
+namespace kiri::tov {
+
+/// What maximum and minimum delays share: a bound on the delay of paths.
+class TOVENG_API TovCmdTimingDelay : public TovCmd {
+   public:
+    /// `note` may be null.
+    TovCmdTimingDelay(float delay, char* note);
+    /// Copies a database record.
+    explicit TovCmdTimingDelay(taDciSynMax* record);
+    /// Reads a line; either keyword will do.
+    explicit TovCmdTimingDelay(std::string const& line);
+    explicit TovCmdTimingDelay(std::string_view line);
+    explicit TovCmdTimingDelay(char const* line);
+    ~TovCmdTimingDelay() override;
+
+    float delay = 0;            ///< nanoseconds
+    ppStlList<taDciObj*> from;  ///< owned
+    ppStlList<taDciObj*> to;    ///< owned
+
+   private:
+    TovCmdTimingDelay() = default;
+};
+
+/// "set_max_delay".
+class TOVENG_API TovCmdMaxDelay : public TovCmdTimingDelay {
+   public:
+    using TovCmdTimingDelay::TovCmdTimingDelay;
+    ~TovCmdMaxDelay() override;
+    std::string toSaveString(TOV* document) override;
+};
+
+/// "set_min_delay".
+class TOVENG_API TovCmdMinDelay : public TovCmdTimingDelay {
+   public:
+    using TovCmdTimingDelay::TovCmdTimingDelay;
+    ~TovCmdMinDelay() override;
+    std::string toSaveString(TOV* document) override;
+};
+
+}  // namespace kiri::tov
+
+#endif

@@ -1,0 +1,62 @@
+#include "tov/line_reader.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace kiri::tov {
+
+namespace {
+
+constexpr std::size_t chunkSize = 256 * 1024;
+
+// One byte more than a file's rest lets a read meet its end. Where the size is not known the buffer doubles.
+std::size_t nextCapacity(std::size_t held, std::size_t remaining) {
+    return remaining == 0 ? std::max(chunkSize, 2 * held) : held + remaining + 1;
+}
+
+}  // namespace
+
+LineReader::LineReader(InputFile& file)
+    : file_(file),
+      capacity_(std::min(chunkSize, nextCapacity(0, file.remaining()))),
+      buffer_(new char[capacity_]) {}
+
+bool LineReader::next(std::string_view& line) {
+    for (std::size_t searched = 0;;) {
+        char const* const text = buffer_.get() + begin_;
+        std::size_t const size = end_ - begin_;
+        if (void const* const feed = std::memchr(text + searched, '\n', size - searched)) {
+            line = std::string_view(text, static_cast<std::size_t>(static_cast<char const*>(feed) - text));
+            begin_ += line.size() + 1;
+            return true;
+        }
+        searched = size;
+        if (fill()) continue;
+        line = std::string_view(buffer_.get() + begin_, end_ - begin_);
+        begin_ = end_;
+        return !line.empty();
+    }
+}
+
+// Reads behind what is held, which moves to the front of the buffer, or of a larger one if it fills this one.
+bool LineReader::fill() {
+    std::size_t const held = end_ - begin_;
+    if (held == capacity_) {
+        std::size_t const capacity = nextCapacity(held, file_.remaining());
+        std::unique_ptr<char[]> larger(new char[capacity]);
+        std::memcpy(larger.get(), buffer_.get() + begin_, held);
+        buffer_ = std::move(larger);
+        capacity_ = capacity;
+    } else if (begin_ > 0) {
+        std::memmove(buffer_.get(), buffer_.get() + begin_, held);
+    }
+    begin_ = 0;
+    end_ = held;
+    ssize_t const got = file_.read(buffer_.get() + held, capacity_ - held);
+    failed_ = got < 0;
+    if (got <= 0) return false;
+    end_ += static_cast<std::size_t>(got);
+    return true;
+}
+
+}  // namespace kiri::tov
