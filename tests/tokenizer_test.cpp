@@ -51,7 +51,7 @@ TEST(Tokenizer, SplitsLines) {
         {"\"", {""}},
         {"x \"  \"y\"z", {"x", "", "y\"z"}},
         {"x \"[a\" b] a\"b c\"", {"x", "[a", "b]", "a\"b", "c\""}},
-        {"x {a \"}\" b}", {"x", "{a \"}", "\" b}"}},
+        {"x {a \"}\" b}", {"x", "{a \"}", "b}"}},
         {"x \\{a\\ b # c", {"x", "\\{a\\", "b", "#", "c"}},
     };
     for (Row const& row : rows) EXPECT_EQ(tokenizeTclString(row.line), row.words) << row.line;
