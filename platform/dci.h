@@ -28,7 +28,7 @@ TOVENG_API char* taDciText(char const* text);
 /// A reference to a design object: its name as the constraint writes it, and its kind.
 class TOVENG_API taDciObj {
    public:
-    /// Copies both texts; either may be null.
+    /// Copies the name, which may be null. The second text and kind are the flow's own; nothing here keeps them.
     taDciObj(char const* name, char const* text, taDciObjTyp type, taDciObjTyp type2);
     /// Makes a copy of `*other` that shares nothing with it.
     explicit taDciObj(taDciObj* other);
@@ -38,14 +38,12 @@ class TOVENG_API taDciObj {
 
     char* name;  ///< may be null; a text put here instead must come from taDciText
     taDciObjTyp type;
-    taDciObjTyp type2;
-    char* text;  ///< may be null; as name
 
    private:
     friend class taDciObjMaker;
-    taDciObj(taDciObjTyp type, taDciObjTyp type2);
+    explicit taDciObj(taDciObjTyp type);
 
-    char inlineName_[32];  // a short name needs no allocation of its own
+    char inlineName_[44];  // a name that fits needs no allocation of its own
 };
 
 /// A master or generated clock.

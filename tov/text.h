@@ -13,7 +13,7 @@ inline constexpr std::string_view disableOption = "-disable";
 
 inline constexpr std::string_view whiteSpace = " \t\n\r\v\f";
 
-inline bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+inline bool isSpace(char c) { return c <= ' ' && (c == ' ' || (c >= '\t' && c <= '\r')); }
 
 /// Whether a C text is there and not empty.
 inline bool hasText(char const* text) { return text != nullptr && *text != '\0'; }

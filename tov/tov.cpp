@@ -6,7 +6,7 @@
 namespace kiri::tov {
 
 void freeCommands(std::list<TovCmd*>& list) {
-    for (TovCmd* cmd : list) delete cmd;
+    forEachCommand(list, [](TovCmd* cmd) { delete cmd; });
     list.clear();
 }
 
@@ -15,7 +15,12 @@ void append(std::list<TovCmd*>& list, std::unique_ptr<TovCmd> cmd) {
     cmd.release();
 }
 
-TOV::~TOV() { reset(); }
+TOV::~TOV() {
+    // Large blocks go first: an allocator may merge all the small blocks freed so far when a large one follows them.
+    std::string().swap(sdcCommentText);
+    std::string().swap(attributeCommentText);
+    reset();
+}
 
 void TOV::reset() {
     for (std::list<TovCmd*>& list : cmdLists_) freeCommands(list);

@@ -2,7 +2,7 @@
 #include <string>
 #include <string_view>
 
-#include "tov/cmd/cmd.h"
+#include "tov/cmd_list.h"
 #include "tov/tov.h"
 
 namespace kiri::tov {
@@ -30,11 +30,11 @@ constexpr std::string_view attributeHeader =
 
 // Appends the lines of a list's commands. A command that gives no text gives no line.
 void appendLines(std::string& text, std::list<TovCmd*> const& cmds, TOV* document) {
-    for (TovCmd* cmd : cmds) {
-        if (cmd == nullptr) continue;
+    forEachCommand(cmds, [&text, document](TovCmd* cmd) {
+        if (cmd == nullptr) return;
         std::string const line = cmd->toSaveString(document);
         if (!line.empty()) text.append(line).append("\n");
-    }
+    });
 }
 
 }  // namespace
@@ -44,7 +44,11 @@ std::string TOV::sdcComments() const { return std::string(sdcHeader); }
 std::string TOV::attributeComments() const { return std::string(attributeHeader); }
 
 std::string TOV::toSaveString() {
+    constexpr std::size_t usualLineSize = 100;
+    std::size_t lines = 0;
+    for (std::list<TovCmd*> const& list : cmdLists_) lines += list.size();
     std::string text;
+    text.reserve(lines * usualLineSize + sdcCommentText.size() + attributeCommentText.size() + 1000);
     text.append(sdcHeader).append("\n");
     for (int kind = TOVCMD_CLOCK; kind <= TOVCMD_FALSEPATH; ++kind) {
         appendLines(text, *getTovCmdList(static_cast<TOVCMD_TYPE>(kind)), this);

@@ -47,14 +47,13 @@ char* taDciText(char const* text) { return text == nullptr ? nullptr : makeText(
 class taDciObjMaker {
    public:
     static taDciObj* make(std::string_view name, taDciObjTyp type) {
-        std::unique_ptr<taDciObj> obj(new taDciObj(type, taDciObjNone));
+        std::unique_ptr<taDciObj> obj(new taDciObj(type));
         setName(*obj, name);
         return obj.release();
     }
 
     static taDciObj* makeWithSharedName(taDciObj const& other) {
-        std::unique_ptr<taDciObj> obj(new taDciObj(other.type, other.type2));
-        obj->text = taDciText(other.text);
+        std::unique_ptr<taDciObj> obj(new taDciObj(other.type));
         if (other.name == nullptr || other.name == other.inlineName_) {
             setName(*obj, other.name);
         } else {
@@ -85,20 +84,16 @@ taDciObj* makeDciObj(std::string_view name, taDciObjTyp type) {
 
 taDciObj* makeDciObjWithSharedName(taDciObj* other) { return taDciObjMaker::makeWithSharedName(*other); }
 
-taDciObj::taDciObj(taDciObjTyp type_, taDciObjTyp type2_)
-    : name(nullptr), type(type_), type2(type2_), text(nullptr) {}
+taDciObj::taDciObj(taDciObjTyp type_) : name(nullptr), type(type_) {}
 
-taDciObj::taDciObj(char const* name_, char const* text_, taDciObjTyp type_, taDciObjTyp type2_)
-    : taDciObj(type_, type2_) {
+taDciObj::taDciObj(char const* name_, char const*, taDciObjTyp type_, taDciObjTyp) : taDciObj(type_) {
     taDciObjMaker::setName(*this, name_);
-    text = taDciText(text_);
 }
 
-taDciObj::taDciObj(taDciObj* other) : taDciObj(other->name, other->text, other->type, other->type2) {}
+taDciObj::taDciObj(taDciObj* other) : taDciObj(other->name, nullptr, other->type, taDciObjNone) {}
 
 taDciObj::~taDciObj() {
     if (name != inlineName_) freeText(name);
-    freeText(text);
 }
 
 taDciSynClk::~taDciSynClk() {

@@ -18,15 +18,17 @@ namespace {
 //              | other                  a reference named by the whole expression
 //   argument   = word | "{"* word* "}"*
 struct Query {
-    std::string_view word;
+    std::string_view opening;  // as a file holds the query, up to its names
     taDciObjTyp type;
     taDciObjTyp sourceType;
+
+    constexpr std::string_view word() const { return opening.substr(2, opening.size() - 5); }
 };
 
 constexpr Query queries[] = {
-    {"get_ports", taDciObjPort, taDciObjSourcePort}, {"get_nets", taDciObjNet, taDciObjSourceNet},
-    {"get_clocks", taDciObjClock, taDciObjClock},    {"get_cells", taDciObjCell, taDciObjCell},
-    {"get_pins", taDciObjPin, taDciObjPin},
+    {"[ get_ports { ", taDciObjPort, taDciObjSourcePort}, {"[ get_nets { ", taDciObjNet, taDciObjSourceNet},
+    {"[ get_clocks { ", taDciObjClock, taDciObjClock},    {"[ get_cells { ", taDciObjCell, taDciObjCell},
+    {"[ get_pins { ", taDciObjPin, taDciObjPin},
 };
 
 struct ReservedKey {
@@ -60,7 +62,7 @@ OwnedObjList::OwnedObjList(std::string_view expression, bool source) : OwnedObjL
     taDciObj* whole = nullptr;
     WordCursor words(strip(expression, '[', ']'));
     for (std::string_view word; words.next(word);) {
-        Query const* const query = findQuery([word](Query const& q) { return q.word == word; });
+        Query const* const query = findQuery([word](Query const& q) { return q.word() == word; });
         if (query == nullptr) {
             // Every word that is no query stands for the whole expression.
             list_.push_back(nullptr);
@@ -98,7 +100,7 @@ ppStlList<taDciObj*> OwnedObjList::release() noexcept {
 }
 
 std::string_view reservedExpression(char const* key) {
-    if (key != nullptr) {
+    if (key != nullptr && *key == '@') {
         for (ReservedKey const& reserved : reservedKeys) {
             if (ut_stricmp(key, reserved.key) == 0) return reserved.expression;
         }
@@ -120,7 +122,7 @@ void appendTclString(std::string& out, taDciObj const* obj) {
         out += name;
         return;
     }
-    out.append("[ ").append(query->word).append(" { ").append(name).append(" } ]");
+    out.append(query->opening).append(name).append(" } ]");
 }
 
 void deepCopyDciObjList(ppStlList<taDciObj*>& from, ppStlList<taDciObj*>& to) {

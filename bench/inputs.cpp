@@ -1,0 +1,155 @@
+#include "bench/inputs.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+
+namespace inputs {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The folder of the run, removed at its end.
+fs::path const& folder() {
+    struct Folder {
+        fs::path path = fs::temp_directory_path() / ("toveng-bench-" + std::to_string(std::rand()) + "-" +
+                                                     std::to_string(reinterpret_cast<std::uintptr_t>(&path) >> 4));
+        Folder() { fs::create_directories(path); }
+        ~Folder() { fs::remove_all(path); }
+    };
+    static Folder const instance;
+    return instance.path;
+}
+
+std::string make(std::string const& name, std::function<void(std::ostream&)> const& write) {
+    fs::path const path = folder() / name;
+    if (!fs::exists(path)) {
+        std::ofstream file(path, std::ios::binary);
+        write(file);
+    }
+    return path.string();
+}
+
+std::string cell(std::size_t i) {
+    return "u_core" + std::to_string(i % 16) + "/u_lane" + std::to_string(i / 16 % 997) + "/data_q_reg";
+}
+
+std::string bit(char const* name, std::size_t i) {
+    return name + std::to_string(i % 97) + "[" + std::to_string(i % 64) + "]";
+}
+
+std::string clock(std::size_t i) { return "clk_" + std::to_string(i % 23); }
+
+// One hundred lines of the mix, the i-th one.
+void writeLine(std::ostream& out, std::size_t i) {
+    switch (std::size_t const k = i % 100; k) {
+        case 0: out << "create_clock -period 10 -waveform {0 5} -name " << clock(i) << " [get_ports " << clock(i) << "]"; break;
+        case 1: out << "create_generated_clock -divide_by 4 -source [get_pins u_pll/CLKI] -name " << clock(i) << " [get_pins {u_pll/CLKOP}]"; break;
+        case 2: out << "set_clock_groups -asynchronous -group [get_clocks " << clock(i) << "] -group [get_clocks {" << clock(i + 1) << "}]"; break;
+        case 3: out << "# constraints of block " << i; break;
+        case 4: out << "#attribute net " << cell(i) << " syn_keep 1 boolean"; break;
+        default:
+            if (k % 17 == 0) out << "#disable ";
+            if (k < 30) out << "set_input_delay -max " << k << ".25 -clock [get_clocks " << clock(i) << "] [get_ports {" << bit("bus_in_", i) << "}]";
+            else if (k < 55) out << "set_output_delay -min 0." << k << " -clock [get_clocks " << clock(i) << "] [get_ports {" << bit("bus_out_", i) << "}]";
+            else if (k < 75) out << "set_false_path -from [get_cells " << cell(i) << "] -to [get_cells " << cell(i + 7) << "]";
+            else if (k < 87) out << "set_multicycle_path " << k % 5 + 2 << " -from [get_cells " << cell(i) << "] -to [get_clocks " << clock(i) << "]";
+            else if (k < 95) out << "set_max_delay " << k << ".5 -from [get_pins " << cell(i) << "/Q] -to [get_pins " << cell(i + 3) << "/D]";
+            else out << "set_min_delay 0.4 -from [get_ports {" << bit("a_", i) << "}] -to [get_nets {" << bit("n_", i) << "}]";
+    }
+    out << '\n';
+}
+
+void writeItem(std::ostream& out, char const* element, std::string const& name, char const* more = "") {
+    out << "    <" << element << " name=\"" << name << '"' << more << "/>\n";
+}
+
+void writeInstance(std::ostream& out, std::size_t i) {
+    std::string const name = "top.u" + std::to_string(i);
+    out << "   <instance name=\"" << name << "\" library=\"work\" arch=\"\" type=\"" << (i % 3 == 0 ? "reg" : "comb")
+        << "\">\n    <pins>\n";
+    writeItem(out, "pitem", "CK", " direction=\"in\"");
+    writeItem(out, "pitem", "D[" + std::to_string(i % 8) + "]", " direction=\"in\"");
+    writeItem(out, "pitem", "A", " direction=\"in\"");
+    writeItem(out, "pitem", "Q", " direction=\"out\"");
+    out << "    </pins>\n    <nets>\n";
+    writeItem(out, "nitem", "net_" + std::to_string(i));
+    out << "    </nets>\n   </instance>\n";
+}
+
+void writeList(std::ostream& out, char const* list, char const* item, std::size_t count, char const* more = "") {
+    out << "   <" << list << ">\n";
+    for (std::size_t i = 0; i < count; ++i) writeItem(out, item, list + ("_" + std::to_string(i)), more);
+    out << "   </" << list << ">\n";
+}
+
+}  // namespace
+
+std::string constraintFile(std::size_t lines) {
+    return make("mixed-" + std::to_string(lines), [lines](std::ostream& out) {
+        for (std::size_t i = 0; i < lines; ++i) writeLine(out, i);
+    });
+}
+
+std::string oneLineOfNames(std::size_t names) {
+    return make("one-line-" + std::to_string(names), [names](std::ostream& out) {
+        out << "set_false_path -from [get_cells {";
+        for (std::size_t i = 0; i < names; ++i) out << cell(i) << ' ';
+        out << "}]\n";
+    });
+}
+
+std::string linesOfOneName(std::size_t names) {
+    return make("many-lines-" + std::to_string(names), [names](std::ostream& out) {
+        for (std::size_t i = 0; i < names; ++i) out << "set_false_path -from [get_cells {" << cell(i) << "}]\n";
+    });
+}
+
+std::string designDump(std::size_t instances) {
+    return make("dump-" + std::to_string(instances) + ".xml", [instances](std::ostream& out) {
+        out << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<top name=\"top\" library=\"work\" arch=\"rtl\" entry=\"top\">\n";
+        writeList(out, "clocks", "clockitem", 8, " type=\"port\"");
+        out << " <library name=\"work\">\n  <unit name=\"top\">\n";
+        writeList(out, "pins", "pitem", instances / 100 + 1, " direction=\"in\"");
+        writeList(out, "nets", "nitem", instances / 10 + 1);
+        for (std::size_t i = 0; i < instances; ++i) writeInstance(out, i);
+        writeList(out, "views", "view", 4);
+        writeList(out, "ramnets", "ramnet", instances / 1000 + 1);
+        writeList(out, "romnets", "romnet", instances / 1000 + 1);
+        writeList(out, "mults", "mult", instances / 1000 + 1);
+        out << "  </unit>\n </library>\n</top>\n";
+    });
+}
+
+std::unique_ptr<taDci> database(std::size_t lines) {
+    auto db = std::make_unique<taDci>();
+    auto const obj = [](std::string const& name, taDciObjTyp type) {
+        return new taDciObj(name.c_str(), nullptr, type, taDciObjNone);
+    };
+    auto* const master = new taDciSynClk();
+    db->clocks.push_back(master);
+    master->name = taDciText("clk");
+    master->master = 1;
+    for (std::size_t i = 0; i < lines; ++i) {
+        if (i % 100 < 55) {
+            auto* const io = new taDciSynIo();
+            db->ios.push_back(io);
+            io->delay = 2500;
+            io->clock = master;
+            io->direction = i % 100 < 30 ? 0 : 1;
+            io->objects.push_back(obj(bit("bus_", i), taDciObjPort));
+        } else {
+            auto* const path = new taDciSynFalse();
+            db->falses.push_back(path);
+            path->flag = 1;
+            path->from.push_back(obj(cell(i), taDciObjCell));
+            path->to.push_back(obj(cell(i + 7), taDciObjCell));
+        }
+    }
+    return db;
+}
+
+}  // namespace inputs
