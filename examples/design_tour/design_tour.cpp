@@ -1,0 +1,114 @@
+// Loads a design dump, shows what is in it, and writes a constraint file with one clock for each clock of the
+// design.
+//
+//   design_tour DUMP CONSTRAINT-FILE
+
+#include <cstddef>
+#include <cstdio>
+#include <exception>
+#include <iostream>
+#include <list>
+#include <string>
+
+#include "tov/cmd/commands.h"
+#include "tov/design/design.h"
+#include "tov/tov.h"
+
+using namespace kiri::tov;
+
+namespace {
+
+constexpr std::size_t namesShown = 4;
+
+// One row of the table: how many there are, and the first names.
+template <class Node>
+void printRow(char const* title, TovDesign const& design,
+              std::size_t (TovDesign::*query)(std::list<Node*>&) const) {
+    std::list<Node*> nodes;
+    std::printf("%-10s %5zu ", title, (design.*query)(nodes));
+    std::size_t shown = 0;
+    for (Node const* node : nodes) {
+        if (shown++ == namesShown) break;
+        std::printf(" %s", node->hierachyName('/').c_str());
+    }
+    std::printf(nodes.size() > namesShown ? " ...\n" : "\n");
+}
+
+// A bus stands in the list among its bits; only its class tells it from them.
+template <class Bus, class Node>
+void printBuses(std::list<Node*> const& nodes) {
+    for (Node const* node : nodes) {
+        if (auto const* bus = dynamic_cast<Bus const*>(node)) {
+            std::printf("bus        %-24s bits %d to %d\n", node->hierachyName('/').c_str(), bus->low(),
+                        bus->high());
+        }
+    }
+}
+
+void printDesign(TovDesign const& design) {
+    printRow("ports", design, &TovDesign::getPorts);
+    printRow("pins", design, &TovDesign::getPins);
+    printRow("nets", design, &TovDesign::getNets);
+    printRow("cells", design, &TovDesign::getCells);
+    printRow("registers", design, &TovDesign::getRegs);
+    printRow("clocks", design, &TovDesign::getClocks);
+    printRow("views", design, &TovDesign::getViews);
+    printRow("RAMs", design, &TovDesign::getRams);
+    printRow("ROMs", design, &TovDesign::getRoms);
+    printRow("mults", design, &TovDesign::getMults);
+
+    std::list<TovPortNode*> ports;
+    std::list<TovPortNode*> pins;
+    std::list<TovNetNode*> nets;
+    design.getPorts(ports);
+    design.getPins(pins);
+    design.getNets(nets);
+    printBuses<TovBusPortNode>(ports);
+    printBuses<TovBusPortNode>(pins);
+    printBuses<TovBusNetNode>(nets);
+}
+
+// Constrains every clock of the design to 100 MHz, on its port or its net.
+void addClocks(TovDesign const& design, TOV& document) {
+    std::list<TovClockNode*> clocks;
+    design.getClocks(clocks);
+    for (TovClockNode const* clock : clocks) {
+        std::string const name = clock->hierachyName('/');
+        char const* const query = clock->type() == TOV_OBJ_CLOCK_PORT ? "[get_ports " : "[get_nets ";
+        auto* cmd = new TovCmdClockDef(10.0F, name.c_str(), nullptr);
+        document.getTovCmdList(TOVCMD_CLOCK)->push_back(cmd);
+        cmd->targets = TovCmd::fromTclString(query + name + "]", true);
+        std::printf("clock      %s\n", cmd->toSaveString(&document).c_str());
+    }
+}
+
+int tour(char const* dump, char const* constraints) {
+    TovDesign design;
+    if (!design.load(dump)) {
+        std::cerr << "no design dump: " << dump << '\n';
+        return 1;
+    }
+    printDesign(design);
+    TOV document;
+    addClocks(design, document);
+    if (!document.save(constraints)) {
+        std::cerr << "cannot write " << constraints << '\n';
+        return 1;
+    }
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3) {
+        std::cerr << "usage: design_tour DUMP CONSTRAINT-FILE\n";
+        return 2;
+    }
+    try {
+        return tour(argv[1], argv[2]);
+    } catch (std::exception const& error) {
+        std::cerr << argv[1] << ": " << error.what() << '\n';
+        return 1;
+    }
+}

@@ -1,0 +1,55 @@
+#ifndef TOVENG_TOV_DESIGN_DESIGN_H
+#define TOVENG_TOV_DESIGN_DESIGN_H
+
+#include <cstddef>
+#include <list>
+#include <memory>
+
+#include "platform/export.h"
+#include "tov/design/bus_node.h"
+#include "tov/design/cell_node.h"
+#include "tov/design/node.h"
+
+namespace kiri::tov {
+
+/// A design read from a dump of the synthesis tool, and the lists of what is in it.
+///
+/// The nodes that queries hand out belong to the design and live until the next load(), reset() or its
+/// destruction. Queries may run in several threads at once, but not together with load() or reset().
+class TOVENG_API TovDesign {
+public:
+    /// Makes an empty design.
+    TovDesign();
+    ~TovDesign();
+    TovDesign(TovDesign const&) = delete;
+    TovDesign& operator=(TovDesign const&) = delete;
+
+    /// Deletes the design's nodes and leaves it empty.
+    void reset();
+
+    /// Replaces the design by the dump at `path`. Returns false and leaves the design empty when the file
+    /// cannot be opened or its root element is not `top`. A dump that is cut short, not well formed or has an
+    /// unexpected child of `top` gives true and what stands before that place. On std::bad_alloc the design
+    /// is empty.
+    bool load(char const* path);
+
+    /// Each query replaces `out` and returns its length. An empty design returns 0 and leaves `out` alone, as
+    /// does std::bad_alloc. Entries are in file order; a bus stands behind its first bit.
+    std::size_t getPorts(std::list<TovPortNode*>& out) const;  ///< ports of the design
+    std::size_t getPins(std::list<TovPortNode*>& out) const;   ///< ports of the cells, cell by cell
+    std::size_t getNets(std::list<TovNetNode*>& out) const;    ///< nets of the design, then of the cells
+    std::size_t getCells(std::list<TovCellNode*>& out) const;
+    std::size_t getRegs(std::list<TovCellNode*>& out) const;     ///< cells of type CELL_REG
+    std::size_t getClocks(std::list<TovClockNode*>& out) const;  ///< clocks of the design, then of the cells
+    std::size_t getViews(std::list<TovViewNode*>& out) const;
+    std::size_t getRams(std::list<TovRamNode*>& out) const;
+    std::size_t getRoms(std::list<TovRomNode*>& out) const;
+    std::size_t getMults(std::list<TovMultNode*>& out) const;
+
+private:
+    std::unique_ptr<TovTopNode> top_;
+};
+
+}  // namespace kiri::tov
+
+#endif

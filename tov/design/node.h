@@ -1,0 +1,130 @@
+#ifndef TOVENG_TOV_DESIGN_NODE_H
+#define TOVENG_TOV_DESIGN_NODE_H
+
+#include <cstdint>
+#include <string>
+
+#include "platform/export.h"
+
+namespace kiri::tov {
+
+namespace impl_detail {
+class MrcDumpReader;
+}
+
+/// Kind of a node. Callers compare the numbers; 4, 12 and 13 stay unused.
+enum TovObjType : int {
+    TOV_OBJ_PORT = 0,         ///< a port that no reader has placed yet
+    TOV_OBJ_NET = 1,          ///< a net or a net bus
+    TOV_OBJ_PIN = 2,          ///< a port of a cell
+    TOV_OBJ_TOP_PORT = 3,     ///< a port of the design
+    TOV_OBJ_CELL = 5,         ///< a cell instance
+    TOV_OBJ_TOP = 6,          ///< the top node
+    TOV_OBJ_CLOCK_PORT = 7,   ///< a clock on a port
+    TOV_OBJ_CLOCK_NET = 8,    ///< a clock on a net
+    TOV_OBJ_VIEW = 9,         ///< a view
+    TOV_OBJ_RAM = 10,         ///< a RAM net
+    TOV_OBJ_ROM = 11,         ///< a ROM net
+    TOV_OBJ_MULT = 14,        ///< a multiplier
+    TOV_OBJ_CLOCK_OTHER = 15  ///< any other clock
+};
+
+/// Kind of a cell instance. Callers compare the numbers.
+enum CELL_TYPE : int { CELL_OTHER = 0, CELL_COMB = 1, CELL_REG = 2, CELL_SEQ = 3, CELL_PAD = 4 };
+
+/// One object of a design. It belongs to the cell or top node in whose list it stands. Nodes do not change
+/// once their design is loaded; any number of threads may read them as long as none destroys the design.
+class TOVENG_API TovNode {
+public:
+    /// Makes a node below `parent`, which is not owned and is null only for the top node.
+    TovNode(std::string name, TovObjType type, TovNode* parent);
+    virtual ~TovNode();
+    TovNode(TovNode const&) = delete;
+    TovNode& operator=(TovNode const&) = delete;
+
+    /// The name within the whole design: the parent's hierarchy name, `separator` and `name()`. Only this
+    /// last joint takes the caller's separator; whatever stands above it is joined by '/'.
+    virtual std::string hierachyName(char separator) const;
+
+    /// Writes the node to standard output, flushing each line. For diagnosis.
+    virtual void dump() const;
+
+    /// A copy of the node's own name; of a bus, the name with its index range.
+    virtual std::string name() const;
+
+    TovObjType type() const { return type_; }
+
+    /// The cell or top node that owns this node.
+    TovNode* parent() const { return parent_; }
+
+private:
+    friend class TovTopNode;
+    friend class impl_detail::MrcDumpReader;
+
+    std::string name_;
+    TovNode* parent_;
+    TovObjType type_;  // last, so that a port's direction shares its word
+};
+
+/// A port of the design (TOV_OBJ_TOP_PORT) or a pin of a cell (TOV_OBJ_PIN).
+class TOVENG_API TovPortNode : public TovNode {
+public:
+    using TovNode::TovNode;
+    ~TovPortNode() override;
+
+    void dump() const override;
+
+    /// 0 unknown, 1 in, 2 out, 3 inout.
+    std::uint32_t direction() const { return direction_; }
+
+private:
+    friend class impl_detail::MrcDumpReader;
+
+    std::uint32_t direction_ = 0;
+};
+
+/// A net of the design or of a cell.
+class TOVENG_API TovNetNode : public TovNode {
+public:
+    using TovNode::TovNode;
+    ~TovNetNode() override;
+};
+
+/// A clock of the design or of a cell.
+class TOVENG_API TovClockNode : public TovNode {
+public:
+    using TovNode::TovNode;
+    ~TovClockNode() override;
+};
+
+/// A view of the design.
+class TOVENG_API TovViewNode : public TovNode {
+public:
+    using TovNode::TovNode;
+    ~TovViewNode() override;
+};
+
+/// A RAM net of the design.
+class TOVENG_API TovRamNode : public TovNode {
+public:
+    using TovNode::TovNode;
+    ~TovRamNode() override;
+};
+
+/// A ROM net of the design.
+class TOVENG_API TovRomNode : public TovNode {
+public:
+    using TovNode::TovNode;
+    ~TovRomNode() override;
+};
+
+/// A multiplier of the design.
+class TOVENG_API TovMultNode : public TovNode {
+public:
+    using TovNode::TovNode;
+    ~TovMultNode() override;
+};
+
+}  // namespace kiri::tov
+
+#endif
