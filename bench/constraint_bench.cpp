@@ -1,8 +1,9 @@
-#include <benchmark/benchmark.h>
 #include <tcl.h>
 
 #include <memory>
+#include <string>
 
+#include "bench/child.h"
 #include "bench/floor.h"
 #include "bench/inputs.h"
 #include "tov/tov.h"
@@ -13,107 +14,89 @@ using kiri::tov::TOV;
 
 constexpr std::size_t mixedLines = 300'000;
 
-// Times `work` alone; what it returns is destroyed off the clock.
-template <class Work>
-void timeOnly(benchmark::State& state, Work work) {
-    for (auto _ : state) {
-        auto result = work();
-        state.PauseTiming();
-        benchmark::DoNotOptimize(result);
-        result.reset();
-        state.ResumeTiming();
-    }
-}
-
-std::unique_ptr<TOV> load(std::string const& path) {
-    auto document = std::make_unique<TOV>();
+TOV* load(std::string const& path) {
+    auto* document = new TOV();
     document->load(path.c_str());
     return document;
 }
 
-void loadFile(benchmark::State& state, std::string const& path) {
-    timeOnly(state, [&path] { return load(path); });
-}
-
 void Load(benchmark::State& state) {
-    loadFile(state, inputs::constraintFile(static_cast<std::size_t>(state.range(0))));
+    std::string const path = inputs::constraintFile(static_cast<std::size_t>(state.range(0)));
+    timeInChild(state, [&path] { return load(path); });
 }
-BENCHMARK(Load)->RangeMultiplier(10)->Range(1000, 100'000)->Arg(mixedLines)->Arg(1'000'000)->Arg(3'000'000)->Unit(benchmark::kMillisecond);
+CHILD_BENCHMARK(Load)->Arg(1000)->Arg(10'000)->Arg(30'000)->Arg(100'000)->Arg(mixedLines)->Arg(1'000'000)->Arg(3'000'000);
 
-void LoadOneLineOfNames(benchmark::State& state) { loadFile(state, inputs::oneLineOfNames(400'000)); }
-BENCHMARK(LoadOneLineOfNames)->Unit(benchmark::kMillisecond);
+void LoadOneLineOfNames(benchmark::State& state) {
+    std::string const path = inputs::oneLineOfNames(400'000);
+    timeInChild(state, [&path] { return load(path); });
+}
+CHILD_BENCHMARK(LoadOneLineOfNames);
 
-void LoadLinesOfOneName(benchmark::State& state) { loadFile(state, inputs::linesOfOneName(400'000)); }
-BENCHMARK(LoadLinesOfOneName)->Unit(benchmark::kMillisecond);
+void LoadLinesOfOneName(benchmark::State& state) {
+    std::string const path = inputs::linesOfOneName(400'000);
+    timeInChild(state, [&path] { return load(path); });
+}
+CHILD_BENCHMARK(LoadLinesOfOneName);
 
 void LoadFloor(benchmark::State& state) {
     std::string const path = inputs::constraintFile(mixedLines);
-    timeOnly(state, [&path] {
-        auto floor = std::make_unique<Floor>();
-        benchmark::DoNotOptimize(floor->load(path));
-        return floor;
-    });
+    timeInChild(state, [&path] { return (new Floor())->load(path); });
 }
-BENCHMARK(LoadFloor)->Unit(benchmark::kMillisecond);
+CHILD_BENCHMARK(LoadFloor);
 
-// A Tcl interpreter sources the file; each command stores its arguments and each query returns its own.
-void LoadTcl(benchmark::State& state) {
-    std::string const path = inputs::constraintFile(mixedLines);
-    constexpr char const* procedures = R"(
+// An interpreter in which each command stores its arguments and each query returns its own.
+Tcl_Interp* makeInterpreter() {
+    Tcl_FindExecutable(nullptr);
+    Tcl_Interp* const interpreter = Tcl_CreateInterp();
+    Tcl_Eval(interpreter, R"(
         foreach command {create_clock create_generated_clock set_clock_groups set_input_delay set_output_delay
                          set_max_delay set_min_delay set_multicycle_path set_false_path} {
-            proc $command args "lappend ::$command \$args; return"
+            proc $command args "lappend ::stored_$command \$args; return"
         }
         foreach query {get_ports get_nets get_clocks get_cells get_pins} { proc $query args {return $args} }
-    )";
-    Tcl_FindExecutable(nullptr);
-    for (auto _ : state) {
-        state.PauseTiming();
-        Tcl_Interp* const interpreter = Tcl_CreateInterp();
-        if (Tcl_Eval(interpreter, procedures) != TCL_OK) state.SkipWithError("procedures");
-        state.ResumeTiming();
-        if (Tcl_EvalFile(interpreter, path.c_str()) != TCL_OK) {
-            state.SkipWithError(Tcl_GetStringResult(interpreter));
-        }
-        state.PauseTiming();
-        Tcl_DeleteInterp(interpreter);
-        state.ResumeTiming();
-    }
+    )");
+    return interpreter;
 }
-BENCHMARK(LoadTcl)->Unit(benchmark::kMillisecond);
+
+void LoadTcl(benchmark::State& state) {
+    std::string const path = inputs::constraintFile(mixedLines);
+    timeInChild(state, makeInterpreter, [&path](Tcl_Interp* interpreter) {
+        if (Tcl_EvalFile(interpreter, path.c_str()) != TCL_OK) ::_exit(1);
+        return interpreter;
+    });
+}
+CHILD_BENCHMARK(LoadTcl);
 
 void SaveText(benchmark::State& state) {
-    auto const document = load(inputs::constraintFile(mixedLines));
-    for (auto _ : state) benchmark::DoNotOptimize(document->toSaveString());
+    std::string const path = inputs::constraintFile(mixedLines);
+    timeInChild(state, [&path] { return load(path); },
+                [](TOV* document) { return new std::string(document->toSaveString()); });
 }
-BENCHMARK(SaveText)->Unit(benchmark::kMillisecond);
+CHILD_BENCHMARK(SaveText);
 
 void SaveFile(benchmark::State& state) {
-    auto const document = load(inputs::constraintFile(mixedLines));
-    std::string const path = inputs::constraintFile(mixedLines) + ".saved";
-    for (auto _ : state) benchmark::DoNotOptimize(document->save(path.c_str()));
+    std::string const path = inputs::constraintFile(mixedLines);
+    std::string const saved = path + ".saved";
+    timeInChild(state, [&path] { return load(path); }, [&saved](TOV* document) { return document->save(saved.c_str()); });
 }
-BENCHMARK(SaveFile)->Unit(benchmark::kMillisecond);
+CHILD_BENCHMARK(SaveFile);
 
 void Destroy(benchmark::State& state) {
     std::string const path = inputs::constraintFile(mixedLines);
-    for (auto _ : state) {
-        state.PauseTiming();
-        auto document = load(path);
-        state.ResumeTiming();
-        document.reset();
-    }
+    timeInChild(state, [&path] { return load(path); }, [](TOV* document) {
+        delete document;
+        return 0;
+    });
 }
-BENCHMARK(Destroy)->Unit(benchmark::kMillisecond);
+CHILD_BENCHMARK(Destroy);
 
 void Import(benchmark::State& state) {
-    auto const db = inputs::database(mixedLines);
-    timeOnly(state, [&db] {
-        auto document = std::make_unique<TOV>();
-        document->loadTaObjects(db.get(), true);
+    timeInChild(state, [] { return inputs::database(mixedLines).release(); }, [](taDci* db) {
+        auto* document = new TOV();
+        document->loadTaObjects(db, true);
         return document;
     });
 }
-BENCHMARK(Import)->Unit(benchmark::kMillisecond);
+CHILD_BENCHMARK(Import);
 
 }  // namespace
