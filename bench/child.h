@@ -7,8 +7,8 @@
 
 #include <chrono>
 
-/// Times work(prepare()) in a child process of its own, so that each measurement finds a fresh heap, as a program
-/// that opens a file does, and none pays for what another one left behind.
+/// Times work(prepare()) in a child process of its own, so that each measurement finds a fresh heap, as a
+/// program that opens a file does, and none pays for what another one left behind.
 template <class Prepare, class Work>
 void timeInChild(benchmark::State& state, Prepare prepare, Work work) {
     for (auto _ : state) {
@@ -36,7 +36,8 @@ void timeInChild(benchmark::State& state, Prepare prepare, Work work) {
 /// The same without preparation.
 template <class Work>
 void timeInChild(benchmark::State& state, Work work) {
-    timeInChild(state, [] { return 0; }, [&work](int) { return work(); });
+    timeInChild(
+        state, [] { return 0; }, [&work](int) { return work(); });
 }
 
 /// Registers a function so.

@@ -24,7 +24,14 @@ void Load(benchmark::State& state) {
     std::string const path = inputs::constraintFile(static_cast<std::size_t>(state.range(0)));
     timeInChild(state, [&path] { return load(path); });
 }
-CHILD_BENCHMARK(Load)->Arg(1000)->Arg(10'000)->Arg(30'000)->Arg(100'000)->Arg(mixedLines)->Arg(1'000'000)->Arg(3'000'000);
+CHILD_BENCHMARK(Load)
+    ->Arg(1000)
+    ->Arg(10'000)
+    ->Arg(30'000)
+    ->Arg(100'000)
+    ->Arg(mixedLines)
+    ->Arg(1'000'000)
+    ->Arg(3'000'000);
 
 void LoadOneLineOfNames(benchmark::State& state) {
     std::string const path = inputs::oneLineOfNames(400'000);
@@ -69,33 +76,40 @@ CHILD_BENCHMARK(LoadTcl);
 
 void SaveText(benchmark::State& state) {
     std::string const path = inputs::constraintFile(mixedLines);
-    timeInChild(state, [&path] { return load(path); },
-                [](TOV* document) { return new std::string(document->toSaveString()); });
+    timeInChild(
+        state, [&path] { return load(path); },
+        [](TOV* document) { return new std::string(document->toSaveString()); });
 }
 CHILD_BENCHMARK(SaveText);
 
 void SaveFile(benchmark::State& state) {
     std::string const path = inputs::constraintFile(mixedLines);
     std::string const saved = path + ".saved";
-    timeInChild(state, [&path] { return load(path); }, [&saved](TOV* document) { return document->save(saved.c_str()); });
+    timeInChild(
+        state, [&path] { return load(path); },
+        [&saved](TOV* document) { return document->save(saved.c_str()); });
 }
 CHILD_BENCHMARK(SaveFile);
 
 void Destroy(benchmark::State& state) {
     std::string const path = inputs::constraintFile(mixedLines);
-    timeInChild(state, [&path] { return load(path); }, [](TOV* document) {
-        delete document;
-        return 0;
-    });
+    timeInChild(
+        state, [&path] { return load(path); },
+        [](TOV* document) {
+            delete document;
+            return 0;
+        });
 }
 CHILD_BENCHMARK(Destroy);
 
 void Import(benchmark::State& state) {
-    timeInChild(state, [] { return inputs::database(mixedLines).release(); }, [](taDci* db) {
-        auto* document = new TOV();
-        document->loadTaObjects(db, true);
-        return document;
-    });
+    timeInChild(
+        state, [] { return inputs::database(mixedLines).release(); },
+        [](taDci* db) {
+            auto* document = new TOV();
+            document->loadTaObjects(db, true);
+            return document;
+        });
 }
 CHILD_BENCHMARK(Import);
 

@@ -66,22 +66,27 @@ struct Lists {
 
 void AllQueries(benchmark::State& state) {
     std::string const path = inputs::designDump(manyInstances);
-    timeInChild(state, [&path] { return load(path); }, [](TovDesign* design) {
-        auto* lists = new Lists();
-        return design->getPorts(lists->ports) + design->getPins(lists->pins) + design->getNets(lists->nets) +
-               design->getCells(lists->cells) + design->getRegs(lists->regs) + design->getClocks(lists->clocks) +
-               design->getViews(lists->views) + design->getRams(lists->rams) + design->getRoms(lists->roms) +
-               design->getMults(lists->mults);
-    });
+    timeInChild(
+        state, [&path] { return load(path); },
+        [](TovDesign* design) {
+            auto* lists = new Lists();
+            return design->getPorts(lists->ports) + design->getPins(lists->pins) +
+                   design->getNets(lists->nets) + design->getCells(lists->cells) +
+                   design->getRegs(lists->regs) + design->getClocks(lists->clocks) +
+                   design->getViews(lists->views) + design->getRams(lists->rams) +
+                   design->getRoms(lists->roms) + design->getMults(lists->mults);
+        });
 }
 CHILD_BENCHMARK(AllQueries);
 
 void DesignDestroy(benchmark::State& state) {
     std::string const path = inputs::designDump(manyInstances);
-    timeInChild(state, [&path] { return load(path); }, [](TovDesign* design) {
-        delete design;
-        return 0;
-    });
+    timeInChild(
+        state, [&path] { return load(path); },
+        [](TovDesign* design) {
+            delete design;
+            return 0;
+        });
 }
 CHILD_BENCHMARK(DesignDestroy);
 

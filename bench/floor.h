@@ -4,15 +4,16 @@
 #include <cstddef>
 #include <string>
 
-/// The least that a load can cost: one pass over the file that only splits it into words, and for each command line
-/// the allocations that the object model requires (command, list node, two references), nothing else.
+/// The least that a load can cost: one pass over the file that only splits it into words, and for each
+/// command line the allocations that the object model requires (command, list node, two references), nothing
+/// else.
 class Floor {
-   public:
+public:
     ~Floor();
     /// Returns the number of words.
     std::size_t load(std::string const& path);
 
-   private:
+private:
     struct Block;
     void allocate(std::size_t size);
 

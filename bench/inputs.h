@@ -9,16 +9,16 @@
 
 namespace inputs {
 
-/// Writes a constraint file and returns its path: mixed lines of all kinds as large designs have them, mostly delays
-/// and exceptions. Files are made once and kept in the temporary folder of the run.
+/// Writes a constraint file and returns its path: mixed lines of all kinds as large designs have them, mostly
+/// delays and exceptions. Files are made once and kept in the temporary folder of the run.
 std::string constraintFile(std::size_t lines);
 
 /// One line with that many names, and that many lines of one name each.
 std::string oneLineOfNames(std::size_t names);
 std::string linesOfOneName(std::size_t names);
 
-/// A design dump of that many instances, each with four pins, a bus and a net of its own, and with clocks, views,
-/// memories and multipliers in proportion.
+/// A design dump of that many instances, each with four pins, a bus and a net of its own, and with clocks,
+/// views, memories and multipliers in proportion.
 std::string designDump(std::size_t instances);
 
 /// A constraint database with as many records as constraintFile(lines) has commands.

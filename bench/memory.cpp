@@ -39,8 +39,12 @@ void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* block, std::size_t size);
 void __libc_free(void* block);
 
-void* malloc(std::size_t size) { return count(__libc_malloc(size)); }
-void* calloc(std::size_t number, std::size_t size) { return count(__libc_calloc(number, size)); }
+void* malloc(std::size_t size) {
+    return count(__libc_malloc(size));
+}
+void* calloc(std::size_t number, std::size_t size) {
+    return count(__libc_calloc(number, size));
+}
 void* realloc(void* block, std::size_t size) {
     discount(block);
     return count(__libc_realloc(block, size));
@@ -89,9 +93,10 @@ void reportDesign(std::size_t instances) {
     std::size_t const nodes = design.getPorts(ports) + design.getPins(pins) + design.getNets(nets) +
                               design.getCells(cells) + design.getClocks(clocks) + design.getRams(rams) +
                               design.getRoms(roms) + design.getMults(mults) + design.getViews(views);
-    std::printf("design of %zu instances: %zu nodes, keeps %.1f bytes a node and needs %.3f MiB beyond that\n",
-                instances, nodes, static_cast<double>(usage.kept) / static_cast<double>(nodes),
-                static_cast<double>(usage.above) / 1048576);
+    std::printf(
+        "design of %zu instances: %zu nodes, keeps %.1f bytes a node and needs %.3f MiB beyond that\n",
+        instances, nodes, static_cast<double>(usage.kept) / static_cast<double>(nodes),
+        static_cast<double>(usage.above) / 1048576);
 }
 
 }  // namespace

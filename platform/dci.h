@@ -4,9 +4,9 @@
 #include "platform/export.h"
 #include "platform/ppstl_list.h"
 
-// The constraint database of the flow: its records as the library reads them, at the byte offsets of the flow's
-// own library. A record is empty when made, owns its texts (made by taDciText) and its object references, and is
-// used by one thread at a time.
+// The constraint database of the flow: its records as the library reads them, at the byte offsets of the
+// flow's own library. A record is empty when made, owns its texts (made by taDciText) and its object
+// references, and is used by one thread at a time.
 
 /// Kind of a design object; the numbers are the database's.
 enum taDciObjTyp : int {
@@ -27,8 +27,9 @@ TOVENG_API char* taDciText(char const* text);
 
 /// A reference to a design object: its name as the constraint writes it, and its kind.
 class TOVENG_API taDciObj {
-   public:
-    /// Copies the name, which may be null. The second text and kind are the flow's own; nothing here keeps them.
+public:
+    /// Copies the name, which may be null. The second text and kind are the flow's own; nothing here keeps
+    /// them.
     taDciObj(char const* name, char const* text, taDciObjTyp type, taDciObjTyp type2);
     /// Makes a copy of `*other` that shares nothing with it.
     explicit taDciObj(taDciObj* other);
@@ -39,9 +40,8 @@ class TOVENG_API taDciObj {
     char* name;  ///< may be null; a text put here instead must come from taDciText
     taDciObjTyp type;
 
-   private:
+private:
     friend class taDciObjMaker;
-    explicit taDciObj(taDciObjTyp type);
 
     char inlineName_[44];  // a name that fits needs no allocation of its own
 };
@@ -82,9 +82,9 @@ struct TOVENG_API taDciSynClkGroup {
     taDciSynClkGroup& operator=(taDciSynClkGroup const&) = delete;
 
     int reserved0 = 0;
-    unsigned char asynchronous = 0;                             ///< 1: asynchronous; 0: exclusive
+    unsigned char asynchronous = 0;                         ///< 1: asynchronous; 0: exclusive
     ppStlList<ppStlList<taDciSynClkGroupMember*>*> groups;  ///< owned with their members; entries may be null
-    char* text = nullptr;                                       ///< may be null
+    char* text = nullptr;                                   ///< may be null
 };
 
 /// An input or output delay.

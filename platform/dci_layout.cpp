@@ -1,4 +1,5 @@
-// The records stand at these byte offsets in the flow's own library: a header that moves one does not compile.
+// The records stand at these byte offsets in the flow's own library: a header that moves one does not
+// compile.
 
 #include <cstddef>
 

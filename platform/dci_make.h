@@ -11,8 +11,8 @@
 /// Returns a new record of that kind. As for any C text, the name ends at the first NUL byte.
 taDciObj* makeDciObj(std::string_view name, taDciObjTyp type);
 
-/// Returns a new record like `*other`. The bundled database keeps one text for both names, so that many records
-/// of one long name cost no more than one; an external database copies the name.
+/// Returns a new record like `*other`. The bundled database keeps one text for both names, so that many
+/// records of one long name cost no more than one; an external database copies the name.
 taDciObj* makeDciObjWithSharedName(taDciObj* other);
 
 #endif

@@ -7,8 +7,8 @@
 #include <type_traits>
 #include <utility>
 
-/// The flow's list of pointers: a circular doubly linked list whose head is two pointers wide. It owns its nodes
-/// and never what they point to. Its operations are those of std::list; size() walks the list.
+/// The flow's list of pointers: a circular doubly linked list whose head is two pointers wide. It owns its
+/// nodes and never what they point to. Its operations are those of std::list; size() walks the list.
 template <class T>
 class ppStlList {
     struct Link {
@@ -21,7 +21,7 @@ class ppStlList {
 
     template <bool Const>
     class Iter {
-       public:
+    public:
         using iterator_category = std::bidirectional_iterator_tag;
         using value_type = T;
         using difference_type = std::ptrdiff_t;
@@ -55,7 +55,7 @@ class ppStlList {
         friend bool operator==(Iter a, Iter b) { return a.link_ == b.link_; }
         friend bool operator!=(Iter a, Iter b) { return a.link_ != b.link_; }
 
-       private:
+    private:
         friend class ppStlList;
         template <bool>
         friend class Iter;
@@ -64,7 +64,7 @@ class ppStlList {
         Link* link_ = nullptr;
     };
 
-   public:
+public:
     using value_type = T;
     using size_type = std::size_t;
     using difference_type = std::ptrdiff_t;
@@ -151,7 +151,7 @@ class ppStlList {
         other.adopt(head_);
     }
 
-   private:
+private:
     Link* headAddress() const noexcept { return const_cast<Link*>(&head_); }
 
     // Makes the neighbours of a head that was copied from `old` point to this list's own head.

@@ -99,20 +99,23 @@ TEST(Import, MakesACommandOfEachRecord) {
     std::string const groups = " -group -group [ get_clocks { c1 g1   } ]\n";
     std::string const delay = " -max -1.500000";
     std::string const path = " -2147483.750000 -from  [ get_cells { f } ] -to  [ get_pins { t } ]\n";
-    EXPECT_EQ(text,
-              twice("create_clock -period 3.333000 -waveform { 0.000000 1.500000 } -name c1 [ get_ports { p } ]\n"
-                    "create_clock -period 0.000000\n") +
-                  twice("create_generated_clock -divide_by 4 -duty_cycle 50.000000 -source [ get_pins { s } ] "
-                        "-master_clock [ get_clocks { c1 } ] -name g1 [ get_nets { t } ]\ncreate_generated_clock\n") +
-                  twice("set_clock_groups -exclusive" + groups + "set_clock_groups -asynchronous" + groups) +
-                  twice("#disable set_input_delay" + delay + "  [ get_ports { d } ]\n") +
-                  twice("set_input_delay" + delay + "  [ get_ports { d } ]\n") +
-                  "#disable set_output_delay" + delay + " -clock [ get_clocks { c1 } ]  [ get_ports { d } ]\n" +
-                  "set_output_delay" + delay + " -clock [ get_clocks { c1 } ]  [ get_ports { d } ]\n" +
-                  twice("set_max_delay" + path + "set_max_delay" + path) + twice("set_min_delay" + path) +
-                  twice("set_multicycle_path 2 -to  [all_outputs]\nset_multicycle_path -1 -to  [all_outputs]\n"
-                        "set_multicycle_path 2147483647 -to  [all_outputs]\n") +
-                  twice("set_false_path -from  [ get_clocks { f } ]\nset_false_path -through  [ get_nets { n } ]\n"));
+    EXPECT_EQ(
+        text,
+        twice("create_clock -period 3.333000 -waveform { 0.000000 1.500000 } -name c1 [ get_ports { p } ]\n"
+              "create_clock -period 0.000000\n") +
+            twice(
+                "create_generated_clock -divide_by 4 -duty_cycle 50.000000 -source [ get_pins { s } ] "
+                "-master_clock [ get_clocks { c1 } ] -name g1 [ get_nets { t } ]\ncreate_generated_clock\n") +
+            twice("set_clock_groups -exclusive" + groups + "set_clock_groups -asynchronous" + groups) +
+            twice("#disable set_input_delay" + delay + "  [ get_ports { d } ]\n") +
+            twice("set_input_delay" + delay + "  [ get_ports { d } ]\n") + "#disable set_output_delay" +
+            delay + " -clock [ get_clocks { c1 } ]  [ get_ports { d } ]\n" + "set_output_delay" + delay +
+            " -clock [ get_clocks { c1 } ]  [ get_ports { d } ]\n" +
+            twice("set_max_delay" + path + "set_max_delay" + path) + twice("set_min_delay" + path) +
+            twice("set_multicycle_path 2 -to  [all_outputs]\nset_multicycle_path -1 -to  [all_outputs]\n"
+                  "set_multicycle_path 2147483647 -to  [all_outputs]\n") +
+            twice(
+                "set_false_path -from  [ get_clocks { f } ]\nset_false_path -through  [ get_nets { n } ]\n"));
 }
 
 // The database is gone here: what the commands hold is theirs, references that no file holds included.

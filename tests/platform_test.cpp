@@ -15,9 +15,24 @@ namespace {
 TEST(Utilities, FormatsAsPrintfDoes) {
     std::mt19937 engine(7);
     auto const random = [&engine] { return static_cast<double>(engine()); };
-    std::vector<double> values = {0.0, -0.0, 0.5e-6, 1.5e-6, -2.5e-6, 1e-7, 0.1, 2.675, 8.333, 9e9, 1e15, 1e300, -1e39,
-                                  std::numeric_limits<float>::max(), std::numeric_limits<double>::max(),
-                                  HUGE_VAL, -HUGE_VAL, std::nan("")};
+    std::vector<double> values = {0.0,
+                                  -0.0,
+                                  0.5e-6,
+                                  1.5e-6,
+                                  -2.5e-6,
+                                  1e-7,
+                                  0.1,
+                                  2.675,
+                                  8.333,
+                                  9e9,
+                                  1e15,
+                                  1e300,
+                                  -1e39,
+                                  std::numeric_limits<float>::max(),
+                                  std::numeric_limits<double>::max(),
+                                  HUGE_VAL,
+                                  -HUGE_VAL,
+                                  std::nan("")};
     for (int i = 0; i < 20000; ++i) {
         double const scale = std::pow(10.0, static_cast<int>(engine() % 20) - 9);
         values.push_back(static_cast<double>(static_cast<float>(scale * random() / 3e9)));
@@ -30,7 +45,8 @@ TEST(Utilities, FormatsAsPrintfDoes) {
         ASSERT_STREQ(neoform("a %f b", value), expected);
     }
     EXPECT_STREQ(neoform("%d%%%d", std::numeric_limits<int>::min(), 7), "-2147483648%7");
-    EXPECT_STREQ(neoform("%s|%5.2f|%-4d|%x|%c|%ld", "text", 1.25, 3, 255U, 'c', 5L), "text| 1.25|3   |ff|c|5");
+    EXPECT_STREQ(neoform("%s|%5.2f|%-4d|%x|%c|%ld", "text", 1.25, 3, 255U, 'c', 5L),
+                 "text| 1.25|3   |ff|c|5");
     EXPECT_STREQ(neoform("%s", std::string(100000, 'x').c_str()), std::string(100000, 'x').c_str());
     EXPECT_STREQ(neoform(""), "");
     EXPECT_EQ(neoform(nullptr), nullptr);

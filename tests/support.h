@@ -16,14 +16,14 @@ namespace support {
 
 /// A scratch folder that goes with the object.
 class TempDir {
-   public:
+public:
     TempDir() : path_((std::filesystem::temp_directory_path() / "toveng-XXXXXX").string()) {
         if (::mkdtemp(path_.data()) == nullptr) std::abort();
     }
     ~TempDir() { std::filesystem::remove_all(path_); }
     std::string operator/(std::string const& name) const { return path_ + "/" + name; }
 
-   private:
+private:
     std::string path_;
 };
 

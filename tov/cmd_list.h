@@ -1,8 +1,6 @@
 #ifndef TOVENG_TOV_CMD_LIST_H
 #define TOVENG_TOV_CMD_LIST_H
 
-#include <cstdint>
-#include <iterator>
 #include <list>
 #include <memory>
 
@@ -16,19 +14,17 @@ void append(std::list<TovCmd*>& list, std::unique_ptr<TovCmd> cmd);
 /// Deletes the commands of a list and empties it.
 void freeCommands(std::list<TovCmd*>& list);
 
-/// Calls `take` for each command of a list. A large document does not fit a cache, so the next command is fetched
-/// meanwhile, with what was allocated behind it: most often its references.
+/// Calls `take` for each command of a list. A large document does not fit a cache, so the next command is
+/// fetched meanwhile, with what was allocated behind it: most often its references.
 template <class Take>
 void forEachCommand(std::list<TovCmd*> const& list, Take take) {
-    constexpr std::uintptr_t cacheLine = 64;
-    constexpr std::uintptr_t fetchedSize = 6 * cacheLine;
+    constexpr int cacheLine = 64;
+    constexpr int fetchedLines = 6;
     for (auto at = list.begin(); at != list.end();) {
         TovCmd* const cmd = *at++;
         if (at != list.end()) {
-            auto const next = reinterpret_cast<std::uintptr_t>(*at);
-            for (std::uintptr_t offset = 0; offset < fetchedSize; offset += cacheLine) {
-                __builtin_prefetch(reinterpret_cast<void const*>(next + offset));
-            }
+            auto const* next = reinterpret_cast<char const*>(*at);
+            for (int line = 0; line < fetchedLines; ++line) __builtin_prefetch(next + line * cacheLine);
         }
         take(cmd);
     }

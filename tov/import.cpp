@@ -44,9 +44,8 @@ void TOV::loadTaObjects(taDci* db, bool ioEnabled) {
             add<TovCmdGenClockDef>(*this, TOVCMD_GENCLOCK, record);
         }
     });
-    forEach(db->clockGroups, [this](taDciSynClkGroup* record) {
-        add<TovCmdClockGroupDef>(*this, TOVCMD_CLOCKGROUP, record);
-    });
+    forEach(db->clockGroups,
+            [this](taDciSynClkGroup* record) { add<TovCmdClockGroupDef>(*this, TOVCMD_CLOCKGROUP, record); });
     forEach(db->ios, [this, ioEnabled](taDciSynIo* record) { addDelay(*this, record, ioEnabled); });
     forEach(db->maxs, [this](taDciSynMax* record) {
         if (hasText(record->minMarker)) {
@@ -55,7 +54,8 @@ void TOV::loadTaObjects(taDci* db, bool ioEnabled) {
             add<TovCmdMaxDelay>(*this, TOVCMD_MAXDELAY, record);
         }
     });
-    forEach(db->mcycs, [this](taDciSynMcyc* record) { add<TovCmdMultiPath>(*this, TOVCMD_MULTICYCLE, record); });
+    forEach(db->mcycs,
+            [this](taDciSynMcyc* record) { add<TovCmdMultiPath>(*this, TOVCMD_MULTICYCLE, record); });
     forEach(db->falses, [this](taDciSynFalse* record) {
         if (record->flag != 0) add<TovCmdFalsePath>(*this, TOVCMD_FALSEPATH, record);
     });

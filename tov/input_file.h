@@ -8,9 +8,10 @@
 
 namespace kiri::tov {
 
-/// A file opened for reading by its path's own bytes, whatever the process's locale; closed by the destructor.
+/// A file opened for reading by its path's own bytes, whatever the process's locale; closed by the
+/// destructor.
 class InputFile {
-   public:
+public:
     /// Opens `path`. A directory counts as a file that exists and cannot be opened.
     explicit InputFile(char const* path);
     ~InputFile() {
@@ -31,7 +32,7 @@ class InputFile {
     /// Bytes between the read position and the end as the file stands now; 0 where the file has no size.
     std::size_t remaining() const;
 
-   private:
+private:
     int fd_;
 };
 

@@ -7,7 +7,7 @@ namespace kiri::tov {
 
 namespace {
 
-constexpr std::size_t chunkSize = 32 * 1024;
+constexpr std::size_t chunkSize = std::size_t{32} * 1024;
 
 // One byte more than a file's rest lets a read meet its end. Where the size is not known the buffer doubles.
 std::size_t nextCapacity(std::size_t held, std::size_t remaining) {

@@ -9,19 +9,20 @@
 
 namespace kiri::tov {
 
-/// Gives the lines of a file one by one, as views into its buffer. The buffer grows to the longest line and never
-/// beyond the size of the file.
+/// Gives the lines of a file one by one, as views into its buffer. The buffer grows to the longest line and
+/// never beyond the size of the file.
 class LineReader {
-   public:
+public:
     explicit LineReader(InputFile& file);
 
-    /// Puts the next line, without its line feed, into `line`; the view lives until the next call. False at the end.
+    /// Puts the next line, without its line feed, into `line`; the view lives until the next call. False at
+    /// the end.
     bool next(std::string_view& line);
 
     /// Whether reading stopped at an error rather than at the end of the file.
     bool failed() const { return failed_; }
 
-   private:
+private:
     bool fill();
 
     InputFile& file_;

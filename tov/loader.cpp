@@ -6,8 +6,8 @@
 //   command   = keyword ...             the class of the command reads it
 //   comment   = any other text
 //
-// The commands and the attributes are two sections, in any order and as often as they come. A comment belongs to the
-// section in which it stands.
+// The commands and the attributes are two sections, in any order and as often as they come. A comment belongs
+// to the section in which it stands.
 
 #include <memory>
 #include <string>
@@ -58,8 +58,9 @@ std::unique_ptr<TovCmd> makeAttribute(std::string_view line) {
     WordCursor cursor(line);
     while (count < std::size(words) && cursor.next(words[count])) ++count;
     if (count != 6 && count != 7) return nullptr;
-    auto cmd = std::make_unique<TovCmdAttr>(std::string(words[1]), std::string(words[2]), std::string(words[3]),
-                                            std::string(words[4]), std::string(words[5]));
+    auto cmd =
+        std::make_unique<TovCmdAttr>(std::string(words[1]), std::string(words[2]), std::string(words[3]),
+                                     std::string(words[4]), std::string(words[5]));
     cmd->enabled = !(count == 7 && words[6] == disableOption);
     return cmd;
 }
@@ -71,7 +72,7 @@ void eraseFirst(std::string& text, std::string const& part) {
 
 // Puts the lines of a file into a document.
 class FileParser {
-   public:
+public:
     explicit FileParser(TOV& document) : document_(document) {}
 
     void readLine(std::string_view rawLine) {
@@ -92,7 +93,7 @@ class FileParser {
         }
     }
 
-   private:
+private:
     void readAttribute(std::string_view line) {
         std::unique_ptr<TovCmd> cmd = makeAttribute(line);
         if (cmd == nullptr) return;

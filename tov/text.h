@@ -13,10 +13,14 @@ inline constexpr std::string_view disableOption = "-disable";
 
 inline constexpr std::string_view whiteSpace = " \t\n\r\v\f";
 
-inline bool isSpace(char c) { return c <= ' ' && (c == ' ' || (c >= '\t' && c <= '\r')); }
+inline bool isSpace(char c) {
+    return c <= ' ' && (c == ' ' || (c >= '\t' && c <= '\r'));
+}
 
 /// Whether a C text is there and not empty.
-inline bool hasText(char const* text) { return text != nullptr && *text != '\0'; }
+inline bool hasText(char const* text) {
+    return text != nullptr && *text != '\0';
+}
 
 inline bool startsWith(std::string_view text, std::string_view prefix) {
     return text.substr(0, prefix.size()) == prefix;

@@ -6,8 +6,9 @@ namespace {
 
 constexpr std::size_t none = std::string_view::npos;
 
-// Position of the character that closes the group at the start of `text`. The matcher skips one nested group and no
-// more: a group ends at the first `close` behind the first nested group. Saved files rely on this limit.
+// Position of the character that closes the group at the start of `text`. The matcher skips one nested group
+// and no more: a group ends at the first `close` behind the first nested group. Saved files rely on this
+// limit.
 std::size_t groupEnd(std::string_view text, char open, char close) {
     std::size_t const firstClose = text.find(close, 1);
     if (firstClose == none) return none;

@@ -11,7 +11,7 @@ namespace kiri::tov {
 
 /// Gives the words of a line one by one, as views into it. The walk over all words is linear in the line.
 class WordCursor {
-   public:
+public:
     explicit WordCursor(std::string_view line) : rest_(trim(line)) {
         if (isEnclosed(rest_, '[', ']') || isEnclosed(rest_, '{', '}')) {
             rest_ = trim(rest_.substr(1, rest_.size() - 2));
@@ -21,7 +21,7 @@ class WordCursor {
     /// Puts the next word into `word`. False at the end of the line, `word` untouched.
     bool next(std::string_view& word);
 
-   private:
+private:
     static bool isEnclosed(std::string_view text, char open, char close) {
         return text.size() >= 2 && text.front() == open && text.back() == close;
     }

@@ -16,7 +16,8 @@ void append(std::list<TovCmd*>& list, std::unique_ptr<TovCmd> cmd) {
 }
 
 TOV::~TOV() {
-    // Large blocks go first: an allocator may merge all the small blocks freed so far when a large one follows them.
+    // Large blocks go first: an allocator may merge all the small blocks freed so far when a large one
+    // follows them.
     std::string().swap(sdcCommentText);
     std::string().swap(attributeCommentText);
     reset();
@@ -29,9 +30,12 @@ void TOV::reset() {
 }
 
 std::list<TovCmd*>* TOV::getTovCmdList(TOVCMD_TYPE type) {
-    return type >= TOVCMD_CLOCK && type <= TOVCMD_ATTRIBUTE ? &cmdLists_[static_cast<std::size_t>(type) - 1] : nullptr;
+    return type >= TOVCMD_CLOCK && type <= TOVCMD_ATTRIBUTE ? &cmdLists_[static_cast<std::size_t>(type) - 1]
+                                                            : nullptr;
 }
 
-ppStlList<char*>* TOV::getErrorList() { return dci == nullptr ? nullptr : &dci->errors; }
+ppStlList<char*>* TOV::getErrorList() {
+    return dci == nullptr ? nullptr : &dci->errors;
+}
 
 }  // namespace kiri::tov

@@ -14,25 +14,25 @@ class TovCmd;
 
 /// The command lists of a document, in the order in which they are written.
 enum TOVCMD_TYPE : int {
-    TOVCMD_NONE = 0,          ///< no list
-    TOVCMD_CLOCK = 1,         ///< TovCmdClockDef
-    TOVCMD_GENCLOCK = 2,      ///< TovCmdGenClockDef
-    TOVCMD_CLOCKGROUP = 3,    ///< TovCmdClockGroupDef
-    TOVCMD_INPUTDELAY = 4,    ///< TovCmdInputDelay
-    TOVCMD_OUTPUTDELAY = 5,   ///< TovCmdOutputDelay
-    TOVCMD_MAXDELAY = 6,      ///< TovCmdMaxDelay
-    TOVCMD_MINDELAY = 7,      ///< TovCmdMinDelay
-    TOVCMD_MULTICYCLE = 8,    ///< TovCmdMultiPath
-    TOVCMD_FALSEPATH = 9,     ///< TovCmdFalsePath
-    TOVCMD_ATTRIBUTE = 10     ///< TovCmdAttr
+    TOVCMD_NONE = 0,         ///< no list
+    TOVCMD_CLOCK = 1,        ///< TovCmdClockDef
+    TOVCMD_GENCLOCK = 2,     ///< TovCmdGenClockDef
+    TOVCMD_CLOCKGROUP = 3,   ///< TovCmdClockGroupDef
+    TOVCMD_INPUTDELAY = 4,   ///< TovCmdInputDelay
+    TOVCMD_OUTPUTDELAY = 5,  ///< TovCmdOutputDelay
+    TOVCMD_MAXDELAY = 6,     ///< TovCmdMaxDelay
+    TOVCMD_MINDELAY = 7,     ///< TovCmdMinDelay
+    TOVCMD_MULTICYCLE = 8,   ///< TovCmdMultiPath
+    TOVCMD_FALSEPATH = 9,    ///< TovCmdFalsePath
+    TOVCMD_ATTRIBUTE = 10    ///< TovCmdAttr
 };
 
 /// A constraint file in memory: its commands by kind and in file order, and its comments.
 ///
-/// A document owns its commands. Any operation may throw std::bad_alloc. One document is used by one thread at a
-/// time; different documents may be used by different threads at once.
+/// A document owns its commands. Any operation may throw std::bad_alloc. One document is used by one thread
+/// at a time; different documents may be used by different threads at once.
 class TOVENG_API TOV {
-   public:
+public:
     TOV() = default;
     ~TOV();
     TOV(TOV const&) = delete;
@@ -41,28 +41,29 @@ class TOVENG_API TOV {
     /// Deletes all commands and the database object. The comments stay.
     void reset();
 
-    /// Replaces the content by that of the file. False, and nothing changed, if nothing exists at `path`; a file
-    /// that exists and cannot be opened or read gives true and what could be read of it. std::out_of_range at a
-    /// "create_clock" line that ends in "-waveform"; the commands before that line are kept.
+    /// Replaces the content by that of the file. False, and nothing changed, if nothing exists at `path`; a
+    /// file that exists and cannot be opened or read gives true and what could be read of it.
+    /// std::out_of_range at a "create_clock" line that ends in "-waveform"; the commands before that line are
+    /// kept.
     bool load(char const* path);
 
-    /// As load, but adds to the nine lists of timing commands; the attributes and comments are replaced. True only if
-    /// the file was read to its end.
+    /// As load, but adds to the nine lists of timing commands; the attributes and comments are replaced. True
+    /// only if the file was read to its end.
     bool parseTovFile(char const* path);
 
     /// Returns the file text of the document. The document does not change.
     std::string toSaveString();
 
-    /// Writes toSaveString() to the file. True if the file could be opened for writing; errors in writing are not
-    /// reported. The text is complete before the file is opened.
+    /// Writes toSaveString() to the file. True if the file could be opened for writing; errors in writing are
+    /// not reported. The text is complete before the file is opened.
     bool save(char const* path);
 
-    /// Appends a command for each record of the database, which is not null. The document keeps no part of it.
-    /// Input and output delays become enabled as `ioEnabled` says; other commands are enabled.
+    /// Appends a command for each record of the database, which is not null. The document keeps no part of
+    /// it. Input and output delays become enabled as `ioEnabled` says; other commands are enabled.
     void loadTaObjects(taDci* db, bool ioEnabled);
 
-    /// Returns the list of that kind; null for TOVCMD_NONE and what is no kind. The list may be edited: the document
-    /// owns the commands in it and gives up those that are taken out.
+    /// Returns the list of that kind; null for TOVCMD_NONE and what is no kind. The list may be edited: the
+    /// document owns the commands in it and gives up those that are taken out.
     std::list<TovCmd*>* getTovCmdList(TOVCMD_TYPE type);
 
     /// Returns the error list of `dci`; null without one.
@@ -75,12 +76,12 @@ class TOVENG_API TOV {
     std::string sdcCommentText;        ///< comment lines of the command section, each with its line feed
     std::string attributeCommentText;  ///< comment lines of the attribute section, likewise
 
-   private:
+private:
     static constexpr int listCount = 10;
 
     std::array<std::list<TovCmd*>, listCount> cmdLists_;
 
-   public:
+public:
     taDci* dci = nullptr;  ///< owned; set by the application alone
 };
 

@@ -39,9 +39,13 @@ void appendLines(std::string& text, std::list<TovCmd*> const& cmds, TOV* documen
 
 }  // namespace
 
-std::string TOV::sdcComments() const { return std::string(sdcHeader); }
+std::string TOV::sdcComments() const {
+    return std::string(sdcHeader);
+}
 
-std::string TOV::attributeComments() const { return std::string(attributeHeader); }
+std::string TOV::attributeComments() const {
+    return std::string(attributeHeader);
+}
 
 std::string TOV::toSaveString() {
     constexpr std::size_t usualLineSize = 100;

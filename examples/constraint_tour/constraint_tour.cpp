@@ -22,11 +22,16 @@ struct Kind {
 };
 
 constexpr Kind kinds[] = {
-    {TOVCMD_CLOCK, "clocks"},          {TOVCMD_GENCLOCK, "generated clocks"},
-    {TOVCMD_CLOCKGROUP, "groups"},     {TOVCMD_INPUTDELAY, "input delays"},
-    {TOVCMD_OUTPUTDELAY, "output delays"}, {TOVCMD_MAXDELAY, "maximum delays"},
-    {TOVCMD_MINDELAY, "minimum delays"},   {TOVCMD_MULTICYCLE, "multicycle paths"},
-    {TOVCMD_FALSEPATH, "false paths"},     {TOVCMD_ATTRIBUTE, "attributes"},
+    {TOVCMD_CLOCK, "clocks"},
+    {TOVCMD_GENCLOCK, "generated clocks"},
+    {TOVCMD_CLOCKGROUP, "groups"},
+    {TOVCMD_INPUTDELAY, "input delays"},
+    {TOVCMD_OUTPUTDELAY, "output delays"},
+    {TOVCMD_MAXDELAY, "maximum delays"},
+    {TOVCMD_MINDELAY, "minimum delays"},
+    {TOVCMD_MULTICYCLE, "multicycle paths"},
+    {TOVCMD_FALSEPATH, "false paths"},
+    {TOVCMD_ATTRIBUTE, "attributes"},
 };
 
 void printKinds(TOV& document) {
@@ -90,8 +95,8 @@ int tour(char const* path, std::string const& saved) {
     disableOne(document);
     addClock(document);
 
-    // The format keeps the first reference of a list, so the first save may drop some. From the second save on the
-    // text stays as it is.
+    // The format keeps the first reference of a list, so the first save may drop some. From the second save
+    // on the text of an ordinary file stays as it is.
     std::string texts[2];
     for (std::string& text : texts) {
         if (!document.save(saved.c_str()) || !document.load(saved.c_str()) || !document.save(saved.c_str())) {

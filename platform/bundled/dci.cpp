@@ -12,7 +12,9 @@ namespace {
 // A text stands behind the count of the records that hold it.
 using UseCount = std::atomic<std::size_t>;
 
-UseCount* useCount(char* text) { return reinterpret_cast<UseCount*>(text - sizeof(UseCount)); }
+UseCount* useCount(char* text) {
+    return reinterpret_cast<UseCount*>(text - sizeof(UseCount));
+}
 
 char* makeText(std::string_view text) {
     char* const block = static_cast<char*>(::operator new(sizeof(UseCount) + text.size() + 1));
@@ -40,20 +42,22 @@ void freeAll(ppStlList<char*>& texts) {
 
 }  // namespace
 
-char* taDciText(char const* text) { return text == nullptr ? nullptr : makeText(text); }
+char* taDciText(char const* text) {
+    return text == nullptr ? nullptr : makeText(text);
+}
 
-// Makes records by other ways than the public constructors; the record under construction is whole at each step,
-// so that its destructor frees what it holds when an allocation fails.
+// Makes records by other ways than the public constructors; the record under construction is whole at each
+// step, so that its destructor frees what it holds when an allocation fails.
 class taDciObjMaker {
-   public:
+public:
     static taDciObj* make(std::string_view name, taDciObjTyp type) {
-        std::unique_ptr<taDciObj> obj(new taDciObj(type));
+        std::unique_ptr<taDciObj> obj(new taDciObj(nullptr, nullptr, type, taDciObjNone));
         setName(*obj, name);
         return obj.release();
     }
 
     static taDciObj* makeWithSharedName(taDciObj const& other) {
-        std::unique_ptr<taDciObj> obj(new taDciObj(other.type));
+        std::unique_ptr<taDciObj> obj(new taDciObj(nullptr, nullptr, other.type, taDciObjNone));
         if (other.name == nullptr || other.name == other.inlineName_) {
             setName(*obj, other.name);
         } else {
@@ -82,11 +86,12 @@ taDciObj* makeDciObj(std::string_view name, taDciObjTyp type) {
     return taDciObjMaker::make(name.substr(0, name.find('\0')), type);
 }
 
-taDciObj* makeDciObjWithSharedName(taDciObj* other) { return taDciObjMaker::makeWithSharedName(*other); }
+taDciObj* makeDciObjWithSharedName(taDciObj* other) {
+    return taDciObjMaker::makeWithSharedName(*other);
+}
 
-taDciObj::taDciObj(taDciObjTyp type_) : name(nullptr), type(type_) {}
-
-taDciObj::taDciObj(char const* name_, char const*, taDciObjTyp type_, taDciObjTyp) : taDciObj(type_) {
+taDciObj::taDciObj(char const* name_, char const*, taDciObjTyp type_, taDciObjTyp)
+    : name(nullptr), type(type_) {
     taDciObjMaker::setName(*this, name_);
 }
 

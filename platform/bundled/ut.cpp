@@ -1,8 +1,8 @@
 #include "platform/ut.h"
 
+#include <charconv>
 #include <clocale>
 #include <cmath>
-#include <charconv>
 #include <cstdarg>
 #include <cstdio>
 #include <memory>
@@ -24,8 +24,8 @@ void appendInteger(std::string& out, int value) {
 
 void appendFixed(std::string& out, double value) {
     char digits[numberSize];
-    // Six decimals of a number that a float holds are exact as an integer of millionths while that fits 53 bits;
-    // rint rounds a half to even, as printf does.
+    // Six decimals of a number that a float holds are exact as an integer of millionths while that fits 53
+    // bits; rint rounds a half to even, as printf does.
     double const millionths = value * 1e6;
     if (static_cast<double>(static_cast<float>(value)) == value && std::fabs(millionths) < 9e15) {
         auto const count = static_cast<unsigned long long>(std::rint(std::fabs(millionths)));
@@ -109,7 +109,9 @@ char const* neoform(char const* format, ...) {
     return formatAny(text, format, again) ? text.c_str() : nullptr;
 }
 
-int ut_stricmp(char const* a, char const* b) { return ut_strincmp(a, b, static_cast<std::size_t>(-1)); }
+int ut_stricmp(char const* a, char const* b) {
+    return ut_strincmp(a, b, static_cast<std::size_t>(-1));
+}
 
 int ut_strincmp(char const* a, char const* b, std::size_t count) {
     if (a == nullptr) a = "";

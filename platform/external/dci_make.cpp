@@ -6,4 +6,6 @@ taDciObj* makeDciObj(std::string_view name, taDciObjTyp type) {
     return new taDciObj(std::string(name).c_str(), nullptr, type, taDciObjTyp(0));
 }
 
-taDciObj* makeDciObjWithSharedName(taDciObj* other) { return new taDciObj(other); }
+taDciObj* makeDciObjWithSharedName(taDciObj* other) {
+    return new taDciObj(other);
+}

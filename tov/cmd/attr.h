@@ -9,7 +9,7 @@ namespace kiri::tov {
 
 /// "#attribute": an HDL attribute of five texts, to which the library gives no meaning.
 class TOVENG_API TovCmdAttr : public TovCmd {
-   public:
+public:
     TovCmdAttr(std::string text1, std::string text2, std::string text3, std::string text4, std::string text5);
     ~TovCmdAttr() override;
 

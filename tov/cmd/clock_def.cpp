@@ -29,7 +29,9 @@ constexpr Option<TovCmdClockDef> options[] = {
     {"-waveform", OptionValue::required, readWaveform},
 };
 
-void readTargets(TovCmdClockDef& cmd, std::string_view word) { readObjs(cmd.targets, word, true); }
+void readTargets(TovCmdClockDef& cmd, std::string_view word) {
+    readObjs(cmd.targets, word, true);
+}
 
 }  // namespace
 
@@ -52,7 +54,9 @@ TovCmdClockDef::TovCmdClockDef(taDciSynClk* record)
 TovCmdClockDef::TovCmdClockDef(float period_, char const* name, char const* text)
     : TovCmd(text), period(period_), clockName(name == nullptr ? "" : name) {}
 
-TovCmdClockDef::~TovCmdClockDef() { freeDciObjList(targets); }
+TovCmdClockDef::~TovCmdClockDef() {
+    freeDciObjList(targets);
+}
 
 std::string TovCmdClockDef::toSaveString(TOV*) {
     std::string line = beginSaveLine(*this);

@@ -11,7 +11,7 @@ namespace kiri::tov {
 
 /// "create_clock": a primary clock and the objects it is defined on.
 class TOVENG_API TovCmdClockDef : public TovCmd {
-   public:
+public:
     /// Reads a line; std::out_of_range if "-waveform" is its last word.
     explicit TovCmdClockDef(std::string const& line);
     explicit TovCmdClockDef(std::string_view line);
@@ -29,7 +29,7 @@ class TOVENG_API TovCmdClockDef : public TovCmd {
     std::string clockName;
     ppStlList<taDciObj*> targets;  ///< owned
 
-   private:
+private:
     TovCmdClockDef() = default;
 };
 

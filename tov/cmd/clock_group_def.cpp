@@ -22,16 +22,15 @@ ppStlList<taDciObj*>& addGroup(TovCmdClockGroupDef& cmd) {
 
 constexpr Option<TovCmdClockGroupDef> options[] = {
     {"-asynchronous", OptionValue::none, [](auto& cmd, auto) { cmd.exclusive = false; }},
-    {"-group", OptionValue::wanted,
-     [](auto& cmd, auto value) { readObjs(addGroup(cmd), value, false); }},
+    {"-group", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(addGroup(cmd), value, false); }},
 };
 
 bool isClock(taDciObjTyp type) {
     return type == taDciObjClock || type == taDciObjSourcePort || type == taDciObjSourceNet;
 }
 
-// A group's clocks are written as one query behind its other members. A member that is neither a clock nor a reserved
-// key is glued to what stands before it: the file format has no blank there.
+// A group's clocks are written as one query behind its other members. A member that is neither a clock nor a
+// reserved key is glued to what stands before it: the file format has no blank there.
 void appendGroup(std::string& line, ppStlList<taDciObj*> const& group) {
     line += " -group";
     std::string clocks;
@@ -64,7 +63,8 @@ TovCmdClockGroupDef::TovCmdClockGroupDef(std::string_view line) : TovCmdClockGro
     if (beginLine(*this, words, keywords)) readWords(*this, words, options, ignoreWord);
 }
 
-TovCmdClockGroupDef::TovCmdClockGroupDef(std::string const& line) : TovCmdClockGroupDef(std::string_view(line)) {}
+TovCmdClockGroupDef::TovCmdClockGroupDef(std::string const& line)
+    : TovCmdClockGroupDef(std::string_view(line)) {}
 TovCmdClockGroupDef::TovCmdClockGroupDef(char const* line) : TovCmdClockGroupDef(std::string_view(line)) {}
 
 TovCmdClockGroupDef::TovCmdClockGroupDef(taDciSynClkGroup* record)
@@ -74,13 +74,16 @@ TovCmdClockGroupDef::TovCmdClockGroupDef(taDciSynClkGroup* record)
         if (members == nullptr) continue;
         OwnedObjList clocks;
         for (taDciSynClkGroupMember const* member : *members) {
-            if (member != nullptr && member->clock != nullptr) clocks.append(member->clock->name, taDciObjClock);
+            if (member != nullptr && member->clock != nullptr)
+                clocks.append(member->clock->name, taDciObjClock);
         }
         clocks.swap(addGroup(*this));
     }
 }
 
-TovCmdClockGroupDef::~TovCmdClockGroupDef() { reset(); }
+TovCmdClockGroupDef::~TovCmdClockGroupDef() {
+    reset();
+}
 
 void TovCmdClockGroupDef::reset() {
     for (ppStlList<taDciObj*>* group : groups) {

@@ -11,7 +11,7 @@ namespace kiri::tov {
 
 /// "set_clock_groups": groups of clocks that are exclusive or asynchronous to each other.
 class TOVENG_API TovCmdClockGroupDef : public TovCmd {
-   public:
+public:
     explicit TovCmdClockGroupDef(bool exclusive);
     /// Reads a line; exclusive unless it holds "-asynchronous".
     explicit TovCmdClockGroupDef(std::string const& line);
@@ -29,7 +29,7 @@ class TOVENG_API TovCmdClockGroupDef : public TovCmd {
     bool exclusive = true;                      ///< false: asynchronous
     std::vector<ppStlList<taDciObj*>*> groups;  ///< owned with their references; entries may be null
 
-   private:
+private:
     TovCmdClockGroupDef() = default;
 };
 

@@ -10,40 +10,42 @@ namespace kiri::tov {
 
 class TOV;
 
-/// A command of a constraint file. It owns the object references in its lists and frees them when it is destroyed.
+/// A command of a constraint file. It owns the object references in its lists and frees them when it is
+/// destroyed.
 ///
-/// Commands come from a line of a file, from a record of the constraint database, or from plain values. No content
-/// of a line or record is an error: what a command does not understand it skips, as its class says. Any constructor
-/// or operation may throw std::bad_alloc. One command is used by one thread at a time.
+/// Commands come from a line of a file, from a record of the constraint database, or from plain values. No
+/// content of a line or record is an error: what a command does not understand it skips, as its class says.
+/// Any constructor or operation may throw std::bad_alloc. One command is used by one thread at a time.
 class TOVENG_API TovCmd {
-   public:
+public:
     TovCmd(TovCmd const&) = delete;
     TovCmd& operator=(TovCmd const&) = delete;
     virtual ~TovCmd();
 
-    /// Returns the command's line as a file holds it, without a line end. The document is not read; null will do.
+    /// Returns the command's line as a file holds it, without a line end. The document is not read; null will
+    /// do.
     virtual std::string toSaveString(TOV* document) = 0;
 
-    /// Reads an object expression such as "[ get_ports { a b } ]". The caller owns the references returned. With
-    /// `source`, ports and nets are of the kinds that stand for the source of a clock. Each word that is no query
-    /// gives one reference of kind taDciObjName named by the whole `text`.
+    /// Reads an object expression such as "[ get_ports { a b } ]". The caller owns the references returned.
+    /// With `source`, ports and nets are of the kinds that stand for the source of a clock. Each word that is
+    /// no query gives one reference of kind taDciObjName named by the whole `text`.
     static ppStlList<taDciObj*> fromTclString(std::string const& text, bool source);
 
     /// Returns the expression of one reference: a reserved expression, a query, or the name. Null gives "".
     static std::string toTclString(taDciObj* obj);
 
-    /// Puts the expression of a reserved key ("@PI", "@PO", "@CLKIN", "@CLOCK", in any case) into `out`. False for
-    /// any other key, `out` untouched; null is no key.
+    /// Puts the expression of a reserved key ("@PI", "@PO", "@CLKIN", "@CLOCK", in any case) into `out`.
+    /// False for any other key, `out` untouched; null is no key.
     static bool reservedKey(char const* key, std::string& out);
 
-    /// Returns `text` without white space at its ends, in brackets if it begins with the name of a query in any
-    /// case. Null reads as "".
+    /// Returns `text` without white space at its ends, in brackets if it begins with the name of a query in
+    /// any case. Null reads as "".
     static std::string encloseBracket(char const* text);
 
     bool enabled = true;  ///< false: written with the prefix "#disable "
     std::string note;     ///< free text; never written
 
-   protected:
+protected:
     TovCmd() = default;
     explicit TovCmd(char const* noteText) : note(noteText == nullptr ? "" : noteText) {}
 };
@@ -51,8 +53,8 @@ class TOVENG_API TovCmd {
 /// Returns `text` in double quotes if it holds white space and no double quote, else as it is.
 TOVENG_API std::string encloseDoubleQuotes(std::string const& text);
 
-/// Replaces the content of `to` by copies of the references in `from`, in order; null entries are left out. When
-/// memory is short, std::bad_alloc comes out and `to` stays as it was.
+/// Replaces the content of `to` by copies of the references in `from`, in order; null entries are left out.
+/// When memory is short, std::bad_alloc comes out and `to` stays as it was.
 TOVENG_API void deepCopyDciObjList(ppStlList<taDciObj*>& from, ppStlList<taDciObj*>& to);
 
 /// Deletes every reference in `list` and empties it.

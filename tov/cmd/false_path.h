@@ -10,7 +10,7 @@ namespace kiri::tov {
 
 /// "set_false_path": paths that are not timed.
 class TOVENG_API TovCmdFalsePath : public TovCmd {
-   public:
+public:
     /// `note` may be null.
     explicit TovCmdFalsePath(char* note);
     /// Copies a database record.
@@ -27,7 +27,7 @@ class TOVENG_API TovCmdFalsePath : public TovCmd {
     ppStlList<taDciObj*> to;       ///< owned
     ppStlList<taDciObj*> through;  ///< owned; written only where from and to are empty
 
-   private:
+private:
     TovCmdFalsePath() = default;
 };
 

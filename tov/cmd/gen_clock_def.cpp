@@ -32,17 +32,22 @@ constexpr Option<TovCmdGenClockDef> options[] = {
     {"-name", OptionValue::wanted, [](auto& cmd, auto value) { cmd.clockName = value; }},
     {"-duty_cycle", OptionValue::wanted, readDutyCycle},
     {"-source", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.sources, value, true); }},
-    {"-master_clock", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.masterClock, value, true); }},
+    {"-master_clock", OptionValue::wanted,
+     [](auto& cmd, auto value) { readObjs(cmd.masterClock, value, true); }},
 };
 
-void readTargets(TovCmdGenClockDef& cmd, std::string_view word) { readObjs(cmd.targets, word, true); }
+void readTargets(TovCmdGenClockDef& cmd, std::string_view word) {
+    readObjs(cmd.targets, word, true);
+}
 
 void appendInteger(std::string& line, char const* format, std::string const& text) {
     float number = 0;
     if (parseFloatValue(text, number)) appendPiece(line, neoform(format, truncateToInt(number)));
 }
 
-std::string textOf(char const* text) { return text == nullptr ? "" : text; }
+std::string textOf(char const* text) {
+    return text == nullptr ? "" : text;
+}
 
 }  // namespace
 

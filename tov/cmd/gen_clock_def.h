@@ -10,7 +10,7 @@ namespace kiri::tov {
 
 /// "create_generated_clock": a clock derived from another one. Its numbers are kept as texts.
 class TOVENG_API TovCmdGenClockDef : public TovCmd {
-   public:
+public:
     /// Reads a line; numbers become normal decimal texts.
     explicit TovCmdGenClockDef(std::string const& line);
     explicit TovCmdGenClockDef(std::string_view line);
@@ -31,7 +31,7 @@ class TOVENG_API TovCmdGenClockDef : public TovCmd {
     std::string clockName;
     ppStlList<taDciObj*> targets;  ///< owned
 
-   private:
+private:
     TovCmdGenClockDef() = default;
 };
 

@@ -10,7 +10,7 @@ namespace kiri::tov {
 
 /// What input and output delays share: the external delay at ports relative to a clock.
 class TOVENG_API TovCmdIODelay : public TovCmd {
-   public:
+public:
     /// `label` and `note` may be null.
     TovCmdIODelay(float delay, char const* label, char* note);
     /// Copies a database record.
@@ -28,13 +28,13 @@ class TOVENG_API TovCmdIODelay : public TovCmd {
     ppStlList<taDciObj*> clock;    ///< owned
     ppStlList<taDciObj*> objects;  ///< owned
 
-   private:
+private:
     TovCmdIODelay() = default;
 };
 
 /// "set_input_delay".
 class TOVENG_API TovCmdInputDelay : public TovCmdIODelay {
-   public:
+public:
     using TovCmdIODelay::TovCmdIODelay;
     ~TovCmdInputDelay() override;
     std::string toSaveString(TOV* document) override;
@@ -42,7 +42,7 @@ class TOVENG_API TovCmdInputDelay : public TovCmdIODelay {
 
 /// "set_output_delay".
 class TOVENG_API TovCmdOutputDelay : public TovCmdIODelay {
-   public:
+public:
     using TovCmdIODelay::TovCmdIODelay;
     ~TovCmdOutputDelay() override;
     std::string toSaveString(TOV* document) override;

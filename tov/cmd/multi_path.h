@@ -10,7 +10,7 @@ namespace kiri::tov {
 
 /// "set_multicycle_path": paths that may take several clock cycles.
 class TOVENG_API TovCmdMultiPath : public TovCmd {
-   public:
+public:
     /// `note` may be null.
     TovCmdMultiPath(int multiplier, char* note);
     /// Copies a database record; its multiplier is cut to an integer.
@@ -27,7 +27,7 @@ class TOVENG_API TovCmdMultiPath : public TovCmd {
     ppStlList<taDciObj*> from;  ///< owned
     ppStlList<taDciObj*> to;    ///< owned
 
-   private:
+private:
     TovCmdMultiPath() = default;
 };
 

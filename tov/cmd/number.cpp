@@ -12,7 +12,9 @@ namespace kiri::tov {
 
 namespace {
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 // The forms that std::from_chars leaves out: hexadecimal numbers, and what no double holds.
 double strtodInPlainLocale(std::string_view text) {
@@ -47,6 +49,8 @@ int truncateToInt(float value) {
     return static_cast<int>(value);
 }
 
-float fromThousandths(int value) { return static_cast<float>(value / 1000.0); }
+float fromThousandths(int value) {
+    return static_cast<float>(value / 1000.0);
+}
 
 }  // namespace kiri::tov

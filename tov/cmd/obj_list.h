@@ -11,7 +11,7 @@ namespace kiri::tov {
 
 /// A list of references under construction: it owns them until they are handed over.
 class OwnedObjList {
-   public:
+public:
     OwnedObjList() = default;
     /// Reads an object expression, as TovCmd::fromTclString tells.
     OwnedObjList(std::string_view expression, bool source);
@@ -29,8 +29,7 @@ class OwnedObjList {
     void swap(ppStlList<taDciObj*>& to) noexcept { list_.swap(to); }
     ppStlList<taDciObj*> release() noexcept;
 
-   private:
-
+private:
     ppStlList<taDciObj*> list_;
 };
 

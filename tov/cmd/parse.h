@@ -29,20 +29,21 @@ struct Option {
     void (*apply)(Cmd& cmd, std::string_view value);
 };
 
-/// Begins to read a command's line: false if its first word is none of `keywords`. A recognised command is disabled
-/// until its reader knows better.
+/// Begins to read a command's line: false if its first word is none of `keywords`. A recognised command is
+/// disabled until its reader knows better.
 template <std::size_t N>
 bool beginLine(TovCmd& cmd, WordCursor& words, std::string_view const (&keywords)[N]) {
     std::string_view first;
-    if (!words.next(first) || std::find(std::begin(keywords), std::end(keywords), first) == std::end(keywords)) {
+    if (!words.next(first) ||
+        std::find(std::begin(keywords), std::end(keywords), first) == std::end(keywords)) {
         return false;
     }
     cmd.enabled = false;
     return true;
 }
 
-/// Reads the words behind the keyword: options as the table tells, any other word by `other`. Empty words between
-/// options are skipped; as the value of an option an empty word counts.
+/// Reads the words behind the keyword: options as the table tells, any other word by `other`. Empty words
+/// between options are skipped; as the value of an option an empty word counts.
 template <class Cmd, std::size_t N>
 void readWords(Cmd& cmd, WordCursor& words, Option<Cmd> const (&options)[N],
                void (*other)(Cmd& cmd, std::string_view word)) {

@@ -16,7 +16,9 @@ constexpr Option<TovCmdTimingDelay> options[] = {
     {"-to", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.to, value, false); }},
 };
 
-void readDelay(TovCmdTimingDelay& cmd, std::string_view word) { parseFloatValue(word, cmd.delay); }
+void readDelay(TovCmdTimingDelay& cmd, std::string_view word) {
+    parseFloatValue(word, cmd.delay);
+}
 
 std::string saveLine(TovCmdTimingDelay const& cmd, char const* format) {
     std::string line = beginSaveLine(cmd);
@@ -51,10 +53,14 @@ TovCmdTimingDelay::~TovCmdTimingDelay() {
 
 TovCmdMaxDelay::~TovCmdMaxDelay() = default;
 
-std::string TovCmdMaxDelay::toSaveString(TOV*) { return saveLine(*this, "set_max_delay %f"); }
+std::string TovCmdMaxDelay::toSaveString(TOV*) {
+    return saveLine(*this, "set_max_delay %f");
+}
 
 TovCmdMinDelay::~TovCmdMinDelay() = default;
 
-std::string TovCmdMinDelay::toSaveString(TOV*) { return saveLine(*this, "set_min_delay %f"); }
+std::string TovCmdMinDelay::toSaveString(TOV*) {
+    return saveLine(*this, "set_min_delay %f");
+}
 
 }  // namespace kiri::tov

@@ -10,7 +10,7 @@ namespace kiri::tov {
 
 /// What maximum and minimum delays share: a bound on the delay of paths.
 class TOVENG_API TovCmdTimingDelay : public TovCmd {
-   public:
+public:
     /// `note` may be null.
     TovCmdTimingDelay(float delay, char* note);
     /// Copies a database record.
@@ -25,13 +25,13 @@ class TOVENG_API TovCmdTimingDelay : public TovCmd {
     ppStlList<taDciObj*> from;  ///< owned
     ppStlList<taDciObj*> to;    ///< owned
 
-   private:
+private:
     TovCmdTimingDelay() = default;
 };
 
 /// "set_max_delay".
 class TOVENG_API TovCmdMaxDelay : public TovCmdTimingDelay {
-   public:
+public:
     using TovCmdTimingDelay::TovCmdTimingDelay;
     ~TovCmdMaxDelay() override;
     std::string toSaveString(TOV* document) override;
@@ -39,7 +39,7 @@ class TOVENG_API TovCmdMaxDelay : public TovCmdTimingDelay {
 
 /// "set_min_delay".
 class TOVENG_API TovCmdMinDelay : public TovCmdTimingDelay {
-   public:
+public:
     using TovCmdTimingDelay::TovCmdTimingDelay;
     ~TovCmdMinDelay() override;
     std::string toSaveString(TOV* document) override;

@@ -27,8 +27,8 @@ inline void appendPiece(std::string& line, char const* piece) {
     if (piece != nullptr) line += piece;
 }
 
-/// Appends `option` and the first reference of a list, if there is one. A file holds only the first reference of a
-/// list; the others are not written.
+/// Appends `option` and the first reference of a list, if there is one. A file holds only the first reference
+/// of a list; the others are not written.
 inline void appendFirst(std::string& line, std::string_view option, ppStlList<taDciObj*> const& list) {
     if (list.empty()) return;
     line += option;

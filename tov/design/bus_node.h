@@ -9,6 +9,8 @@ namespace kiri::tov {
 
 /// A vector, gathered from the names of its bits: "data[0]" and "data[7]" give "data[7:0]". A bit name is a
 /// non-empty base followed by decimal digits in brackets, so "m[1][2]" is bit 2 of "m[1]".
+// Its destructor is not virtual: a bus is destroyed through its port or net.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class TOVENG_API TovBusNode {
 public:
     /// Starts a bus at the bit `name`. With `wildcard` it is named "base*" and has no range yet. A `name`

@@ -16,8 +16,8 @@ DumpFile::DumpFile(char const* path) : file_(path) {
     if (file_.isOpen()) open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 }
 
-// An element that lies within a block is too short to do harm. So only what the block goes on with and what it leaves
-// open is looked at.
+// An element that lies within a block is too short to do harm. So only what the block goes on with and what
+// it leaves open is looked at.
 qint64 DumpFile::readData(char* data, qint64 size) {
     ssize_t const got = file_.read(data, static_cast<std::size_t>(std::min(size, blockSize)));
     // An error is an end, like that of a file that is cut short.
@@ -34,9 +34,9 @@ qint64 DumpFile::readData(char* data, qint64 size) {
     return got;
 }
 
-// Overwrites by blanks what stands between the last attribute within the limit and the end of a tag. No "<" stands in a
-// tag, so that each one is a fresh start, whatever a comment or a declaration held before it: none holds a thousand
-// quoted words between a "<" and a ">". Zero bytes are halves of UTF-16 units.
+// Overwrites by blanks what stands between the last attribute within the limit and the end of a tag. No "<"
+// stands in a tag, so that each one is a fresh start, whatever a comment or a declaration held before it:
+// none holds a thousand quoted words between a "<" and a ">". Zero bytes are halves of UTF-16 units.
 void DumpFile::dropSurplusAttributes(char* begin, char* end) {
     for (char* at = begin; at != end; ++at) {
         char const c = *at;

@@ -7,9 +7,9 @@
 
 namespace kiri::tov::impl_detail {
 
-/// A dump as the XML reader gets it: the bytes of the file, less the attributes beyond the first thousand of an
-/// element. That reader compares each attribute of an element with all others, so that a hostile element could keep
-/// it busy for hours.
+/// A dump as the XML reader gets it: the bytes of the file, less the attributes beyond the first thousand of
+/// an element. That reader compares each attribute of an element with all others, so that a hostile element
+/// could keep it busy for hours.
 class DumpFile : public QIODevice {
 public:
     explicit DumpFile(char const* path);
@@ -27,7 +27,7 @@ private:
 
     InputFile file_;
     State state_ = State::text;
-    char quote_ = '\0';  // of the value at hand
+    char quote_ = '\0';   // of the value at hand
     int attributes_ = 0;  // of the tag at hand
 };
 

@@ -1,0 +1,49 @@
+// dlopen_test LIBRARY: loads the library in a process that has done nothing else and checks that loading
+// leaves the process as it was. The environment variable that the library reads at its load changes nothing
+// in that.
+
+#include <dlfcn.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <clocale>
+#include <cstdio>
+#include <filesystem>
+#include <iterator>
+#include <string>
+
+namespace {
+
+std::size_t entries(char const* folder) {
+    std::filesystem::directory_iterator const all(folder);
+    return static_cast<std::size_t>(std::distance(begin(all), end(all)));
+}
+
+std::string state() {
+    std::string text = std::setlocale(LC_ALL, nullptr);
+    text += "|files " + std::to_string(entries("/proc/self/fd"));
+    text += "|threads " + std::to_string(entries("/proc/self/task"));
+    for (char** variable = ::environ; *variable != nullptr; ++variable) text.append("|").append(*variable);
+    for (int signal = 1; signal < NSIG; ++signal) {
+        struct sigaction action {};
+        if (::sigaction(signal, nullptr, &action) == 0) text += action.sa_handler == SIG_DFL ? '.' : 'h';
+    }
+    return text;
+}
+
+}  // namespace
+
+int main(int, char** argv) {
+    // What the library writes at its load goes into a pipe.
+    int pipe[2];
+    if (::pipe2(pipe, 0) != 0 || ::dup2(pipe[1], 1) < 0 || ::dup2(pipe[1], 2) < 0) return 2;
+    std::string const before = state();
+    void* const library = ::dlopen(argv[1], RTLD_NOW | RTLD_LOCAL);
+    bool const same = state() == before;
+    bool const usable = library != nullptr && ::dlsym(library, "_ZN4kiri3tov3TOV4loadEPKc") != nullptr;
+    bool const closed = usable && ::dlclose(library) == 0 && state() == before;
+    ::close(pipe[1]), ::close(1), ::close(2);
+    char text[1000];
+    bool const silent = ::read(pipe[0], text, sizeof text) == 0;
+    return same && usable && closed && silent ? 0 : 1;
+}
