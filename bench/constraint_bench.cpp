@@ -77,8 +77,7 @@ CHILD_BENCHMARK(LoadTcl);
 void SaveText(benchmark::State& state) {
     std::string const path = inputs::constraintFile(mixedLines);
     timeInChild(
-        state, [&path] { return load(path); },
-        [](TOV* document) { return new std::string(document->toSaveString()); });
+        state, [&path] { return load(path); }, [](TOV* document) { return new std::string(document->toSaveString()); });
 }
 CHILD_BENCHMARK(SaveText);
 
@@ -86,8 +85,7 @@ void SaveFile(benchmark::State& state) {
     std::string const path = inputs::constraintFile(mixedLines);
     std::string const saved = path + ".saved";
     timeInChild(
-        state, [&path] { return load(path); },
-        [&saved](TOV* document) { return document->save(saved.c_str()); });
+        state, [&path] { return load(path); }, [&saved](TOV* document) { return document->save(saved.c_str()); });
 }
 CHILD_BENCHMARK(SaveFile);
 

@@ -70,11 +70,10 @@ void AllQueries(benchmark::State& state) {
         state, [&path] { return load(path); },
         [](TovDesign* design) {
             auto* lists = new Lists();
-            return design->getPorts(lists->ports) + design->getPins(lists->pins) +
-                   design->getNets(lists->nets) + design->getCells(lists->cells) +
-                   design->getRegs(lists->regs) + design->getClocks(lists->clocks) +
-                   design->getViews(lists->views) + design->getRams(lists->rams) +
-                   design->getRoms(lists->roms) + design->getMults(lists->mults);
+            return design->getPorts(lists->ports) + design->getPins(lists->pins) + design->getNets(lists->nets) +
+                   design->getCells(lists->cells) + design->getRegs(lists->regs) + design->getClocks(lists->clocks) +
+                   design->getViews(lists->views) + design->getRams(lists->rams) + design->getRoms(lists->roms) +
+                   design->getMults(lists->mults);
         });
 }
 CHILD_BENCHMARK(AllQueries);

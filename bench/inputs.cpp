@@ -15,9 +15,8 @@ namespace fs = std::filesystem;
 // The folder of the run, removed at its end.
 fs::path const& folder() {
     struct Folder {
-        fs::path path =
-            fs::temp_directory_path() / ("toveng-bench-" + std::to_string(std::rand()) + "-" +
-                                         std::to_string(reinterpret_cast<std::uintptr_t>(&path) >> 4));
+        fs::path path = fs::temp_directory_path() / ("toveng-bench-" + std::to_string(std::rand()) + "-" +
+                                                     std::to_string(reinterpret_cast<std::uintptr_t>(&path) >> 4));
         Folder() { fs::create_directories(path); }
         ~Folder() { fs::remove_all(path); }
     };
@@ -50,16 +49,15 @@ std::string clock(std::size_t i) {
 void writeLine(std::ostream& out, std::size_t i) {
     switch (std::size_t const k = i % 100; k) {
         case 0:
-            out << "create_clock -period 10 -waveform {0 5} -name " << clock(i) << " [get_ports " << clock(i)
-                << "]";
+            out << "create_clock -period 10 -waveform {0 5} -name " << clock(i) << " [get_ports " << clock(i) << "]";
             break;
         case 1:
             out << "create_generated_clock -divide_by 4 -source [get_pins u_pll/CLKI] -name " << clock(i)
                 << " [get_pins {u_pll/CLKOP}]";
             break;
         case 2:
-            out << "set_clock_groups -asynchronous -group [get_clocks " << clock(i)
-                << "] -group [get_clocks {" << clock(i + 1) << "}]";
+            out << "set_clock_groups -asynchronous -group [get_clocks " << clock(i) << "] -group [get_clocks {"
+                << clock(i + 1) << "}]";
             break;
         case 3:
             out << "# constraints of block " << i;
@@ -70,23 +68,22 @@ void writeLine(std::ostream& out, std::size_t i) {
         default:
             if (k % 17 == 0) out << "#disable ";
             if (k < 30)
-                out << "set_input_delay -max " << k << ".25 -clock [get_clocks " << clock(i)
-                    << "] [get_ports {" << bit("bus_in_", i) << "}]";
+                out << "set_input_delay -max " << k << ".25 -clock [get_clocks " << clock(i) << "] [get_ports {"
+                    << bit("bus_in_", i) << "}]";
             else if (k < 55)
-                out << "set_output_delay -min 0." << k << " -clock [get_clocks " << clock(i)
-                    << "] [get_ports {" << bit("bus_out_", i) << "}]";
+                out << "set_output_delay -min 0." << k << " -clock [get_clocks " << clock(i) << "] [get_ports {"
+                    << bit("bus_out_", i) << "}]";
             else if (k < 75)
-                out << "set_false_path -from [get_cells " << cell(i) << "] -to [get_cells " << cell(i + 7)
-                    << "]";
+                out << "set_false_path -from [get_cells " << cell(i) << "] -to [get_cells " << cell(i + 7) << "]";
             else if (k < 87)
-                out << "set_multicycle_path " << k % 5 + 2 << " -from [get_cells " << cell(i)
-                    << "] -to [get_clocks " << clock(i) << "]";
+                out << "set_multicycle_path " << k % 5 + 2 << " -from [get_cells " << cell(i) << "] -to [get_clocks "
+                    << clock(i) << "]";
             else if (k < 95)
-                out << "set_max_delay " << k << ".5 -from [get_pins " << cell(i) << "/Q] -to [get_pins "
-                    << cell(i + 3) << "/D]";
+                out << "set_max_delay " << k << ".5 -from [get_pins " << cell(i) << "/Q] -to [get_pins " << cell(i + 3)
+                    << "/D]";
             else
-                out << "set_min_delay 0.4 -from [get_ports {" << bit("a_", i) << "}] -to [get_nets {"
-                    << bit("n_", i) << "}]";
+                out << "set_min_delay 0.4 -from [get_ports {" << bit("a_", i) << "}] -to [get_nets {" << bit("n_", i)
+                    << "}]";
     }
     out << '\n';
 }
@@ -97,8 +94,8 @@ void writeItem(std::ostream& out, char const* element, std::string const& name, 
 
 void writeInstance(std::ostream& out, std::size_t i) {
     std::string const name = "top.u" + std::to_string(i);
-    out << "   <instance name=\"" << name << "\" library=\"work\" arch=\"\" type=\""
-        << (i % 3 == 0 ? "reg" : "comb") << "\">\n    <pins>\n";
+    out << "   <instance name=\"" << name << "\" library=\"work\" arch=\"\" type=\"" << (i % 3 == 0 ? "reg" : "comb")
+        << "\">\n    <pins>\n";
     writeItem(out, "pitem", "CK", " direction=\"in\"");
     writeItem(out, "pitem", "D[" + std::to_string(i % 8) + "]", " direction=\"in\"");
     writeItem(out, "pitem", "A", " direction=\"in\"");
@@ -108,8 +105,7 @@ void writeInstance(std::ostream& out, std::size_t i) {
     out << "    </nets>\n   </instance>\n";
 }
 
-void writeList(std::ostream& out, char const* list, char const* item, std::size_t count,
-               char const* more = "") {
+void writeList(std::ostream& out, char const* list, char const* item, std::size_t count, char const* more = "") {
     out << "   <" << list << ">\n";
     for (std::size_t i = 0; i < count; ++i) writeItem(out, item, list + ("_" + std::to_string(i)), more);
     out << "   </" << list << ">\n";
@@ -133,8 +129,7 @@ std::string oneLineOfNames(std::size_t names) {
 
 std::string linesOfOneName(std::size_t names) {
     return make("many-lines-" + std::to_string(names), [names](std::ostream& out) {
-        for (std::size_t i = 0; i < names; ++i)
-            out << "set_false_path -from [get_cells {" << cell(i) << "}]\n";
+        for (std::size_t i = 0; i < names; ++i) out << "set_false_path -from [get_cells {" << cell(i) << "}]\n";
     });
 }
 

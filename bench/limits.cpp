@@ -51,7 +51,9 @@ Limit const limits[] = {
          writeLines(out, 3 * million / scale, [](std::string const& i) { return "# comment number " + i; });
      }},
     {"a command of 64 MB", false,
-     [](std::ostream& out, long scale) { out << "set_false_path -from {" << times(8 * megabyte / scale, " word x") << " }"; }},
+     [](std::ostream& out, long scale) {
+         out << "set_false_path -from {" << times(8 * megabyte / scale, " word x") << " }";
+     }},
     {"a query of 9,000,000 names", false,
      [](std::ostream& out, long scale) {
          out << "set_false_path -from [get_ports {" << times(9 * million / scale, "port12 ") << "}]";
@@ -69,7 +71,8 @@ Limit const limits[] = {
      [](std::ostream& out, long scale) {
          out << "<top name=\"t\"><library name=\"l\">";
          writeLines(out, million / scale, [](std::string const& i) {
-             return "<instance name=\"t.u" + i + "\" type=\"reg\" arch=\"rtl\"><pins><pitem name=\"D\" direction=\"in\"/>" +
+             return "<instance name=\"t.u" + i +
+                    "\" type=\"reg\" arch=\"rtl\"><pins><pitem name=\"D\" direction=\"in\"/>" +
                     "<pitem name=\"Q\" direction=\"out\"/></pins></instance>";
          });
          out << "</library></top>";
@@ -80,7 +83,8 @@ Limit const limits[] = {
      }},
     {"1,000,000 nested unknown elements", true,
      [](std::ostream& out, long scale) {
-         out << "<top><library>" << times(million / scale, "<z>") << times(million / scale, "</z>") << "</library></top>";
+         out << "<top><library>" << times(million / scale, "<z>") << times(million / scale, "</z>")
+             << "</library></top>";
      }},
     {"20,000 attributes on one element", true,
      [](std::ostream& out, long scale) {
@@ -117,7 +121,8 @@ bool work(Limit const& limit, std::string const& path) {
 
 int main(int argc, char** argv) {
     long const scale = argc > 1 ? std::max(1L, std::atol(argv[1])) : 1;
-    std::string const path = (std::filesystem::temp_directory_path() / ("limits" + std::to_string(::getpid()))).string();
+    std::string const path =
+        (std::filesystem::temp_directory_path() / ("limits" + std::to_string(::getpid()))).string();
     bool ok = true;
     std::printf("| %-36s | %9s | %8s | %9s | %6s |\n", "content", "file, MB", "time, s", "peak, MB", "ratio");
     for (Limit const& limit : limits) {
@@ -136,7 +141,8 @@ int main(int argc, char** argv) {
                 bool const done = work(limit, path);
                 std::chrono::duration<double> const time = std::chrono::steady_clock::now() - start;
                 double const peak = static_cast<double>(peakKilobytes() - before) / 1024;
-                std::printf("| %-36s | %9.2f | %8.2f | %9.1f | %6.1f |\n", limit.name, size, time.count(), peak, peak / size);
+                std::printf("| %-36s | %9.2f | %8.2f | %9.1f | %6.1f |\n", limit.name, size, time.count(), peak,
+                            peak / size);
                 std::fflush(stdout);
                 std::_Exit(done ? 0 : 1);
             }

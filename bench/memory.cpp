@@ -93,10 +93,9 @@ void reportDesign(std::size_t instances) {
     std::size_t const nodes = design.getPorts(ports) + design.getPins(pins) + design.getNets(nets) +
                               design.getCells(cells) + design.getClocks(clocks) + design.getRams(rams) +
                               design.getRoms(roms) + design.getMults(mults) + design.getViews(views);
-    std::printf(
-        "design of %zu instances: %zu nodes, keeps %.1f bytes a node and needs %.3f MiB beyond that\n",
-        instances, nodes, static_cast<double>(usage.kept) / static_cast<double>(nodes),
-        static_cast<double>(usage.above) / 1048576);
+    std::printf("design of %zu instances: %zu nodes, keeps %.1f bytes a node and needs %.3f MiB beyond that\n",
+                instances, nodes, static_cast<double>(usage.kept) / static_cast<double>(nodes),
+                static_cast<double>(usage.above) / 1048576);
 }
 
 }  // namespace

@@ -25,8 +25,7 @@ static_assert(sizeof(TovObjType) == 4 && sizeof(CELL_TYPE) == 4 && sizeof(TovPor
 std::string text(TovNode const* node, TovNode const* parent) {
     EXPECT_EQ(node->parent(), parent) << node->name();
     std::string line = " " + node->name() + ":" + std::to_string(node->type());
-    if (auto const* port = dynamic_cast<TovPortNode const*>(node))
-        line += ":" + std::to_string(port->direction());
+    if (auto const* port = dynamic_cast<TovPortNode const*>(node)) line += ":" + std::to_string(port->direction());
     return line;
 }
 
@@ -38,8 +37,8 @@ std::string text(char const* label, List const& list, TovNode const* parent) {
 }
 
 std::string content(TovBaseCellNode const& cell) {
-    return cell.library() + "," + cell.arch() + text(" C", cell.clocks(), &cell) +
-           text(" P", cell.ports(), &cell) + text(" N", cell.nets(), &cell);
+    return cell.library() + "," + cell.arch() + text(" C", cell.clocks(), &cell) + text(" P", cell.ports(), &cell) +
+           text(" N", cell.nets(), &cell);
 }
 
 /// A tree in file order: "name,entry,library,arch C clocks P ports N nets / cell / cell V views ...".
@@ -50,8 +49,8 @@ std::string text(TovTopNode const& top) {
         EXPECT_EQ(cell->parent(), &top);
         line += " / " + cell->name() + "," + std::to_string(cell->cellType()) + "," + content(*cell);
     }
-    return line + text(" V", top.views(), &top) + text(" R", top.rams(), &top) +
-           text(" O", top.roms(), &top) + text(" M", top.mults(), &top);
+    return line + text(" V", top.views(), &top) + text(" R", top.rams(), &top) + text(" O", top.roms(), &top) +
+           text(" M", top.mults(), &top);
 }
 
 /// What a dump gives: its tree, or "false" and the error text.
@@ -101,8 +100,7 @@ TEST(Dump, GivesTheTree) {
         {utf16(full, false), fullTree},
         {utf16(full, true), fullTree},
         {"<design/>", "false Line 1 Column 9: Tag design is not valid tag"},
-        {"<?xml version='1.0'?>\n<!-- x -->\n  <Top a=''>",
-         "false Line 3 Column 12: Tag Top is not valid tag"},
+        {"<?xml version='1.0'?>\n<!-- x -->\n  <Top a=''>", "false Line 3 Column 12: Tag Top is not valid tag"},
         {"", ",,work,"},
         {"<?xml version='1.0'?>", ",,work,"},
         {"<top/>", ",,,"},
@@ -111,8 +109,7 @@ TEST(Dump, GivesTheTree) {
         {"<!DOCTYPE top [<!ENTITY e \"k'&#228;\"><!ENTITY i \"<mult name='&e;'/>\">]>" +
              inUnit("<mults><mult name='a&amp;&e;&#x263a;&#x1F600;'/>&i;</mults>"),
          bare + " M a&k'\xe4???:14 k'\xe4:14"},
-        {"\xef\xbb\xbf<?xml version='1.0' encoding='UTF-8'?>" +
-             inUnit("<views><view name='\xc3\xa9'/></views>"),
+        {"\xef\xbb\xbf<?xml version='1.0' encoding='UTF-8'?>" + inUnit("<views><view name='\xc3\xa9'/></views>"),
          bare + " V \xe9:9"},
         {"<?xml version='1.0' encoding='ISO-8859-1'?>" + inUnit("<views><view name='\xe9'/></views>"),
          bare + " V \xe9:9"},
@@ -232,8 +229,7 @@ std::string answers(TovDesign const& design) {
 
 TEST(Design, AnswersQueriesAndIsEmptyAfterAFailedLoad) {
     support::TempDir const dir;
-    std::string const good = support::write(dir / "good", full),
-                      bad = support::write(dir / "bad", "<design/>");
+    std::string const good = support::write(dir / "good", full), bad = support::write(dir / "bad", "<design/>");
     std::string none;
     for (int i = 0; i < 10; ++i) none += " | 0 null";
     std::string const all =
@@ -265,8 +261,7 @@ TEST(Node, HierarchyNames) {
     TovCellNode plain("u1", &top, CELL_REG, "", "work"), arch("u1", &top, CELL_REG, "rtl", ""),
         both("name", &plain, CELL_COMB, "a", "lib1"), upper("u", nullptr, CELL_COMB, "", "Work");
     TovNetNode net("n", TOV_OBJ_NET, &top), orphan("o", TOV_OBJ_NET, nullptr);
-    TovPortNode pin("CK", TOV_OBJ_PIN, &plain), archPin("CK", TOV_OBJ_PIN, &arch),
-        deep("p", TOV_OBJ_PIN, &both);
+    TovPortNode pin("CK", TOV_OBJ_PIN, &plain), archPin("CK", TOV_OBJ_PIN, &arch), deep("p", TOV_OBJ_PIN, &both);
     TovBusPortNode bus("q[4]", TOV_OBJ_PIN, &plain);
     TovViewNode below("v", TOV_OBJ_VIEW, &pin);
     struct {
@@ -294,8 +289,8 @@ TEST(Node, DumpListsTheTree) {
 <clockitem name="c"/></clocks><pins><pitem name="Q"/></pins><nets><nitem name="n"/></nets></instance><views>
 <view name="v"/></views><ramnets><ramnet name="r"/></ramnets><romnets><romnet name="o"/></romnets>
 <mults><mult name="m"/></mults>)"),
-         rule + "Cell:(t)\nClock list:\nPort list:\nd[0](d[0])\nd[0:0](d[0:0])\nNet list:\n" +
-             "Child Cell list:\n" + rule + "Cell:l/u/a(u) - Parent:(t)\nClock list:\nl/u/a/c(c)\n" +
+         rule + "Cell:(t)\nClock list:\nPort list:\nd[0](d[0])\nd[0:0](d[0:0])\nNet list:\n" + "Child Cell list:\n" +
+             rule + "Cell:l/u/a(u) - Parent:(t)\nClock list:\nl/u/a/c(c)\n" +
              "Port list:\nl/u/a/Q(Q)\nNet list:\nl/u/a/n(n)\nView list:\nv(v)\nRam list:\nr(r)\n" +
              "Rom list:\no(o)\nMult list:\nm(m)\n"}};
     for (auto const& row : rows) {
@@ -332,8 +327,8 @@ TEST(Bus, SplitsBitNames) {
         EXPECT_TRUE(TovBusNode::isBusType(row.name, &base) && TovBusNode::isBusType(row.name, nullptr));
         EXPECT_EQ(base, row.base);
     }
-    for (std::string const name : {"", "a", "]", "[]", "1]", "a[]", "[3]", "a[3]b", "a[-1]", "a[ 1]", "a3]",
-                                   "a[3]\n", "a[\xb2]", "a[3", "a[3]]"}) {
+    for (std::string const name : {"", "a", "]", "[]", "1]", "a[]", "[3]", "a[3]b", "a[-1]", "a[ 1]", "a3]", "a[3]\n",
+                                   "a[\xb2]", "a[3", "a[3]]"}) {
         int index = -5;
         std::string base = "before";
         EXPECT_EQ(TovBusNode::getBusName(name, &index), name);

@@ -26,8 +26,7 @@ std::string joined(std::vector<std::string> const& lines) {
 std::string contentOf(std::string const& text) {
     TOV document;
     support::load(document, text);
-    return joined(support::savedLines(document)) + "S" + document.sdcCommentText + "A" +
-           document.attributeCommentText;
+    return joined(support::savedLines(document)) + "S" + document.sdcCommentText + "A" + document.attributeCommentText;
 }
 
 TEST(Document, ClassifiesLines) {
@@ -39,8 +38,7 @@ TEST(Document, ClassifiesLines) {
     } const rows[] = {
         {"", "SA"},
         {"\n \t\r\n\v\f\n", "SA"},
-        {"  create_clock -period 10 [get_ports clk]  ",
-         "create_clock -period 10.000000 [ get_ports { clk } ]\nSA"},
+        {"  create_clock -period 10 [get_ports clk]  ", "create_clock -period 10.000000 [ get_ports { clk } ]\nSA"},
         {"set_false_path\r\nset_false_path\rx\r\n", falsePath + falsePath + "SA"},
         {std::string("set_false_path\0 -to x\nset_multicycle_path 1", 43),
          "set_multicycle_path 1\n" + falsePath + "SA"},
@@ -51,8 +49,7 @@ TEST(Document, ClassifiesLines) {
          "S#disableset_false_path\n#disable\tset_false_path\n#disable\n#disable  foo\nA"},
         {"Create_clock -period 1\nx create_clock", "SCreate_clock -period 1\nx create_clock\nA"},
         // A longer word is the command all the same; its class then finds nothing of its own in the line.
-        {"create_clockX -period 3\nset_false_pathy -to x",
-         "create_clock -period 0.000000\n" + falsePath + "SA"},
+        {"create_clockX -period 3\nset_false_pathy -to x", "create_clock -period 0.000000\n" + falsePath + "SA"},
         {"#attribute a b c d e", attribute + "SA"},
         {"#attributes a b c d e", attribute + "SA"},
         {"#attribute \"a\" b\tc d e -Disable", attribute + "SA"},
@@ -74,9 +71,8 @@ TEST(Document, ClassifiesLines) {
 
 TEST(Document, ListsAreInFileOrderAndTheCallersToEdit) {
     TOV document;
-    support::load(
-        document,
-        "set_max_delay 1\nset_min_delay 3\nset_max_delay 2\nset_output_delay 4\nset_input_delay 5\n");
+    support::load(document,
+                  "set_max_delay 1\nset_min_delay 3\nset_max_delay 2\nset_output_delay 4\nset_input_delay 5\n");
     EXPECT_EQ(joined(support::savedLines(document)),
               "set_input_delay 5.000000 \nset_output_delay 4.000000 \nset_max_delay 1.000000\n"
               "set_max_delay 2.000000\nset_min_delay 3.000000\n");
@@ -85,11 +81,9 @@ TEST(Document, ListsAreInFileOrderAndTheCallersToEdit) {
     list.pop_front();
     document.getTovCmdList(TOVCMD_MINDELAY)->push_front(taken);
     document.getTovCmdList(TOVCMD_CLOCK)->push_back(nullptr);
-    EXPECT_NE(document.toSaveString().find(
-                  "set_max_delay 2.000000\nset_max_delay 1.000000\nset_min_delay 3.000000\n"),
+    EXPECT_NE(document.toSaveString().find("set_max_delay 2.000000\nset_max_delay 1.000000\nset_min_delay 3.000000\n"),
               std::string::npos);
-    for (int type : {-1, 0, 11, 99})
-        EXPECT_EQ(document.getTovCmdList(static_cast<TOVCMD_TYPE>(type)), nullptr);
+    for (int type : {-1, 0, 11, 99}) EXPECT_EQ(document.getTovCmdList(static_cast<TOVCMD_TYPE>(type)), nullptr);
     document.sdcCommentText = "kept\n";
     document.reset();
     EXPECT_TRUE(document.getTovCmdList(TOVCMD_MINDELAY)->empty());
@@ -131,9 +125,8 @@ TEST(Document, ParsingAddsCommandsAndReplacesTheRest) {
 
 TEST(Document, TrailingWaveformPassesThroughLoad) {
     TOV document;
-    EXPECT_THROW(
-        support::load(document, "set_false_path\ncreate_clock [get_ports a] -waveform\nset_max_delay 1"),
-        std::out_of_range);
+    EXPECT_THROW(support::load(document, "set_false_path\ncreate_clock [get_ports a] -waveform\nset_max_delay 1"),
+                 std::out_of_range);
     EXPECT_EQ(joined(support::savedLines(document)), "set_false_path\n");
     support::load(document, "set_max_delay 1");
     EXPECT_EQ(joined(support::savedLines(document)), "set_max_delay 1.000000\n");
@@ -145,8 +138,8 @@ TEST(Document, SavesBothSections) {
     EXPECT_EQ(document.toSaveString(), document.sdcComments() + "\n\n" + document.attributeComments() + "\n");
     EXPECT_EQ(document.sdcComments().substr(0, 49), rule + "\n");
     support::load(document, "c\nset_false_path\n#attribute a b c d e\nd");
-    std::string const text = document.sdcComments() + "\nset_false_path\nc\n\n" +
-                             document.attributeComments() + "\n#attribute\ta\tb\tc\td\te\nd\n";
+    std::string const text = document.sdcComments() + "\nset_false_path\nc\n\n" + document.attributeComments() +
+                             "\n#attribute\ta\tb\tc\td\te\nd\n";
     EXPECT_EQ(document.toSaveString(), text);
     TempDir const dir;
     std::string const path = support::write(dir / "out", std::string(100000, 'x'));
@@ -200,8 +193,7 @@ TEST(Document, ReadsLinesOfAnyLength) {
         std::string const text = "set_false_path -to " + name + "\nset_false_path -from b\n" + name + "\n";
         TOV document;
         support::load(document, text);
-        EXPECT_EQ(joined(support::savedLines(document)),
-                  "set_false_path -to  " + name + "\nset_false_path -from  b\n");
+        EXPECT_EQ(joined(support::savedLines(document)), "set_false_path -to  " + name + "\nset_false_path -from  b\n");
         EXPECT_EQ(document.sdcCommentText, name + "\n");
     }
     TempDir const dir;

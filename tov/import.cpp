@@ -54,8 +54,7 @@ void TOV::loadTaObjects(taDci* db, bool ioEnabled) {
             add<TovCmdMaxDelay>(*this, TOVCMD_MAXDELAY, record);
         }
     });
-    forEach(db->mcycs,
-            [this](taDciSynMcyc* record) { add<TovCmdMultiPath>(*this, TOVCMD_MULTICYCLE, record); });
+    forEach(db->mcycs, [this](taDciSynMcyc* record) { add<TovCmdMultiPath>(*this, TOVCMD_MULTICYCLE, record); });
     forEach(db->falses, [this](taDciSynFalse* record) {
         if (record->flag != 0) add<TovCmdFalsePath>(*this, TOVCMD_FALSEPATH, record);
     });

@@ -17,9 +17,7 @@ std::size_t nextCapacity(std::size_t held, std::size_t remaining) {
 }  // namespace
 
 LineReader::LineReader(InputFile& file)
-    : file_(file),
-      capacity_(std::min(chunkSize, nextCapacity(0, file.remaining()))),
-      buffer_(new char[capacity_]) {}
+    : file_(file), capacity_(std::min(chunkSize, nextCapacity(0, file.remaining()))), buffer_(new char[capacity_]) {}
 
 bool LineReader::next(std::string_view& line) {
     for (std::size_t searched = 0;;) {

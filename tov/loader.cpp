@@ -58,9 +58,8 @@ std::unique_ptr<TovCmd> makeAttribute(std::string_view line) {
     WordCursor cursor(line);
     while (count < std::size(words) && cursor.next(words[count])) ++count;
     if (count != 6 && count != 7) return nullptr;
-    auto cmd =
-        std::make_unique<TovCmdAttr>(std::string(words[1]), std::string(words[2]), std::string(words[3]),
-                                     std::string(words[4]), std::string(words[5]));
+    auto cmd = std::make_unique<TovCmdAttr>(std::string(words[1]), std::string(words[2]), std::string(words[3]),
+                                            std::string(words[4]), std::string(words[5]));
     cmd->enabled = !(count == 7 && words[6] == disableOption);
     return cmd;
 }

@@ -30,8 +30,7 @@ void TOV::reset() {
 }
 
 std::list<TovCmd*>* TOV::getTovCmdList(TOVCMD_TYPE type) {
-    return type >= TOVCMD_CLOCK && type <= TOVCMD_ATTRIBUTE ? &cmdLists_[static_cast<std::size_t>(type) - 1]
-                                                            : nullptr;
+    return type >= TOVCMD_CLOCK && type <= TOVCMD_ATTRIBUTE ? &cmdLists_[static_cast<std::size_t>(type) - 1] : nullptr;
 }
 
 ppStlList<char*>* TOV::getErrorList() {

@@ -22,8 +22,7 @@ constexpr std::size_t namesShown = 4;
 
 // One row of the table: how many there are, and the first names.
 template <class Node>
-void printRow(char const* title, TovDesign const& design,
-              std::size_t (TovDesign::*query)(std::list<Node*>&) const) {
+void printRow(char const* title, TovDesign const& design, std::size_t (TovDesign::*query)(std::list<Node*>&) const) {
     std::list<Node*> nodes;
     std::printf("%-10s %5zu ", title, (design.*query)(nodes));
     std::size_t shown = 0;
@@ -39,8 +38,7 @@ template <class Bus, class Node>
 void printBuses(std::list<Node*> const& nodes) {
     for (Node const* node : nodes) {
         if (auto const* bus = dynamic_cast<Bus const*>(node)) {
-            std::printf("bus        %-24s bits %d to %d\n", node->hierachyName('/').c_str(), bus->low(),
-                        bus->high());
+            std::printf("bus        %-24s bits %d to %d\n", node->hierachyName('/').c_str(), bus->low(), bus->high());
         }
     }
 }

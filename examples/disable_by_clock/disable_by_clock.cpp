@@ -30,15 +30,12 @@ bool refersTo(TovCmd* cmd, std::string const& clock) {
         return c->clockName == clock || names(c->masterClock, clock);
     }
     if (auto const* c = dynamic_cast<TovCmdClockGroupDef*>(cmd)) {
-        return std::any_of(c->groups.begin(), c->groups.end(), [&clock](Objects const* group) {
-            return group != nullptr && names(*group, clock);
-        });
+        return std::any_of(c->groups.begin(), c->groups.end(),
+                           [&clock](Objects const* group) { return group != nullptr && names(*group, clock); });
     }
     if (auto const* c = dynamic_cast<TovCmdIODelay*>(cmd)) return names(c->clock, clock);
-    if (auto const* c = dynamic_cast<TovCmdTimingDelay*>(cmd))
-        return names(c->from, clock) || names(c->to, clock);
-    if (auto const* c = dynamic_cast<TovCmdMultiPath*>(cmd))
-        return names(c->from, clock) || names(c->to, clock);
+    if (auto const* c = dynamic_cast<TovCmdTimingDelay*>(cmd)) return names(c->from, clock) || names(c->to, clock);
+    if (auto const* c = dynamic_cast<TovCmdMultiPath*>(cmd)) return names(c->from, clock) || names(c->to, clock);
     if (auto const* c = dynamic_cast<TovCmdFalsePath*>(cmd)) {
         return names(c->from, clock) || names(c->to, clock) || names(c->through, clock);
     }

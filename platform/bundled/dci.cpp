@@ -90,8 +90,7 @@ taDciObj* makeDciObjWithSharedName(taDciObj* other) {
     return taDciObjMaker::makeWithSharedName(*other);
 }
 
-taDciObj::taDciObj(char const* name_, char const*, taDciObjTyp type_, taDciObjTyp)
-    : name(nullptr), type(type_) {
+taDciObj::taDciObj(char const* name_, char const*, taDciObjTyp type_, taDciObjTyp) : name(nullptr), type(type_) {
     taDciObjMaker::setName(*this, name_);
 }
 

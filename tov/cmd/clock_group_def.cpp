@@ -63,8 +63,7 @@ TovCmdClockGroupDef::TovCmdClockGroupDef(std::string_view line) : TovCmdClockGro
     if (beginLine(*this, words, keywords)) readWords(*this, words, options, ignoreWord);
 }
 
-TovCmdClockGroupDef::TovCmdClockGroupDef(std::string const& line)
-    : TovCmdClockGroupDef(std::string_view(line)) {}
+TovCmdClockGroupDef::TovCmdClockGroupDef(std::string const& line) : TovCmdClockGroupDef(std::string_view(line)) {}
 TovCmdClockGroupDef::TovCmdClockGroupDef(char const* line) : TovCmdClockGroupDef(std::string_view(line)) {}
 
 TovCmdClockGroupDef::TovCmdClockGroupDef(taDciSynClkGroup* record)
@@ -74,8 +73,7 @@ TovCmdClockGroupDef::TovCmdClockGroupDef(taDciSynClkGroup* record)
         if (members == nullptr) continue;
         OwnedObjList clocks;
         for (taDciSynClkGroupMember const* member : *members) {
-            if (member != nullptr && member->clock != nullptr)
-                clocks.append(member->clock->name, taDciObjClock);
+            if (member != nullptr && member->clock != nullptr) clocks.append(member->clock->name, taDciObjClock);
         }
         clocks.swap(addGroup(*this));
     }

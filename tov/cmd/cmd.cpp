@@ -46,8 +46,7 @@ std::string TovCmd::encloseBracket(char const* text) {
 }
 
 std::string encloseDoubleQuotes(std::string const& text) {
-    bool const quote =
-        text.find_first_of(whiteSpace) != std::string::npos && text.find('"') == std::string::npos;
+    bool const quote = text.find_first_of(whiteSpace) != std::string::npos && text.find('"') == std::string::npos;
     return quote ? '"' + text + '"' : text;
 }
 

@@ -32,8 +32,7 @@ constexpr Option<TovCmdGenClockDef> options[] = {
     {"-name", OptionValue::wanted, [](auto& cmd, auto value) { cmd.clockName = value; }},
     {"-duty_cycle", OptionValue::wanted, readDutyCycle},
     {"-source", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.sources, value, true); }},
-    {"-master_clock", OptionValue::wanted,
-     [](auto& cmd, auto value) { readObjs(cmd.masterClock, value, true); }},
+    {"-master_clock", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.masterClock, value, true); }},
 };
 
 void readTargets(TovCmdGenClockDef& cmd, std::string_view word) {
@@ -72,8 +71,7 @@ TovCmdGenClockDef::TovCmdGenClockDef(taDciSynClk* record) : TovCmdGenClockDef(re
     deepCopyDciObjList(record->targets, targets);
 }
 
-TovCmdGenClockDef::TovCmdGenClockDef(char const* name, char const* text)
-    : TovCmd(text), clockName(textOf(name)) {}
+TovCmdGenClockDef::TovCmdGenClockDef(char const* name, char const* text) : TovCmd(text), clockName(textOf(name)) {}
 
 TovCmdGenClockDef::~TovCmdGenClockDef() {
     freeDciObjList(sources);

@@ -66,8 +66,7 @@ OwnedObjList::OwnedObjList(std::string_view expression, bool source) : OwnedObjL
         if (query == nullptr) {
             // Every word that is no query stands for the whole expression.
             list_.push_back(nullptr);
-            list_.back() =
-                whole == nullptr ? makeDciObj(expression, taDciObjName) : makeDciObjWithSharedName(whole);
+            list_.back() = whole == nullptr ? makeDciObj(expression, taDciObjName) : makeDciObjWithSharedName(whole);
             whole = list_.back();
             continue;
         }
@@ -118,8 +117,7 @@ void appendTclString(std::string& out, taDciObj const* obj) {
     }
     std::string_view const name = obj->name == nullptr ? "" : obj->name;
     taDciObjTyp const type = obj->type == taDciObjPin2 ? taDciObjPin : obj->type;
-    Query const* const query =
-        findQuery([type](Query const& q) { return q.type == type || q.sourceType == type; });
+    Query const* const query = findQuery([type](Query const& q) { return q.type == type || q.sourceType == type; });
     if (query == nullptr) {
         out += name;
         return;

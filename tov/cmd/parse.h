@@ -34,8 +34,7 @@ struct Option {
 template <std::size_t N>
 bool beginLine(TovCmd& cmd, WordCursor& words, std::string_view const (&keywords)[N]) {
     std::string_view first;
-    if (!words.next(first) ||
-        std::find(std::begin(keywords), std::end(keywords), first) == std::end(keywords)) {
+    if (!words.next(first) || std::find(std::begin(keywords), std::end(keywords), first) == std::end(keywords)) {
         return false;
     }
     cmd.enabled = false;

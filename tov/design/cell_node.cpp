@@ -58,15 +58,13 @@ void TovBaseCellNode::dump() const {
     dumpNodes("Net list:", nets_);
 }
 
-TovCellNode::TovCellNode(std::string name, TovNode* parent, CELL_TYPE cellType, std::string arch,
-                         std::string library)
+TovCellNode::TovCellNode(std::string name, TovNode* parent, CELL_TYPE cellType, std::string arch, std::string library)
     : TovBaseCellNode(std::move(name), parent, std::move(arch), std::move(library)), cellType_(cellType) {}
 
 TovCellNode::~TovCellNode() = default;
 
 TovTopNode::TovTopNode(std::string name, std::string entry, std::string arch, std::string library)
-    : TovBaseCellNode(std::move(name), nullptr, std::move(arch), std::move(library)),
-      entry_(std::move(entry)) {
+    : TovBaseCellNode(std::move(name), nullptr, std::move(arch), std::move(library)), entry_(std::move(entry)) {
     type_ = TOV_OBJ_TOP;
 }
 

@@ -44,9 +44,7 @@ constexpr QStringView operator""_v(char16_t const* text, std::size_t size) {
 }
 
 constexpr Coding cellTypes{
-    u"type"_v,
-    {{u"reg"_v, CELL_REG}, {u"comb"_v, CELL_COMB}, {u"pad"_v, CELL_PAD}, {u"seq"_v, CELL_SEQ}},
-    CELL_OTHER};
+    u"type"_v, {{u"reg"_v, CELL_REG}, {u"comb"_v, CELL_COMB}, {u"pad"_v, CELL_PAD}, {u"seq"_v, CELL_SEQ}}, CELL_OTHER};
 constexpr Coding clockTypes{
     u"type"_v, {{u"port"_v, TOV_OBJ_CLOCK_PORT}, {u"net"_v, TOV_OBJ_CLOCK_NET}}, TOV_OBJ_CLOCK_OTHER};
 constexpr Coding netTypes{{}, {}, TOV_OBJ_NET};
@@ -233,9 +231,9 @@ void MrcDumpReader::readInstance() {
             cellName.compare(0, topName.size(), topName) == 0) {
             cellName.erase(0, topName.size() + 1);
         }
-        return std::make_unique<TovCellNode>(
-            std::move(cellName), top_, static_cast<CELL_TYPE>(numberOf(attributes, cellTypes)),
-            latin1Of(attributes, u"arch"_v), latin1Of(attributes, u"library"_v));
+        return std::make_unique<TovCellNode>(std::move(cellName), top_,
+                                             static_cast<CELL_TYPE>(numberOf(attributes, cellTypes)),
+                                             latin1Of(attributes, u"arch"_v), latin1Of(attributes, u"library"_v));
     };
     TovCellNode* const cell = append(top_->cells_, makeCell(attributes()));
     while (nextChild()) {
@@ -265,8 +263,7 @@ void MrcDumpReader::readPins(std::list<TovPortNode*>& ports, TovNode* parent) {
 
 void MrcDumpReader::readNets(std::list<TovNetNode*>& nets, TovNode* parent) {
     readItems(u"nitem"_v, netTypes, [&](std::string itemName, int type) {
-        append(nets,
-               std::make_unique<TovNetNode>(std::move(itemName), static_cast<TovObjType>(type), parent));
+        append(nets, std::make_unique<TovNetNode>(std::move(itemName), static_cast<TovObjType>(type), parent));
         gather(netBuses_, nets);
     });
 }
@@ -299,8 +296,7 @@ Bus* MrcDumpReader::gather(BusMap<Bus>& buses, std::list<Node*>& nodes) {
 
 /// Reads a list whose items are told apart by their type alone.
 template <class Node>
-void MrcDumpReader::readNodes(QStringView item, Coding const& type, std::list<Node*>& nodes,
-                              TovNode* parent) {
+void MrcDumpReader::readNodes(QStringView item, Coding const& type, std::list<Node*>& nodes, TovNode* parent) {
     readItems(item, type, [&](std::string itemName, int value) {
         append(nodes, std::make_unique<Node>(std::move(itemName), static_cast<TovObjType>(value), parent));
     });

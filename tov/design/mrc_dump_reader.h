@@ -55,9 +55,8 @@ private:
 
     TovTopNode* top_;
     /// List nodes made ahead, of each kind of list.
-    std::tuple<std::list<TovCellNode*>, std::list<TovPortNode*>, std::list<TovNetNode*>,
-               std::list<TovClockNode*>, std::list<TovViewNode*>, std::list<TovRamNode*>,
-               std::list<TovRomNode*>, std::list<TovMultNode*>>
+    std::tuple<std::list<TovCellNode*>, std::list<TovPortNode*>, std::list<TovNetNode*>, std::list<TovClockNode*>,
+               std::list<TovViewNode*>, std::list<TovRamNode*>, std::list<TovRomNode*>, std::list<TovMultNode*>>
         spare_;
     /// The buses of the file by base name; they belong to the tree.
     BusMap<TovBusPortNode> portBuses_;
