@@ -37,7 +37,7 @@ public:
     taDciObj(taDciObj const&) = delete;
     taDciObj& operator=(taDciObj const&) = delete;
 
-    char* name;  ///< may be null; a text put here instead must come from taDciText
+    char* name;  ///< may be null; its bytes may be shared: to rename, put another record into the list
     taDciObjTyp type;
 
 private:
@@ -63,7 +63,7 @@ struct TOVENG_API taDciSynClk {
     char* divideBy = nullptr;    ///< decimal text; may be null
     char* multiplyBy = nullptr;  ///< decimal text; may be null
     char* dutyCycle = nullptr;   ///< decimal text; may be null
-    ppStlList<char*> waveform;   ///< edge times as texts
+    ppStlList<char*> waveform;   ///< edge times as texts, from taDciText
     ppStlList<taDciObj*> source;
     taDciSynClk* masterClock = nullptr;  ///< not owned; may be null
 };
@@ -83,7 +83,7 @@ struct TOVENG_API taDciSynClkGroup {
 
     int reserved0 = 0;
     unsigned char asynchronous = 0;                         ///< 1: asynchronous; 0: exclusive
-    ppStlList<ppStlList<taDciSynClkGroupMember*>*> groups;  ///< owned with their members; entries may be null
+    ppStlList<ppStlList<taDciSynClkGroupMember*>*> groups;  ///< owned, with their members; entries may be null
     char* text = nullptr;                                   ///< may be null
 };
 
@@ -164,7 +164,7 @@ struct TOVENG_API taDci {
     ppStlList<taDciSynFalse*> falses;
     void* reserved128[2] = {};
     ppStlList<taDciSynClkGroup*> clockGroups;
-    ppStlList<char*> errors;
+    ppStlList<char*> errors;  ///< texts from taDciText
 };
 
 #endif

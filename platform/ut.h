@@ -6,8 +6,8 @@
 #include "platform/export.h"
 
 /// Formats as printf does in the "C" locale, whatever the process's locale is. The text belongs to the
-/// calling thread and lives until its next call. Null for a null or malformed format; std::bad_alloc when
-/// memory is short.
+/// calling thread and lives until its next call, of which it is no argument. Null for a null or malformed format;
+/// std::bad_alloc when memory is short.
 TOVENG_API char const* neoform(char const* format, ...);
 
 /// Compares two texts as strcmp does, the letters A to Z taken as a to z. Null reads as an empty text.

@@ -1,6 +1,7 @@
 #ifndef TOVENG_TOV_CMD_LIST_H
 #define TOVENG_TOV_CMD_LIST_H
 
+#include <cstddef>
 #include <list>
 #include <memory>
 
@@ -18,13 +19,15 @@ void freeCommands(std::list<TovCmd*>& list);
 /// fetched meanwhile, with what was allocated behind it: most often its references.
 template <class Take>
 void forEachCommand(std::list<TovCmd*> const& list, Take take) {
-    constexpr int cacheLine = 64;
-    constexpr int fetchedLines = 6;
+    constexpr std::ptrdiff_t cacheLine = 64;
+    constexpr std::ptrdiff_t fetchedSize = 6 * cacheLine;
     for (auto at = list.begin(); at != list.end();) {
         TovCmd* const cmd = *at++;
         if (at != list.end()) {
             auto const* next = reinterpret_cast<char const*>(*at);
-            for (int line = 0; line < fetchedLines; ++line) __builtin_prefetch(next + line * cacheLine);
+            for (std::ptrdiff_t offset = 0; offset < fetchedSize; offset += cacheLine) {
+                __builtin_prefetch(next + offset);
+            }
         }
         take(cmd);
     }

@@ -10,6 +10,7 @@
 // to the section in which it stands.
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -140,7 +141,7 @@ private:
 bool TOV::load(char const* path) {
     if (!InputFile::exists(path)) return false;
     reset();
-    // A file that cannot be opened is an empty document: callers test existence only.
+    // A file that cannot be opened gives no command: callers test existence only.
     parseTovFile(path);
     return true;
 }
@@ -155,7 +156,13 @@ bool TOV::parseTovFile(char const* path) {
     attributeCommentText.clear();
     FileParser parser(*this);
     LineReader lines(file);
-    for (std::string_view line; lines.next(line);) parser.readLine(line);
+    try {
+        for (std::string_view line; lines.next(line);) parser.readLine(line);
+    } catch (std::out_of_range const&) {
+        // The line that a command refuses ends the reading; what stood before it is kept.
+        parser.finish();
+        throw;
+    }
     parser.finish();
     return !lines.failed();
 }

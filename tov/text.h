@@ -17,6 +17,11 @@ inline bool isSpace(char c) {
     return c <= ' ' && (c == ' ' || (c >= '\t' && c <= '\r'));
 }
 
+/// The text of a C text; empty for null.
+inline std::string_view textOf(char const* text) {
+    return text == nullptr ? std::string_view() : text;
+}
+
 /// Whether a C text is there and not empty.
 inline bool hasText(char const* text) {
     return text != nullptr && *text != '\0';

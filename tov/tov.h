@@ -34,6 +34,7 @@ enum TOVCMD_TYPE : int {
 class TOVENG_API TOV {
 public:
     TOV() = default;
+    /// Deletes all; the comments go first.
     ~TOV();
     TOV(TOV const&) = delete;
     TOV& operator=(TOV const&) = delete;
@@ -43,7 +44,7 @@ public:
 
     /// Replaces the content by that of the file. False, and nothing changed, if nothing exists at `path`; a
     /// file that exists and cannot be opened or read gives true and what could be read of it.
-    /// std::out_of_range at a "create_clock" line that ends in "-waveform"; the commands before that line are
+    /// std::out_of_range at a "create_clock" line that ends in "-waveform"; what stands before that line is
     /// kept.
     bool load(char const* path);
 

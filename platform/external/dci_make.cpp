@@ -3,7 +3,7 @@
 #include <string>
 
 taDciObj* makeDciObj(std::string_view name, taDciObjTyp type) {
-    return new taDciObj(std::string(name).c_str(), nullptr, type, taDciObjTyp(0));
+    return new taDciObj(std::string(name).c_str(), nullptr, type, taDciObjNone);
 }
 
 taDciObj* makeDciObjWithSharedName(taDciObj* other) {

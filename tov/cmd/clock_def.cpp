@@ -52,7 +52,7 @@ TovCmdClockDef::TovCmdClockDef(taDciSynClk* record)
 }
 
 TovCmdClockDef::TovCmdClockDef(float period_, char const* name, char const* text)
-    : TovCmd(text), period(period_), clockName(name == nullptr ? "" : name) {}
+    : TovCmd(text), period(period_), clockName(textOf(name)) {}
 
 TovCmdClockDef::~TovCmdClockDef() {
     freeDciObjList(targets);

@@ -37,7 +37,7 @@ void appendGroup(std::string& line, ppStlList<taDciObj*> const& group) {
     int count = 0;
     for (taDciObj const* obj : group) {
         if (obj == nullptr) continue;
-        std::string_view const name = obj->name == nullptr ? "" : obj->name;
+        std::string_view const name = textOf(obj->name);
         std::string_view const reserved = reservedExpression(obj->name);
         if (!reserved.empty()) {
             line.append(" ").append(reserved);
@@ -68,7 +68,7 @@ TovCmdClockGroupDef::TovCmdClockGroupDef(char const* line) : TovCmdClockGroupDef
 
 TovCmdClockGroupDef::TovCmdClockGroupDef(taDciSynClkGroup* record)
     : TovCmdClockGroupDef((record->asynchronous ^ 1) != 0) {
-    if (record->text != nullptr) note = record->text;
+    note = textOf(record->text);
     for (ppStlList<taDciSynClkGroupMember*> const* members : record->groups) {
         if (members == nullptr) continue;
         OwnedObjList clocks;

@@ -15,6 +15,8 @@ constexpr std::string_view bracketedQueries[] = {"get_ports", "get_nets",   "get
 
 }  // namespace
 
+TovCmd::TovCmd(char const* noteText) : note(textOf(noteText)) {}
+
 TovCmd::~TovCmd() = default;
 
 ppStlList<taDciObj*> TovCmd::fromTclString(std::string const& text, bool source) {
@@ -36,7 +38,7 @@ bool TovCmd::reservedKey(char const* key, std::string& out) {
 
 std::string TovCmd::encloseBracket(char const* text) {
     constexpr char const* space = " \t\n\r";
-    std::string trimmed = text == nullptr ? "" : text;
+    std::string trimmed(textOf(text));
     trimmed.erase(trimmed.find_last_not_of(space) + 1);
     trimmed.erase(0, trimmed.find_first_not_of(space));
     for (std::string_view query : bracketedQueries) {

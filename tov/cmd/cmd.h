@@ -38,7 +38,7 @@ public:
     /// False for any other key, `out` untouched; null is no key.
     static bool reservedKey(char const* key, std::string& out);
 
-    /// Returns `text` without white space at its ends, in brackets if it begins with the name of a query in
+    /// Returns `text` without blanks, tabs, LF and CR at its ends, in brackets if it begins with the name of a query in
     /// any case. Null reads as "".
     static std::string encloseBracket(char const* text);
 
@@ -47,7 +47,7 @@ public:
 
 protected:
     TovCmd() = default;
-    explicit TovCmd(char const* noteText) : note(noteText == nullptr ? "" : noteText) {}
+    explicit TovCmd(char const* noteText);
 };
 
 /// Returns `text` in double quotes if it holds white space and no double quote, else as it is.

@@ -12,8 +12,8 @@ namespace {
 constexpr std::string_view keywords[] = {"set_false_path"};
 
 constexpr Option<TovCmdFalsePath> options[] = {
-    {"-from", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.from, value, false); }},
-    {"-to", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.to, value, false); }},
+    {"-from", OptionValue::wanted, readFrom},
+    {"-to", OptionValue::wanted, readTo},
     {"-through", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.through, value, false); }},
 };
 

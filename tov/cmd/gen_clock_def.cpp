@@ -44,10 +44,6 @@ void appendInteger(std::string& line, char const* format, std::string const& tex
     if (parseFloatValue(text, number)) appendPiece(line, neoform(format, truncateToInt(number)));
 }
 
-std::string textOf(char const* text) {
-    return text == nullptr ? "" : text;
-}
-
 }  // namespace
 
 TovCmdGenClockDef::TovCmdGenClockDef(std::string_view line) : TovCmdGenClockDef() {
@@ -63,11 +59,7 @@ TovCmdGenClockDef::TovCmdGenClockDef(taDciSynClk* record) : TovCmdGenClockDef(re
     multiplyBy = textOf(record->multiplyBy);
     dutyCycle = textOf(record->dutyCycle);
     deepCopyDciObjList(record->source, sources);
-    if (record->masterClock != nullptr) {
-        OwnedObjList master;
-        master.append(record->masterClock->name, taDciObjClock);
-        master.swap(masterClock);
-    }
+    if (record->masterClock != nullptr) setClock(masterClock, record->masterClock->name);
     deepCopyDciObjList(record->targets, targets);
 }
 

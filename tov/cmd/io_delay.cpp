@@ -34,17 +34,13 @@ void appendDelay(std::string& line, TovCmdIODelay const& cmd) {
 }  // namespace
 
 TovCmdIODelay::TovCmdIODelay(float delay_, char const* label_, char* note_)
-    : TovCmd(note_), delay(delay_), label(label_ == nullptr ? "" : label_) {}
+    : TovCmd(note_), delay(delay_), label(textOf(label_)) {}
 
 TovCmdIODelay::TovCmdIODelay(taDciSynIo* record)
     : TovCmdIODelay(fromThousandths(record->delay), record->label, record->note) {
     max = hasText(record->maxMarker);
     min = hasText(record->minMarker);
-    if (record->clock != nullptr) {
-        OwnedObjList reference;
-        reference.append(record->clock->name, taDciObjClock);
-        reference.swap(clock);
-    }
+    if (record->clock != nullptr) setClock(clock, record->clock->name);
     deepCopyDciObjList(record->objects, objects);
 }
 

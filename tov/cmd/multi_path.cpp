@@ -12,8 +12,8 @@ namespace {
 constexpr std::string_view keywords[] = {"set_multicycle_path"};
 
 constexpr Option<TovCmdMultiPath> options[] = {
-    {"-from", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.from, value, false); }},
-    {"-to", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.to, value, false); }},
+    {"-from", OptionValue::wanted, readFrom},
+    {"-to", OptionValue::wanted, readTo},
 };
 
 void readMultiplier(TovCmdMultiPath& cmd, std::string_view word) {

@@ -5,6 +5,7 @@
 
 #include "platform/dci_make.h"
 #include "platform/ut.h"
+#include "tov/text.h"
 #include "tov/tokenizer.h"
 
 namespace kiri::tov {
@@ -115,7 +116,7 @@ void appendTclString(std::string& out, taDciObj const* obj) {
         out += reserved;
         return;
     }
-    std::string_view const name = obj->name == nullptr ? "" : obj->name;
+    std::string_view const name = textOf(obj->name);
     taDciObjTyp const type = obj->type == taDciObjPin2 ? taDciObjPin : obj->type;
     Query const* const query = findQuery([type](Query const& q) { return q.type == type || q.sourceType == type; });
     if (query == nullptr) {
@@ -123,6 +124,12 @@ void appendTclString(std::string& out, taDciObj const* obj) {
         return;
     }
     out.append(query->opening).append(name).append(" } ]");
+}
+
+void setClock(ppStlList<taDciObj*>& list, char const* name) {
+    OwnedObjList clock;
+    clock.append(name, taDciObjClock);
+    clock.swap(list);
 }
 
 void deepCopyDciObjList(ppStlList<taDciObj*>& from, ppStlList<taDciObj*>& to) {

@@ -33,6 +33,9 @@ private:
     ppStlList<taDciObj*> list_;
 };
 
+/// Replaces the content of a list by a reference to the clock of that name.
+void setClock(ppStlList<taDciObj*>& list, char const* name);
+
 /// Appends the expression of a reference, as TovCmd::toTclString tells.
 void appendTclString(std::string& out, taDciObj const* obj);
 

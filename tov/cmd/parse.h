@@ -72,6 +72,16 @@ inline void readObjs(ppStlList<taDciObj*>& list, std::string_view expression, bo
     OwnedObjList(expression, source).swap(list);
 }
 
+/// The start and end points of a path, for all commands that have them.
+template <class Cmd>
+void readFrom(Cmd& cmd, std::string_view value) {
+    readObjs(cmd.from, value, false);
+}
+template <class Cmd>
+void readTo(Cmd& cmd, std::string_view value) {
+    readObjs(cmd.to, value, false);
+}
+
 }  // namespace kiri::tov
 
 #endif

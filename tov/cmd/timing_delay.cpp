@@ -12,8 +12,8 @@ namespace {
 constexpr std::string_view keywords[] = {"set_max_delay", "set_min_delay"};
 
 constexpr Option<TovCmdTimingDelay> options[] = {
-    {"-from", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.from, value, false); }},
-    {"-to", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.to, value, false); }},
+    {"-from", OptionValue::wanted, readFrom},
+    {"-to", OptionValue::wanted, readTo},
 };
 
 void readDelay(TovCmdTimingDelay& cmd, std::string_view word) {
