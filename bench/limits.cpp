@@ -52,7 +52,7 @@ Limit const limits[] = {
      }},
     {"a command of 64 MB", false,
      [](std::ostream& out, long scale) {
-         out << "set_false_path -from {" << times(8 * megabyte / scale, " word x") << " }";
+         out << "set_false_path -from {" << times(64 * megabyte / 7 / scale, " word x") << " }";
      }},
     {"a query of 9,000,000 names", false,
      [](std::ostream& out, long scale) {
@@ -65,6 +65,8 @@ Limit const limits[] = {
      }},
     {"a name of 100 MB", false,
      [](std::ostream& out, long scale) { out << "create_clock -name " << times(100 * megabyte / scale, "n"); }},
+    {"a group of 20,000 unknown words", false,
+     [](std::ostream& out, long scale) { out << "set_clock_groups -group {" << times(20000 / scale, " w") << "}"; }},
     {"an attribute of 1,000,000 words", false,
      [](std::ostream& out, long scale) { out << "#attribute" << times(million / scale, " w"); }},
     {"1,000,000 instances", true,
@@ -86,10 +88,10 @@ Limit const limits[] = {
          out << "<top><library>" << times(million / scale, "<z>") << times(million / scale, "</z>")
              << "</library></top>";
      }},
-    {"20,000 attributes on one element", true,
+    {"1,000,000 attributes on one element", true,
      [](std::ostream& out, long scale) {
          out << "<top";
-         for (long i = 0; i < 20000 / scale; ++i) out << " a" << i << "=\"\"";
+         for (long i = 0; i < million / scale; ++i) out << " a" << i << "=\"\"";
          out << "/>";
      }},
     {"an entity bomb", true,

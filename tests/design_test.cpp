@@ -168,6 +168,24 @@ TEST(Dump, TakesEachListOnlyInItsPlaces) {
     }
 }
 
+// Of an element with very many attributes the first ten thousand count. What only looks like one is left alone,
+// wherever the blocks end in which a file is read.
+TEST(Dump, DropsSurplusAttributes) {
+    std::string words, attributes;
+    for (int i = 0; i < 20000; ++i) {
+        words += "'it' \"" + std::to_string(i) + "\" ";
+        attributes += " a" + std::to_string(i) + "='/>'";
+    }
+    std::string const item = "<mult name='b'/>";
+    for (std::string const& dump : {"<!-- for i < 8: " + words + "- -->" + item,
+                                    "<![CDATA[ i <n " + words + "] ]]]>" + item, "<?pi <n " + words + "?" + "?>" + item,
+                                    "a &lt; n " + words + item, "<mult" + attributes + " name='c'/>" + item,
+                                    "<mult name='" + std::string(8190, 'x') + "'" + attributes + "></mult>" + item}) {
+        std::string const found = " " + read(inUnit("<mults>" + dump + "</mults>"));
+        EXPECT_EQ(found.substr(found.rfind(' ')), " b:14") << dump.substr(0, 20);
+    }
+}
+
 /// The text with bus ranges left out, which later bits still change.
 std::string withoutRanges(std::string tree) {
     tree += ' ';

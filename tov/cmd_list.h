@@ -15,23 +15,8 @@ void append(std::list<TovCmd*>& list, std::unique_ptr<TovCmd> cmd);
 /// Deletes the commands of a list and empties it.
 void freeCommands(std::list<TovCmd*>& list);
 
-/// Calls `take` for each command of a list. A large document does not fit a cache, so the next command is
-/// fetched meanwhile, with what was allocated behind it: most often its references.
-template <class Take>
-void forEachCommand(std::list<TovCmd*> const& list, Take take) {
-    constexpr std::ptrdiff_t cacheLine = 64;
-    constexpr std::ptrdiff_t fetchedSize = 6 * cacheLine;
-    for (auto at = list.begin(); at != list.end();) {
-        TovCmd* const cmd = *at++;
-        if (at != list.end()) {
-            auto const* next = reinterpret_cast<char const*>(*at);
-            for (std::ptrdiff_t offset = 0; offset < fetchedSize; offset += cacheLine) {
-                __builtin_prefetch(next + offset);
-            }
-        }
-        take(cmd);
-    }
-}
+/// How much to fetch of a command ahead of its use: what was allocated behind it is most often its references.
+inline constexpr std::ptrdiff_t fetchedOfCommand = 384;
 
 }  // namespace kiri::tov
 

@@ -8,16 +8,21 @@ namespace kiri::tov {
 namespace {
 
 constexpr std::size_t chunkSize = std::size_t{32} * 1024;
+constexpr std::size_t longLine = std::size_t{1024} * 1024;
 
-// One byte more than a file's rest lets a read meet its end. Where the size is not known the buffer doubles.
+// A buffer that a line fills doubles; for a very long line it takes the rest of the file at once. One byte more than
+// the rest lets a read meet the end. `remaining` is 0 where it is not known.
 std::size_t nextCapacity(std::size_t held, std::size_t remaining) {
-    return remaining == 0 ? std::max(chunkSize, 2 * held) : held + remaining + 1;
+    std::size_t const doubled = std::max(chunkSize, 2 * held);
+    if (remaining == 0) return doubled;
+    std::size_t const whole = held + remaining + 1;
+    return doubled > longLine ? whole : std::min(doubled, whole);
 }
 
 }  // namespace
 
 LineReader::LineReader(InputFile& file)
-    : file_(file), capacity_(std::min(chunkSize, nextCapacity(0, file.remaining()))), buffer_(new char[capacity_]) {}
+    : file_(file), capacity_(nextCapacity(0, file.remaining())), buffer_(new char[capacity_]) {}
 
 bool LineReader::next(std::string_view& line) {
     for (std::size_t searched = 0;;) {

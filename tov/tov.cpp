@@ -2,11 +2,12 @@
 
 #include "tov/cmd/cmd.h"
 #include "tov/cmd_list.h"
+#include "tov/fetch_ahead.h"
 
 namespace kiri::tov {
 
 void freeCommands(std::list<TovCmd*>& list) {
-    forEachCommand(list, [](TovCmd* cmd) { delete cmd; });
+    forEachFetched<fetchedOfCommand>(list, [](TovCmd* cmd) { delete cmd; });
     list.clear();
 }
 

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "tov/cmd_list.h"
+#include "tov/fetch_ahead.h"
 #include "tov/tov.h"
 
 namespace kiri::tov {
@@ -30,7 +31,7 @@ constexpr std::string_view attributeHeader =
 
 // Appends the lines of a list's commands. A command that gives no text gives no line.
 void appendLines(std::string& text, std::list<TovCmd*> const& cmds, TOV* document) {
-    forEachCommand(cmds, [&text, document](TovCmd* cmd) {
+    forEachFetched<fetchedOfCommand>(cmds, [&text, document](TovCmd* cmd) {
         if (cmd == nullptr) return;
         std::string const line = cmd->toSaveString(document);
         if (!line.empty()) text.append(line).append("\n");

@@ -29,9 +29,23 @@ bool isClock(taDciObjTyp type) {
     return type == taDciObjClock || type == taDciObjSourcePort || type == taDciObjSourceNet;
 }
 
+// Size of the names of a group. Many references of one long expression share its text, which is measured once.
+std::size_t sizeOfNames(ppStlList<taDciObj*> const& group) {
+    std::size_t size = 0;
+    std::string_view name;
+    for (taDciObj const* obj : group) {
+        if (obj == nullptr) continue;
+        if (obj->name != name.data()) name = textOf(obj->name);
+        size += name.size() + 1;
+    }
+    return size;
+}
+
 // A group's clocks are written as one query behind its other members. A member that is neither a clock nor a
 // reserved key is glued to what stands before it: the file format has no blank there.
 void appendGroup(std::string& line, ppStlList<taDciObj*> const& group) {
+    // A line that does not fit the memory fails here, and not after it has filled all there is.
+    line.reserve(line.size() + sizeOfNames(group));
     line += " -group";
     std::string clocks;
     int count = 0;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "tov/design/mrc_dump_reader.h"
+#include "tov/fetch_ahead.h"
 
 namespace kiri::tov {
 
@@ -16,6 +17,11 @@ std::size_t query(TovTopNode const* top, std::list<Node*>& out, Collect collect)
     collect(*top, found);
     out.swap(found);
     return out.size();
+}
+
+template <class Take>
+void forEachCell(TovTopNode const& top, Take take) {
+    forEachFetched<sizeof(TovCellNode)>(top.cells(), take);
 }
 
 template <class Node>
@@ -47,14 +53,14 @@ std::size_t TovDesign::getPorts(std::list<TovPortNode*>& out) const {
 
 std::size_t TovDesign::getPins(std::list<TovPortNode*>& out) const {
     return query(top_.get(), out, [](auto const& top, auto& found) {
-        for (auto const* cell : top.cells()) append(found, cell->ports());
+        forEachCell(top, [&found](auto* cell) { append(found, cell->ports()); });
     });
 }
 
 std::size_t TovDesign::getNets(std::list<TovNetNode*>& out) const {
     return query(top_.get(), out, [](auto const& top, auto& found) {
         append(found, top.nets());
-        for (auto const* cell : top.cells()) append(found, cell->nets());
+        forEachCell(top, [&found](auto* cell) { append(found, cell->nets()); });
     });
 }
 
@@ -64,16 +70,16 @@ std::size_t TovDesign::getCells(std::list<TovCellNode*>& out) const {
 
 std::size_t TovDesign::getRegs(std::list<TovCellNode*>& out) const {
     return query(top_.get(), out, [](auto const& top, auto& found) {
-        for (auto* cell : top.cells()) {
+        forEachCell(top, [&found](auto* cell) {
             if (cell->cellType() == CELL_REG) found.push_back(cell);
-        }
+        });
     });
 }
 
 std::size_t TovDesign::getClocks(std::list<TovClockNode*>& out) const {
     return query(top_.get(), out, [](auto const& top, auto& found) {
         append(found, top.clocks());
-        for (auto const* cell : top.cells()) append(found, cell->clocks());
+        forEachCell(top, [&found](auto* cell) { append(found, cell->clocks()); });
     });
 }
 

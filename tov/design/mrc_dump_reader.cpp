@@ -39,6 +39,9 @@ struct Coding {
 
 namespace {
 
+/// Longest text that an entity may stand for: memory stays in proportion to the file.
+constexpr int entityLimit = 128;
+
 constexpr QStringView operator""_v(char16_t const* text, std::size_t size) {
     return {text, static_cast<qsizetype>(size)};
 }
@@ -108,8 +111,10 @@ private:
 MrcDumpReader::MrcDumpReader(TovTopNode* top) : top_(top) {}
 
 bool MrcDumpReader::doRead(char const* path) {
+    clear();
     DumpFile file(path);
     if (!file.isOpen()) return false;
+    setEntityExpansionLimit(entityLimit);
     bool valid = false;
     QString error;
     {
@@ -117,6 +122,7 @@ bool MrcDumpReader::doRead(char const* path) {
         valid = readDocument();
         if (!valid) error = errorString();
     }
+    spare_ = {};
     if (!valid) raiseError(error);
     return valid;
 }

@@ -1,0 +1,52 @@
+// A design dump: loaded, asked everything, and loaded again.
+
+#include <list>
+
+#include "fuzz/fuzz.h"
+#include "tov/design/design.h"
+
+namespace {
+
+using namespace kiri::tov;
+
+template <class Node>
+void ask(std::string& text, TovDesign const& design, std::size_t (TovDesign::*query)(std::list<Node*>&) const) {
+    std::list<Node*> out;
+    std::size_t const count = (design.*query)(out);
+    fuzz::require(count == out.size(), "a query returns the length of its list");
+    for (Node* node : out) {
+        fuzz::require(node->parent() != nullptr, "every node but the top has a parent");
+        auto* const bus = dynamic_cast<TovBusNode*>(static_cast<TovNode*>(node));
+        fuzz::require(bus == nullptr || (bus->low() >= 0 && bus->low() <= bus->high()), "a bus has a range");
+        text.append(node->hierachyName('.')).append("|").append(node->name()).append("\n");
+    }
+}
+
+// All that a design answers, as one text.
+std::string contentOf(TovDesign const& design) {
+    std::string text;
+    ask(text, design, &TovDesign::getPorts);
+    ask(text, design, &TovDesign::getPins);
+    ask(text, design, &TovDesign::getNets);
+    ask(text, design, &TovDesign::getCells);
+    ask(text, design, &TovDesign::getRegs);
+    ask(text, design, &TovDesign::getClocks);
+    ask(text, design, &TovDesign::getViews);
+    ask(text, design, &TovDesign::getRams);
+    ask(text, design, &TovDesign::getRoms);
+    ask(text, design, &TovDesign::getMults);
+    return text;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+    fuzz::MemoryFile const file(std::string_view(reinterpret_cast<char const*>(data), size));
+    TovDesign design;
+    bool const loaded = design.load(file.path().c_str());
+    std::string const first = contentOf(design);
+    fuzz::require(loaded || first.empty(), "a failed load leaves the design empty");
+    fuzz::require(design.load(file.path().c_str()) == loaded && contentOf(design) == first,
+                  "a second load is like the first");
+    return 0;
+}
