@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -138,24 +139,19 @@ TEST(Commands, Attribute) {
 
 TEST(Commands, FromValues) {
     char note[] = "note";
-    TovCmdClockDef clock(2.5F, nullptr, note);
-    TovCmdGenClockDef generated("g", nullptr);
-    TovCmdInputDelay input(1.0F, "label", note);
-    TovCmdOutputDelay output(1.0F, nullptr, nullptr);
-    TovCmdMaxDelay max(1.0F, note);
-    TovCmdMultiPath path(-2, note);
-    TovCmdFalsePath none(static_cast<char*>(nullptr));
-    TovCmdFalsePath noted(note);
-    EXPECT_EQ(input.label + input.note + noted.note, "labelnotenote");
+    std::unique_ptr<TovCmd> const cmds[] = {std::make_unique<TovCmdClockDef>(2.5F, nullptr, note),
+                                            std::make_unique<TovCmdGenClockDef>("g", note),
+                                            std::make_unique<TovCmdOutputDelay>(1.0F, "label", note),
+                                            std::make_unique<TovCmdMaxDelay>(1.0F, note),
+                                            std::make_unique<TovCmdMultiPath>(-2, note),
+                                            std::make_unique<TovCmdFalsePath>(&note[0])};
     std::string text;
-    for (TovCmd* cmd : std::initializer_list<TovCmd*>{&clock, &generated, &input, &output, &max, &path, &none}) {
-        EXPECT_TRUE(cmd->enabled);
-        text += cmd->toSaveString(nullptr) + "|" + cmd->note + ";";
-    }
+    for (auto const& cmd : cmds) text += cmd->toSaveString(nullptr) + "|" + cmd->note + ";";
     EXPECT_EQ(text,
-              "create_clock -period 2.500000|note;create_generated_clock -name g|;set_input_delay 1.000000 |note;"
-              "set_output_delay 1.000000 |;set_max_delay 1.000000|note;set_multicycle_path "
-              "-2|note;set_false_path|;");
+              "create_clock -period 2.500000|note;create_generated_clock -name g|note;set_output_delay 1.000000 |note;"
+              "set_max_delay 1.000000|note;set_multicycle_path -2|note;set_false_path|note;");
+    EXPECT_EQ(TovCmdInputDelay(1.0F, "label", nullptr).label + TovCmdFalsePath(static_cast<char*>(nullptr)).note,
+              "label");
 }
 
 TEST(Objects, ReadFromExpressions) {

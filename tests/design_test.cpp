@@ -1,7 +1,6 @@
 #include "tov/design/design.h"
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 #include <sys/stat.h>
 
 #include <fstream>
@@ -203,28 +202,6 @@ TEST(Dump, CutAnywhereGivesTheFirstPartOfTheTree) {
         std::string const part = withoutRanges(read(full.substr(0, size)));
         ASSERT_EQ(size < start ? ",,work, " : whole.substr(0, part.size()), part) << size;
     }
-}
-
-TEST(Dump, DeepNestingNeedsNoStack) {
-    support::TempDir const dir;
-    std::string deep;
-    for (char const* tag : {"<x>", "</x>"}) {
-        for (int i = 0; i < 1000000; ++i) deep += tag;
-    }
-    std::string path = support::write(dir / "deep", inUnit("<mults><mult>" + deep + "</mult></mults>"));
-    auto const load = [](void* file) -> void* {
-        TovDesign design;
-        std::list<TovMultNode*> mults;
-        return design.load(static_cast<char*>(file)) && design.getMults(mults) == 1 ? file : nullptr;
-    };
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, 256 * 1024);
-    pthread_t thread;
-    void* result = nullptr;
-    ASSERT_EQ(pthread_create(&thread, &attributes, load, path.data()), 0);
-    pthread_join(thread, &result);
-    EXPECT_EQ(result, path.data());
 }
 
 /// What the queries give into a list of one null: " | " and the length and the names of each.

@@ -85,19 +85,14 @@ TEST(Document, ListsAreInFileOrderAndTheCallersToEdit) {
               std::string::npos);
     for (int type : {-1, 0, 11, 99}) EXPECT_EQ(document.getTovCmdList(static_cast<TOVCMD_TYPE>(type)), nullptr);
     document.sdcCommentText = "kept\n";
-    document.reset();
-    EXPECT_TRUE(document.getTovCmdList(TOVCMD_MINDELAY)->empty());
-    EXPECT_EQ(document.sdcCommentText, "kept\n");
-}
-
-TEST(Document, OwnsTheDatabaseThatItIsGiven) {
-    TOV document;
     EXPECT_EQ(document.getErrorList(), nullptr);
     document.dci = new taDci();
     document.dci->errors.push_back(taDciText("error"));
-    ASSERT_EQ(document.getErrorList(), &document.dci->errors);
+    EXPECT_EQ(document.getErrorList(), &document.dci->errors);
     document.reset();
-    EXPECT_EQ(document.dci, nullptr);
+    EXPECT_EQ(document.getErrorList(), nullptr);
+    EXPECT_TRUE(document.getTovCmdList(TOVCMD_MINDELAY)->empty());
+    EXPECT_EQ(document.sdcCommentText, "kept\n");
 }
 
 TEST(Document, ParsingAddsCommandsAndReplacesTheRest) {

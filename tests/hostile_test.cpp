@@ -39,6 +39,15 @@ std::string netsOf(std::string const& path) {
 std::string const from = "set_false_path -from  ", net = "<top><library><unit><nets><nitem name=\"";
 std::string const many(99999, 'x'), blanks(99999, '\n'), quotes(99999, '"'), brackets(99999, '[');
 
+// Elements that nobody knows, a million deep.
+std::string nested() {
+    std::string text;
+    for (char const* tag : {"<z>", "</z>"}) {
+        for (int depth = 0; depth < 1'000'000; ++depth) text += tag;
+    }
+    return text;
+}
+
 // In a folder of its own, so that several threads may do it at once.
 void checkContent() {
     support::TempDir const dir;
@@ -54,6 +63,7 @@ void checkContent() {
     std::pair<std::string, std::string> const dumps[] = {
         {std::string("<top>\0</top>", 12), ""},
         {net + many + "\"/>", many + ";"},
+        {net + "a\">" + nested() + "</nitem>" + nested() + "<nitem/>", "a;;"},
         {net + "a\" name=\"b\"/>", ""},
         {net + "n[99999999999]\"/>", "n[99999999999];n[0:0];"},
         {"<!DOCTYPE top [<!ENTITY a \"" + many + "\">]>" + net + "&a;&a;\"/>", ""},

@@ -15,24 +15,11 @@ namespace {
 TEST(Utilities, FormatsAsPrintfDoes) {
     std::mt19937 engine(7);
     auto const random = [&engine] { return static_cast<double>(engine()); };
-    std::vector<double> values = {0.0,
-                                  -0.0,
-                                  0.5e-6,
-                                  1.5e-6,
-                                  -2.5e-6,
-                                  1e-7,
-                                  0.1,
-                                  2.675,
-                                  8.333,
-                                  9e9,
-                                  1e15,
-                                  1e300,
-                                  -1e39,
-                                  std::numeric_limits<float>::max(),
-                                  std::numeric_limits<double>::max(),
-                                  HUGE_VAL,
-                                  -HUGE_VAL,
-                                  std::nan("")};
+    using Float = std::numeric_limits<float>;
+    // clang-format off
+    std::vector<double> values = {0.0, -0.0, 0.5e-6, 1.5e-6, -2.5e-6, 1e-7, 0.1, 2.675, 9e9, 1e15, 1e300, -1e39, Float::max(),
+                                  std::numeric_limits<double>::max(), HUGE_VAL, -HUGE_VAL, std::nan("")};
+    // clang-format on
     for (int i = 0; i < 20000; ++i) {
         double const scale = std::pow(10.0, static_cast<int>(engine() % 20) - 9);
         values.push_back(static_cast<double>(static_cast<float>(scale * random() / 3e9)));
