@@ -1,49 +1,54 @@
 #include "tov/tokenizer.h"
 
+#include "tov/text.h"
+
 namespace kiri::tov {
 
 namespace {
 
-constexpr std::size_t none = std::string_view::npos;
-
-// Position of the character that closes the group at the start of `text`. The matcher skips one nested group
-// and no more: a group ends at the first `close` behind the first nested group. Saved files rely on this
-// limit.
-std::size_t groupEnd(std::string_view text, char open, char close) {
-    std::size_t const firstClose = text.find(close, 1);
-    if (firstClose == none) return none;
-    bool const nested = text.substr(1, firstClose - 1).find(open) != none;
-    return nested ? text.find(close, firstClose + 1) : firstClose;
+bool isEnclosed(std::string_view text, char open, char close) {
+    return text.size() >= 2 && text.front() == open && text.back() == close;
 }
 
-std::size_t plainEnd(std::string_view text) {
-    std::size_t end = 0;
-    while (end < text.size() && !isSpace(text[end])) ++end;
-    return end;
+// The group at the start of `text`, with its brackets; all of the text if nothing closes it. The matcher skips one
+// nested group and no more: a group ends at the first `close` behind the first nested group. Saved files rely on this
+// limit.
+std::string_view groupOf(std::string_view text, char open, char close) {
+    std::size_t end = text.find(close, 1);
+    bool const nested = end != std::string_view::npos && text.substr(1, end - 1).find(open) != std::string_view::npos;
+    if (nested) end = text.find(close, end + 1);
+    return end == std::string_view::npos ? text : text.substr(0, end + 1);
 }
 
 }  // namespace
 
-// Cuts the next word, `size` characters long, and `skip` characters behind it off the rest.
-std::string_view WordCursor::take(std::size_t size, std::size_t skip) {
-    std::string_view const word = rest_.substr(0, size);
-    rest_ = size + skip < rest_.size() ? trimFront(rest_.substr(size + skip)) : std::string_view();
-    return word;
+WordCursor::WordCursor(std::string_view line) {
+    line = trim(line);
+    if (isEnclosed(line, '[', ']') || isEnclosed(line, '{', '}')) line = trim(line.substr(1, line.size() - 2));
+    at_ = line.data();
+    end_ = at_ + line.size();
 }
 
 bool WordCursor::next(std::string_view& word) {
-    if (rest_.empty()) return false;
-    char const first = rest_.front();
-    if (first == '"') {
-        rest_.remove_prefix(1);
-        std::size_t const quote = rest_.find('"');
-        word = trim(quote == none ? take(rest_.size(), 0) : take(quote, 1));
-    } else if (first == '[' || first == '{') {
-        std::size_t const end = first == '[' ? groupEnd(rest_, '[', ']') : groupEnd(rest_, '{', '}');
-        word = take(end == none ? rest_.size() : end + 1, 0);
+    if (at_ == end_) return false;
+    char const* const first = at_;
+    char const* const end = end_;
+    char const* at = first;  // behind the word
+    std::string_view const rest(first, static_cast<std::size_t>(end - first));
+    if (*first == '"') {
+        std::size_t const quote = rest.find('"', 1);
+        bool const closed = quote != std::string_view::npos;
+        word = trim(closed ? rest.substr(1, quote - 1) : rest.substr(1));
+        at = closed ? first + quote + 1 : end;
+    } else if (*first == '[' || *first == '{') {
+        word = *first == '[' ? groupOf(rest, '[', ']') : groupOf(rest, '{', '}');
+        at = first + word.size();
     } else {
-        word = take(plainEnd(rest_), 0);
+        while (at != end && !isSpace(*at)) ++at;
+        word = std::string_view(first, static_cast<std::size_t>(at - first));
     }
+    while (at != end && isSpace(*at)) ++at;
+    at_ = at;
     return true;
 }
 
