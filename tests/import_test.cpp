@@ -15,72 +15,40 @@ ppStlList<taDciObj*> refs(std::initializer_list<char const*> names, taDciObjTyp 
     return list;
 }
 
-template <class Record>
-Record& add(ppStlList<Record*>& list) {
-    list.push_back(new Record());
-    return *list.back();
-}
-
+// Records in the order of their fields.
 std::unique_ptr<taDci> makeDatabase() {
     auto db = std::make_unique<taDci>();
-    for (char const* name : {"c1", "g1", static_cast<char const*>(nullptr), static_cast<char const*>(nullptr)}) {
-        taDciSynClk& clock = add(db->clocks);
-        clock.name = taDciText(name);
-        clock.text = taDciText("a note");
-        clock.master = db->clocks.size() % 2 == 1 ? 0x80 : 0;
-    }
-    taDciSynClk& clock = *db->clocks.front();
-    clock.period = 3333;
-    for (char const* edge : {"0", "no", static_cast<char const*>(nullptr), "1.5"}) {
-        clock.waveform.push_back(taDciText(edge));
-    }
-    clock.targets = refs({"p", "q"}, taDciObjSourcePort);
-    taDciSynClk& generated = **std::next(db->clocks.begin());
-    generated.masterClock = &clock;
-    generated.period = 5;
-    generated.divideBy = taDciText("4");
-    generated.multiplyBy = taDciText("x2");
-    generated.dutyCycle = taDciText("50");
-    generated.source = refs({"s"}, taDciObjPin);
-    generated.targets = refs({"t"}, taDciObjSourceNet);
+    auto const text = taDciText;
+    ppStlList<taDciObj*> const none;
+    // clang-format off
+    auto* const clock = new taDciSynClk{0, 3333, text("c1"), text("a note"), refs({"p", "q"}, taDciObjSourcePort), 0, 0x80,
+                                        nullptr, nullptr, nullptr, {text("0"), text("no"), nullptr, text("1.5")}, none};
+    auto* const generated = new taDciSynClk{0, 5, text("g1"), text("a note"), refs({"t"}, taDciObjSourceNet), 0, 0,
+                                            text("4"), text("x2"), text("50"), {}, refs({"s"}, taDciObjPin), clock};
+    // clang-format on
+    db->clocks = {clock, nullptr, generated, new taDciSynClk(), new taDciSynClk()};
+    db->clocks.back()->master = 1;
     for (bool asynchronous : {false, true}) {
-        taDciSynClkGroup& relation = add(db->clockGroups);
-        relation.asynchronous = asynchronous;
-        relation.text = taDciText("groups");
-        relation.groups = {nullptr, new ppStlList<taDciSynClkGroupMember*>(),
-                           new ppStlList<taDciSynClkGroupMember*>{nullptr}};
-        for (taDciSynClk* member : db->clocks) add(*relation.groups.back()).clock = member;
+        auto* const members = new ppStlList<taDciSynClkGroupMember*>{nullptr};
+        for (taDciSynClk* member : db->clocks) members->push_back(new taDciSynClkGroupMember{{}, member});
+        db->clockGroups.push_back(new taDciSynClkGroup{
+            0, asynchronous, {nullptr, new ppStlList<taDciSynClkGroupMember*>(), members}, text("groups")});
     }
     for (int direction : {0, 1, 2, -1, 0}) {
-        taDciSynIo& io = add(db->ios);
-        io.direction = direction;
-        io.delay = -1500;
-        io.label = taDciText("label");
-        io.minMarker = taDciText("");
-        io.maxMarker = taDciText("max");
-        io.clock = direction == 0 ? nullptr : &clock;
-        io.objects = refs({"d"}, taDciObjPort);
+        db->ios.push_back(new taDciSynIo{nullptr, -1500, text("label"), nullptr, text(""), text("max"),
+                                         direction == 0 ? nullptr : clock, refs({"d"}, taDciObjPort), direction});
     }
     for (char const* marker : {"", "min", static_cast<char const*>(nullptr)}) {
-        taDciSynMax& max = add(db->maxs);
-        max.delay = std::numeric_limits<int>::min();
-        max.minMarker = taDciText(marker);
-        max.from = refs({"f"}, taDciObjCell);
-        max.to = refs({"t"}, taDciObjPin2);
+        db->maxs.push_back(new taDciSynMax{0, std::numeric_limits<int>::min(), refs({"f"}, taDciObjCell),
+                                           refs({"t"}, taDciObjPin2), nullptr, text(marker)});
     }
     for (float multiplier : {2.9F, -1.5F, 1e30F}) {
-        taDciSynMcyc& path = add(db->mcycs);
-        path.multiplier = multiplier;
-        path.note = taDciText("path");
-        path.to = refs({"@PO"}, taDciObjPort);
+        db->mcycs.push_back(new taDciSynMcyc{0, multiplier, none, refs({"@PO"}, taDciObjPort), text("path")});
     }
-    for (int flag : {0, 1, 255}) {
-        taDciSynFalse& path = add(db->falses);
-        path.flag = static_cast<unsigned char>(flag);
-        path.through = refs({"n"}, taDciObjNet);
-        if (flag == 1) path.from = refs({"f"}, taDciObjClock);
+    for (unsigned char flag : {'\0', '\1', '\177'}) {
+        db->falses.push_back(new taDciSynFalse{nullptr, flag == 1 ? refs({"f"}, taDciObjClock) : none, none,
+                                               refs({"n"}, taDciObjNet), nullptr, flag});
     }
-    db->clocks.push_back(nullptr);
     return db;
 }
 
