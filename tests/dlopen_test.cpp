@@ -34,6 +34,8 @@ std::string state() {
 }  // namespace
 
 int main(int, char** argv) {
+    // The environment's locale is there before the library is, as in a program that uses Qt.
+    std::setlocale(LC_ALL, "");
     // What the library writes at its load goes into a pipe.
     int pipe[2];
     if (::pipe2(pipe, 0) != 0 || ::dup2(pipe[1], 1) < 0 || ::dup2(pipe[1], 2) < 0) return 2;
@@ -41,9 +43,12 @@ int main(int, char** argv) {
     void* const library = ::dlopen(argv[1], RTLD_NOW | RTLD_LOCAL);
     bool const same = state() == before;
     bool const usable = library != nullptr && ::dlsym(library, "_ZN4kiri3tov3TOV4loadEPKc") != nullptr;
+    using Format = char const* (*)(char const*, ...);
+    auto const neoform = reinterpret_cast<Format>(usable ? ::dlsym(library, "_Z7neoformPKcz") : nullptr);
+    bool const formats = neoform != nullptr && std::string(neoform("%f", 1.5)) == "1.500000";
     bool const closed = usable && ::dlclose(library) == 0 && state() == before;
     ::close(pipe[1]), ::close(1), ::close(2);
     char text[1000];
     bool const silent = ::read(pipe[0], text, sizeof text) == 0;
-    return same && usable && closed && silent ? 0 : 1;
+    return same && usable && formats && closed && silent ? 0 : 1;
 }

@@ -6,6 +6,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QCoreApplication>
+#include <QTimer>
 #include <clocale>
 #include <thread>
 
@@ -80,13 +82,20 @@ TEST(Hostile, ContentOnThreadsWithSmallStacks) {
     for (std::thread& thread : threads) thread.join();
 }
 
-TEST(Hostile, DecimalComma) {
+TEST(Hostile, DecimalCommaUnderAnEventLoop) {
     support::TempDir const dir;
     ::setenv("LOCPATH", (dir / "").c_str(), 1);
-    std::string const make = "localedef -i de_DE -f ISO-8859-1 " + (dir / "comma") + " >" + (dir / "log") + " 2>&1";
-    if (std::system(make.c_str()) != 0 || std::setlocale(LC_ALL, "comma") == nullptr) GTEST_SKIP();
+    ::setenv("LC_ALL", "comma", 1);
+    std::string const make = "localedef -i de_DE -f UTF-8 " + (dir / "comma") + " >" + (dir / "log") + " 2>&1";
+    if (std::system(make.c_str()) != 0 || std::setlocale(LC_ALL, "") == nullptr) GTEST_SKIP();
+    int count = 0;
+    QCoreApplication application(count, nullptr);  // takes the locale of the environment
     EXPECT_STREQ(std::localeconv()->decimal_point, ",");
-    checkContent();
+    QTimer::singleShot(0, [] {
+        checkContent();
+        QCoreApplication::quit();
+    });
+    QCoreApplication::exec();
     std::setlocale(LC_ALL, "C");
 }
 
