@@ -19,7 +19,7 @@ using support::textOf;
 template <class Cmd>
 std::string saved(std::string const& line) {
     EXPECT_TRUE(Cmd("x" + line).enabled);
-    EXPECT_TRUE(Cmd("").enabled);
+    EXPECT_TRUE(Cmd("").enabled && Cmd(static_cast<char const*>(nullptr)).enabled);
     Cmd cmd(line.c_str());
     std::string const text = cmd.toSaveString(nullptr);
     EXPECT_EQ(text.substr(0, 9), "#disable ") << line;

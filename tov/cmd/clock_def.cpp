@@ -41,7 +41,7 @@ TovCmdClockDef::TovCmdClockDef(std::string_view line) : TovCmdClockDef() {
 }
 
 TovCmdClockDef::TovCmdClockDef(std::string const& line) : TovCmdClockDef(std::string_view(line)) {}
-TovCmdClockDef::TovCmdClockDef(char const* line) : TovCmdClockDef(std::string_view(line)) {}
+TovCmdClockDef::TovCmdClockDef(char const* line) : TovCmdClockDef(textOf(line)) {}
 
 TovCmdClockDef::TovCmdClockDef(taDciSynClk* record)
     : TovCmdClockDef(fromThousandths(record->period), record->name, record->text) {

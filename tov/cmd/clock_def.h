@@ -12,7 +12,7 @@ namespace kiri::tov {
 /// "create_clock": a primary clock and the objects it is defined on.
 class TOVENG_API TovCmdClockDef : public TovCmd {
 public:
-    /// Reads a line; std::out_of_range if "-waveform" is its last word.
+    /// Reads a line (null reads as ""); std::out_of_range if "-waveform" is its last word.
     explicit TovCmdClockDef(std::string const& line);
     explicit TovCmdClockDef(std::string_view line);
     explicit TovCmdClockDef(char const* line);

@@ -78,7 +78,7 @@ TovCmdClockGroupDef::TovCmdClockGroupDef(std::string_view line) : TovCmdClockGro
 }
 
 TovCmdClockGroupDef::TovCmdClockGroupDef(std::string const& line) : TovCmdClockGroupDef(std::string_view(line)) {}
-TovCmdClockGroupDef::TovCmdClockGroupDef(char const* line) : TovCmdClockGroupDef(std::string_view(line)) {}
+TovCmdClockGroupDef::TovCmdClockGroupDef(char const* line) : TovCmdClockGroupDef(textOf(line)) {}
 
 TovCmdClockGroupDef::TovCmdClockGroupDef(taDciSynClkGroup* record)
     : TovCmdClockGroupDef((record->asynchronous ^ 1) != 0) {

@@ -13,7 +13,7 @@ namespace kiri::tov {
 class TOVENG_API TovCmdClockGroupDef : public TovCmd {
 public:
     explicit TovCmdClockGroupDef(bool exclusive);
-    /// Reads a line; exclusive unless it holds "-asynchronous".
+    /// Reads a line (null reads as ""); exclusive unless it holds "-asynchronous".
     explicit TovCmdClockGroupDef(std::string const& line);
     explicit TovCmdClockGroupDef(std::string_view line);
     explicit TovCmdClockGroupDef(char const* line);

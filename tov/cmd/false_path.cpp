@@ -33,7 +33,7 @@ TovCmdFalsePath::TovCmdFalsePath(std::string_view line) : TovCmdFalsePath() {
 }
 
 TovCmdFalsePath::TovCmdFalsePath(std::string const& line) : TovCmdFalsePath(std::string_view(line)) {}
-TovCmdFalsePath::TovCmdFalsePath(char const* line) : TovCmdFalsePath(std::string_view(line)) {}
+TovCmdFalsePath::TovCmdFalsePath(char const* line) : TovCmdFalsePath(textOf(line)) {}
 
 TovCmdFalsePath::~TovCmdFalsePath() {
     freeDciObjList(from);

@@ -15,7 +15,7 @@ public:
     explicit TovCmdFalsePath(char* note);
     /// Copies a database record.
     explicit TovCmdFalsePath(taDciSynFalse* record);
-    /// Reads a line; unknown words are skipped.
+    /// Reads a line (null reads as ""); unknown words are skipped.
     explicit TovCmdFalsePath(std::string const& line);
     explicit TovCmdFalsePath(std::string_view line);
     explicit TovCmdFalsePath(char const* line);

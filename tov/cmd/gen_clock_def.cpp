@@ -52,7 +52,7 @@ TovCmdGenClockDef::TovCmdGenClockDef(std::string_view line) : TovCmdGenClockDef(
 }
 
 TovCmdGenClockDef::TovCmdGenClockDef(std::string const& line) : TovCmdGenClockDef(std::string_view(line)) {}
-TovCmdGenClockDef::TovCmdGenClockDef(char const* line) : TovCmdGenClockDef(std::string_view(line)) {}
+TovCmdGenClockDef::TovCmdGenClockDef(char const* line) : TovCmdGenClockDef(textOf(line)) {}
 
 TovCmdGenClockDef::TovCmdGenClockDef(taDciSynClk* record) : TovCmdGenClockDef(record->name, record->text) {
     divideBy = textOf(record->divideBy);

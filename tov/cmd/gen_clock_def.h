@@ -11,7 +11,7 @@ namespace kiri::tov {
 /// "create_generated_clock": a clock derived from another one. Its numbers are kept as texts.
 class TOVENG_API TovCmdGenClockDef : public TovCmd {
 public:
-    /// Reads a line; numbers become normal decimal texts.
+    /// Reads a line (null reads as ""); numbers become normal decimal texts.
     explicit TovCmdGenClockDef(std::string const& line);
     explicit TovCmdGenClockDef(std::string_view line);
     explicit TovCmdGenClockDef(char const* line);

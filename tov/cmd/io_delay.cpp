@@ -50,7 +50,7 @@ TovCmdIODelay::TovCmdIODelay(std::string_view line) : TovCmdIODelay() {
 }
 
 TovCmdIODelay::TovCmdIODelay(std::string const& line) : TovCmdIODelay(std::string_view(line)) {}
-TovCmdIODelay::TovCmdIODelay(char const* line) : TovCmdIODelay(std::string_view(line)) {}
+TovCmdIODelay::TovCmdIODelay(char const* line) : TovCmdIODelay(textOf(line)) {}
 
 TovCmdIODelay::~TovCmdIODelay() {
     freeDciObjList(objects);

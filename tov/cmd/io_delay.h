@@ -15,7 +15,7 @@ public:
     TovCmdIODelay(float delay, char const* label, char* note);
     /// Copies a database record.
     explicit TovCmdIODelay(taDciSynIo* record);
-    /// Reads a line; either keyword will do.
+    /// Reads a line (null reads as ""); either keyword will do.
     explicit TovCmdIODelay(std::string const& line);
     explicit TovCmdIODelay(std::string_view line);
     explicit TovCmdIODelay(char const* line);

@@ -37,7 +37,7 @@ TovCmdMultiPath::TovCmdMultiPath(std::string_view line) : TovCmdMultiPath() {
 }
 
 TovCmdMultiPath::TovCmdMultiPath(std::string const& line) : TovCmdMultiPath(std::string_view(line)) {}
-TovCmdMultiPath::TovCmdMultiPath(char const* line) : TovCmdMultiPath(std::string_view(line)) {}
+TovCmdMultiPath::TovCmdMultiPath(char const* line) : TovCmdMultiPath(textOf(line)) {}
 
 TovCmdMultiPath::~TovCmdMultiPath() {
     freeDciObjList(from);

@@ -15,7 +15,7 @@ public:
     TovCmdMultiPath(int multiplier, char* note);
     /// Copies a database record; its multiplier is cut to an integer.
     explicit TovCmdMultiPath(taDciSynMcyc* record);
-    /// Reads a line; unknown words are skipped.
+    /// Reads a line (null reads as ""); unknown words are skipped.
     explicit TovCmdMultiPath(std::string const& line);
     explicit TovCmdMultiPath(std::string_view line);
     explicit TovCmdMultiPath(char const* line);

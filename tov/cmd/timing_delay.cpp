@@ -44,7 +44,7 @@ TovCmdTimingDelay::TovCmdTimingDelay(std::string_view line) : TovCmdTimingDelay(
 }
 
 TovCmdTimingDelay::TovCmdTimingDelay(std::string const& line) : TovCmdTimingDelay(std::string_view(line)) {}
-TovCmdTimingDelay::TovCmdTimingDelay(char const* line) : TovCmdTimingDelay(std::string_view(line)) {}
+TovCmdTimingDelay::TovCmdTimingDelay(char const* line) : TovCmdTimingDelay(textOf(line)) {}
 
 TovCmdTimingDelay::~TovCmdTimingDelay() {
     freeDciObjList(from);

@@ -15,7 +15,7 @@ public:
     TovCmdTimingDelay(float delay, char* note);
     /// Copies a database record.
     explicit TovCmdTimingDelay(taDciSynMax* record);
-    /// Reads a line; either keyword will do.
+    /// Reads a line (null reads as ""); either keyword will do.
     explicit TovCmdTimingDelay(std::string const& line);
     explicit TovCmdTimingDelay(std::string_view line);
     explicit TovCmdTimingDelay(char const* line);
