@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <initializer_list>
 #include <limits>
 #include <memory>
 
@@ -45,7 +47,7 @@ std::unique_ptr<taDci> makeDatabase() {
     for (float multiplier : {2.9F, -1.5F, 1e30F}) {
         db->mcycs.push_back(new taDciSynMcyc{0, multiplier, none, refs({"@PO"}, taDciObjPort), text("path")});
     }
-    for (unsigned char flag : {'\0', '\1', '\177'}) {
+    for (std::uint8_t const flag : std::initializer_list<std::uint8_t>{0, 1, 255}) {
         db->falses.push_back(new taDciSynFalse{nullptr, flag == 1 ? refs({"f"}, taDciObjClock) : none, none,
                                                refs({"n"}, taDciObjNet), nullptr, flag});
     }
