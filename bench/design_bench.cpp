@@ -2,10 +2,10 @@
 #include <QFile>
 #include <QXmlStreamReader>
 
-#include <list>
 #include <memory>
 #include <string>
 
+#include "bench/all_queries.h"
 #include "bench/child.h"
 #include "bench/inputs.h"
 #include "tov/design/design.h"
@@ -52,29 +52,10 @@ void DomDocument(benchmark::State& state) {
 }
 CHILD_BENCHMARK(DomDocument);
 
-// What the ten queries fill.
-struct Lists {
-    std::list<TovPortNode*> ports, pins;
-    std::list<TovNetNode*> nets;
-    std::list<TovCellNode*> cells, regs;
-    std::list<TovClockNode*> clocks;
-    std::list<TovViewNode*> views;
-    std::list<TovRamNode*> rams;
-    std::list<TovRomNode*> roms;
-    std::list<TovMultNode*> mults;
-};
-
-std::size_t askAll(TovDesign const* design, Lists& lists) {
-    return design->getPorts(lists.ports) + design->getPins(lists.pins) + design->getNets(lists.nets) +
-           design->getCells(lists.cells) + design->getRegs(lists.regs) + design->getClocks(lists.clocks) +
-           design->getViews(lists.views) + design->getRams(lists.rams) + design->getRoms(lists.roms) +
-           design->getMults(lists.mults);
-}
-
 void FirstQueries(benchmark::State& state) {
     std::string const path = inputs::designDump(manyInstances);
     timeInChild(
-        state, [&path] { return load(path); }, [](TovDesign* design) { return askAll(design, *new Lists()); });
+        state, [&path] { return load(path); }, [](TovDesign* design) { return (new AllQueries())->ask(*design); });
 }
 CHILD_BENCHMARK(FirstQueries);
 
@@ -84,11 +65,10 @@ void LaterQueries(benchmark::State& state) {
         state,
         [&path] {
             TovDesign* const design = load(path);
-            Lists lists;
-            askAll(design, lists);
+            AllQueries().ask(*design);
             return design;
         },
-        [](TovDesign* design) { return askAll(design, *new Lists()); });
+        [](TovDesign* design) { return (new AllQueries())->ask(*design); });
 }
 CHILD_BENCHMARK(LaterQueries);
 

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <list>
 #include <memory>
 #include <string>
 
+#include "bench/all_queries.h"
 #include "bench/inputs.h"
 #include "tov/design/design.h"
 #include "tov/tov.h"
@@ -79,20 +79,11 @@ void reportDocument(char const* name, std::string const& path) {
 }
 
 void reportDesign(std::size_t instances) {
-    using namespace kiri::tov;
-    TovDesign design;
+    kiri::tov::TovDesign design;
     Usage const usage = load(inputs::designDump(instances), design);
-    std::list<TovPortNode*> ports, pins;
-    std::list<TovNetNode*> nets;
-    std::list<TovCellNode*> cells;
-    std::list<TovClockNode*> clocks;
-    std::list<TovRamNode*> rams;
-    std::list<TovRomNode*> roms;
-    std::list<TovMultNode*> mults;
-    std::list<TovViewNode*> views;
-    std::size_t const nodes = design.getPorts(ports) + design.getPins(pins) + design.getNets(nets) +
-                              design.getCells(cells) + design.getClocks(clocks) + design.getRams(rams) +
-                              design.getRoms(roms) + design.getMults(mults) + design.getViews(views);
+    AllQueries queries;
+    // Registers are cells.
+    std::size_t const nodes = queries.ask(design) - queries.regs.size();
     std::printf("design of %zu instances: %zu nodes, keeps %.1f bytes a node and needs %.3f MiB beyond that\n",
                 instances, nodes, static_cast<double>(usage.kept) / static_cast<double>(nodes),
                 static_cast<double>(usage.above) / 1048576);

@@ -303,32 +303,26 @@ TEST(Node, DumpListsTheTree) {
 TEST(Bus, SplitsBitNames) {
     std::string const longName(50000000, '1');
     struct {
-        std::string name, base;
-        int index;
+        std::string name, base;  // a name without base is no bit
+        int index = -5;
     } const rows[] = {
         // clang-format off
-        {"a[10]", "a", 10}, {"m[1][2]", "m[1]", 2}, {"a[007]", "a", 7}, {"[[1]", "[", 1},
-        {"a\n[1]", "a\n", 1},
+        {"a[10]", "a", 10}, {"m[1][2]", "m[1]", 2}, {"a[007]", "a", 7}, {"[[1]", "[", 1}, {"a\n[1]", "a\n", 1},
         {"a[2147483647]", "a", 2147483647}, {"a[2147483648]", "a", 0}, {longName + "[3]", longName, 3},
         {"a[" + longName + "]", "a", 0},
+        {"", ""}, {"a", ""}, {"]", ""}, {"[]", ""}, {"1]", ""}, {"a[]", ""}, {"[3]", ""}, {"a[3]b", ""}, {"a[-1]", ""},
+        {"a[ 1]", ""}, {"a3]", ""}, {"a[3]\n", ""}, {"a[\xb2]", ""}, {"a[3", ""}, {"a[3]]", ""},
         // clang-format on
     };
     for (auto const& row : rows) {
-        int index = -5;
-        std::string base;
-        EXPECT_EQ(TovBusNode::getBusName(row.name, &index), row.base);
-        EXPECT_EQ(TovBusNode::getBusName(row.name, nullptr), row.base);
-        EXPECT_EQ(index, row.index);
-        EXPECT_TRUE(TovBusNode::isBusType(row.name, &base) && TovBusNode::isBusType(row.name, nullptr));
-        EXPECT_EQ(base, row.base);
-    }
-    for (std::string const name : {"", "a", "]", "[]", "1]", "a[]", "[3]", "a[3]b", "a[-1]", "a[ 1]", "a3]", "a[3]\n",
-                                   "a[\xb2]", "a[3", "a[3]]"}) {
+        bool const isBit = !row.base.empty();
         int index = -5;
         std::string base = "before";
-        EXPECT_EQ(TovBusNode::getBusName(name, &index), name);
-        EXPECT_FALSE(TovBusNode::isBusType(name, &base) || TovBusNode::isBusType(name, nullptr)) << name;
-        EXPECT_EQ(std::to_string(index) + base, "-5before") << name;
+        EXPECT_EQ(TovBusNode::getBusName(row.name, &index), isBit ? row.base : row.name);
+        EXPECT_EQ(TovBusNode::getBusName(row.name, nullptr), isBit ? row.base : row.name);
+        EXPECT_EQ(TovBusNode::isBusType(row.name, &base), isBit);
+        EXPECT_EQ(TovBusNode::isBusType(row.name, nullptr), isBit);
+        EXPECT_EQ(std::pair(base, index), std::pair(isBit ? row.base : "before", row.index));
     }
 }
 
