@@ -1,0 +1,37 @@
+#ifndef TOVENG_TOV_PROGRESS_METER_H
+#define TOVENG_TOV_PROGRESS_METER_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include "tov/progress.h"
+
+namespace kiri::tov {
+
+/// Counts the bytes of a load and tells the caller's function from time to time.
+class ProgressMeter {
+public:
+    /// `progress` outlives the meter; `size` is 0 where the file has none.
+    ProgressMeter(TovProgress const& progress, std::uint64_t size);
+
+    /// Counts so many bytes more. False if the load is to stop.
+    bool add(std::size_t bytes) {
+        read_ += bytes;
+        return read_ < next_ || report();
+    }
+
+    /// Tells that the file was read to its end. False if the load is to stop all the same.
+    bool finish();
+
+private:
+    bool report();
+
+    TovProgress const& progress_;
+    std::uint64_t size_;
+    std::uint64_t read_ = 0;
+    std::uint64_t next_;  // the count of the next call
+};
+
+}  // namespace kiri::tov
+
+#endif
