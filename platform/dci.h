@@ -31,19 +31,19 @@ public:
     /// Copies the name, which may be null. The second text and kind are the flow's own; nothing here keeps
     /// them.
     taDciObj(char const* name, char const* text, taDciObjTyp type, taDciObjTyp type2);
-    /// Makes a copy of `*other` that shares nothing with it.
+    /// Copies `*other`. The bytes of a long name are shared by all its copies, and live as long as one of them.
     explicit taDciObj(taDciObj* other);
     ~taDciObj();
     taDciObj(taDciObj const&) = delete;
     taDciObj& operator=(taDciObj const&) = delete;
 
-    char* name;  ///< may be null; its bytes may be shared: to rename, put another record into the list
+    /// May be null. Its bytes may be shared with other records, so they are never written: to rename an object, put
+    /// another record into the list.
+    char* name;
     taDciObjTyp type;
 
 private:
-    friend class taDciObjMaker;
-
-    char inlineName_[44];  // a name that fits needs no allocation of its own
+    char inlineName_[44];  // a short name needs no block of its own
 };
 
 /// A master or generated clock.

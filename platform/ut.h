@@ -5,8 +5,8 @@
 
 #include "platform/export.h"
 
-/// Formats as printf does in the "C" locale, whatever the process's locale is. The text belongs to the
-/// calling thread and lives until its next call, of which it is no argument. Null for a null or malformed format;
+/// Formats as printf does in the "C" locale, whatever the process's locale is. The text belongs to the calling thread:
+/// it is valid until the thread's next call and must not be passed to that call. Null for a null or malformed format;
 /// std::bad_alloc when memory is short.
 TOVENG_API char const* neoform(char const* format, ...);
 

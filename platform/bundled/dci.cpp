@@ -2,27 +2,29 @@
 
 #include <atomic>
 #include <cstring>
-#include <memory>
 #include <new>
-
-#include "platform/dci_make.h"
 
 namespace {
 
-// A text stands behind the count of the records that hold it.
+// Each text is preceded by its reference count: the records that hold it share it.
 using UseCount = std::atomic<std::size_t>;
 
 UseCount* useCount(char* text) {
     return reinterpret_cast<UseCount*>(text - sizeof(UseCount));
 }
 
-char* makeText(std::string_view text) {
-    char* const block = static_cast<char*>(::operator new(sizeof(UseCount) + text.size() + 1));
+char* makeText(char const* text, std::size_t size) {
+    char* const block = static_cast<char*>(::operator new(sizeof(UseCount) + size + 1));
     new (block) UseCount(1);
     char* const copy = block + sizeof(UseCount);
-    std::memcpy(copy, text.data(), text.size());
-    copy[text.size()] = '\0';
+    std::memcpy(copy, text, size);
+    copy[size] = '\0';
     return copy;
+}
+
+char* shareText(char* text) {
+    if (text != nullptr) useCount(text)->fetch_add(1, std::memory_order_relaxed);
+    return text;
 }
 
 void freeText(char* text) noexcept {
@@ -43,58 +45,27 @@ void freeAll(ppStlList<char*>& texts) {
 }  // namespace
 
 char* taDciText(char const* text) {
-    return text == nullptr ? nullptr : makeText(text);
-}
-
-// Makes records by other ways than the public constructors; the record under construction is whole at each
-// step, so that its destructor frees what it holds when an allocation fails.
-class taDciObjMaker {
-public:
-    static taDciObj* make(std::string_view name, taDciObjTyp type) {
-        std::unique_ptr<taDciObj> obj(new taDciObj(nullptr, nullptr, type, taDciObjNone));
-        setName(*obj, name);
-        return obj.release();
-    }
-
-    static taDciObj* makeWithSharedName(taDciObj const& other) {
-        std::unique_ptr<taDciObj> obj(new taDciObj(nullptr, nullptr, other.type, taDciObjNone));
-        if (other.name == nullptr || other.name == other.inlineName_) {
-            setName(*obj, other.name);
-        } else {
-            useCount(other.name)->fetch_add(1, std::memory_order_relaxed);
-            obj->name = other.name;
-        }
-        return obj.release();
-    }
-
-    static void setName(taDciObj& obj, char const* name) {
-        if (name != nullptr) setName(obj, std::string_view(name));
-    }
-
-    static void setName(taDciObj& obj, std::string_view name) {
-        if (name.size() >= sizeof obj.inlineName_) {
-            obj.name = makeText(name);
-            return;
-        }
-        std::memcpy(obj.inlineName_, name.data(), name.size());
-        obj.inlineName_[name.size()] = '\0';
-        obj.name = obj.inlineName_;
-    }
-};
-
-taDciObj* makeDciObj(std::string_view name, taDciObjTyp type) {
-    return taDciObjMaker::make(name.substr(0, name.find('\0')), type);
-}
-
-taDciObj* makeDciObjWithSharedName(taDciObj* other) {
-    return taDciObjMaker::makeWithSharedName(*other);
+    return text == nullptr ? nullptr : makeText(text, std::strlen(text));
 }
 
 taDciObj::taDciObj(char const* name_, char const*, taDciObjTyp type_, taDciObjTyp) : name(nullptr), type(type_) {
-    taDciObjMaker::setName(*this, name_);
+    if (name_ == nullptr) return;
+    std::size_t const size = std::strlen(name_);
+    if (size < sizeof inlineName_) {
+        name = inlineName_;
+        std::memcpy(inlineName_, name_, size + 1);
+    } else {
+        name = makeText(name_, size);
+    }
 }
 
-taDciObj::taDciObj(taDciObj* other) : taDciObj(other->name, nullptr, other->type, taDciObjNone) {}
+taDciObj::taDciObj(taDciObj* other) : name(inlineName_), type(other->type) {
+    if (other->name == other->inlineName_) {
+        std::memcpy(inlineName_, other->inlineName_, sizeof inlineName_);
+    } else {
+        name = shareText(other->name);
+    }
+}
 
 taDciObj::~taDciObj() {
     if (name != inlineName_) freeText(name);

@@ -1,68 +1,120 @@
 #include "platform/ut.h"
 
+#include <locale.h>
+#include <pthread.h>
+
+#include <algorithm>
 #include <charconv>
-#include <clocale>
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
-#include <memory>
+#include <cstdlib>
+#include <cstring>
 #include <new>
-#include <string>
 #include <string_view>
 
-#include <locale.h>
-
 namespace {
+
+/// The text that neoform returns, one for each thread. No thread-local variable holds it: the first use of one may end
+/// the process when memory is short, and its destructor would keep the library from being unloaded. A key has neither
+/// fault, as its destructor is free() itself.
+class ThreadText {
+public:
+    ThreadText() : made_(::pthread_key_create(&key_, std::free) == 0) {}
+    ~ThreadText() {
+        if (!made_) return;
+        std::free(::pthread_getspecific(key_));
+        ::pthread_key_delete(key_);
+    }
+    ThreadText(ThreadText const&) = delete;
+    ThreadText& operator=(ThreadText const&) = delete;
+
+    /// The calling thread's text, of at least `size` bytes; what it held stays.
+    char* reserve(std::size_t size) {
+        auto* block = made_ ? static_cast<Block*>(::pthread_getspecific(key_)) : nullptr;
+        if (block == nullptr || block->size < size) block = grow(block, std::max(size, usualSize));
+        return block->text();
+    }
+
+private:
+    struct Block {
+        std::size_t size;
+        char* text() { return reinterpret_cast<char*>(this + 1); }
+    };
+    static constexpr std::size_t usualSize = 512;
+
+    Block* grow(Block* old, std::size_t size) {
+        if (!made_) throw std::bad_alloc();
+        void* const grown = std::malloc(sizeof(Block) + size);
+        if (grown == nullptr || ::pthread_setspecific(key_, grown) != 0) {
+            std::free(grown);
+            throw std::bad_alloc();
+        }
+        auto* const block = new (grown) Block{size};
+        if (old != nullptr) std::memcpy(block->text(), old->text(), old->size);
+        std::free(old);
+        return block;
+    }
+
+    pthread_key_t key_{};
+    bool made_;
+};
+
+ThreadText threadText;
 
 // Longest "%f" of a double: 309 digits, the sign, the point and six decimals.
 constexpr std::size_t numberSize = 320;
 
-void appendInteger(std::string& out, int value) {
-    char digits[16];
-    out.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
-}
-
-void appendFixed(std::string& out, double value) {
-    char digits[numberSize];
+char* writeFixed(char* to, double value) {
     // Six decimals of a number that a float holds are exact as an integer of millionths while that fits 53
     // bits; rint rounds a half to even, as printf does.
     double const millionths = value * 1e6;
-    if (static_cast<double>(static_cast<float>(value)) == value && std::fabs(millionths) < 9e15) {
-        auto const count = static_cast<unsigned long long>(std::rint(std::fabs(millionths)));
-        char* end = std::to_chars(digits, digits + sizeof digits, count / 1000000).ptr;
-        *end = '.';
-        auto fraction = static_cast<unsigned>(count % 1000000);
-        for (int i = 6; i > 0; --i, fraction /= 10) end[i] = static_cast<char>('0' + fraction % 10);
-        if (std::signbit(value)) out += '-';
-        out.append(digits, end + 7);
-        return;
+    if (static_cast<double>(static_cast<float>(value)) != value || !(std::fabs(millionths) < 9e15)) {
+        return std::to_chars(to, to + numberSize, value, std::chars_format::fixed, 6).ptr;
     }
-    out.append(digits, std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, 6).ptr);
+    auto const count = static_cast<unsigned long long>(std::rint(std::fabs(millionths)));
+    if (std::signbit(value)) *to++ = '-';
+    char* const point = std::to_chars(to, to + numberSize, count / 1000000).ptr;
+    *point = '.';
+    auto fraction = static_cast<unsigned>(count % 1000000);
+    for (int i = 6; i > 0; --i, fraction /= 10) point[i] = static_cast<char>('0' + fraction % 10);
+    return point + 7;
 }
 
-// Formats what holds only text, "%%", "%d" and "%f". False at any other conversion.
-bool formatCommon(std::string& out, char const* format, std::va_list arguments) {
-    for (std::string_view rest = format; !rest.empty();) {
-        std::size_t const percent = rest.find('%');
-        out.append(rest.substr(0, percent));
-        if (percent == std::string_view::npos) break;
-        char const conversion = percent + 1 < rest.size() ? rest[percent + 1] : '\0';
-        if (conversion == 'd') {
-            appendInteger(out, va_arg(arguments, int));
-        } else if (conversion == 'f') {
-            appendFixed(out, va_arg(arguments, double));
-        } else if (conversion == '%') {
-            out += '%';
-        } else {
-            return false;
+/// Formats what holds only text, "%%", "%d" and "%f". Null at any other conversion.
+char const* formatCommon(char const* format, std::va_list arguments) {
+    std::size_t size = 0;
+    char* text = nullptr;
+    for (std::string_view rest = format;;) {
+        std::string_view const plain = rest.substr(0, rest.find('%'));
+        text = threadText.reserve(size + plain.size() + numberSize);
+        std::memcpy(text + size, plain.data(), plain.size());
+        size += plain.size();
+        rest.remove_prefix(plain.size());
+        if (rest.empty()) break;
+        char* to = text + size;
+        switch (rest.size() > 1 ? rest[1] : '\0') {
+            case 'd':
+                to = std::to_chars(to, to + numberSize, va_arg(arguments, int)).ptr;
+                break;
+            case 'f':
+                to = writeFixed(to, va_arg(arguments, double));
+                break;
+            case '%':
+                *to++ = '%';
+                break;
+            default:
+                return nullptr;
         }
-        rest.remove_prefix(percent + 2);
+        size = static_cast<std::size_t>(to - text);
+        rest.remove_prefix(2);
     }
-    return true;
+    text[size] = '\0';
+    return text;
 }
 
-// Formats in the "C" locale of the calling thread alone. False for a format that printf refuses.
-bool formatAny(std::string& out, char const* format, std::va_list arguments) {
+/// Formats in the "C" locale of the calling thread alone. Null for a format that printf refuses.
+char const* formatAny(char const* format, std::va_list arguments) {
     struct ThreadLocale {
         locale_t const plain = ::newlocale(LC_ALL_MASK, "C", nullptr);
         locale_t const before = ::uselocale(plain);
@@ -75,11 +127,10 @@ bool formatAny(std::string& out, char const* format, std::va_list arguments) {
     va_copy(again, arguments);
     int const size = std::vsnprintf(nullptr, 0, format, again);
     va_end(again);
-    if (size < 0) return false;
-    out.resize(static_cast<std::size_t>(size) + 1);
-    std::vsnprintf(out.data(), out.size(), format, arguments);
-    out.pop_back();
-    return true;
+    if (size < 0) return nullptr;
+    char* const text = threadText.reserve(static_cast<std::size_t>(size) + 1);
+    std::vsnprintf(text, static_cast<std::size_t>(size) + 1, format, arguments);
+    return text;
 }
 
 int lower(char c) {
@@ -89,24 +140,18 @@ int lower(char c) {
 }  // namespace
 
 char const* neoform(char const* format, ...) {
-    thread_local std::string text;
     if (format == nullptr) return nullptr;
     std::va_list arguments;
     va_start(arguments, format);
-    std::va_list again;
-    va_copy(again, arguments);
     struct End {
-        std::va_list& a;
-        std::va_list& b;
-        ~End() {
-            va_end(a);
-            va_end(b);
-        }
-    } const end{arguments, again};
-    text.clear();
-    if (formatCommon(text, format, arguments)) return text.c_str();
-    text.clear();
-    return formatAny(text, format, again) ? text.c_str() : nullptr;
+        std::va_list& list;
+        ~End() { va_end(list); }
+    } const end{arguments};
+    std::va_list common;
+    va_copy(common, arguments);
+    struct End const endCommon{common};
+    char const* const text = formatCommon(format, common);
+    return text != nullptr ? text : formatAny(format, arguments);
 }
 
 int ut_stricmp(char const* a, char const* b) {
