@@ -1,28 +1,17 @@
+#include "tov/import.h"
+
 #include <memory>
 
-#include "tov/cmd/commands.h"
-#include "tov/cmd_list.h"
+#include "tov/command_kind.h"
 #include "tov/text.h"
-#include "tov/tov.h"
 
 namespace kiri::tov {
 
 namespace {
 
 template <class Cmd, class Record>
-Cmd& add(TOV& document, TOVCMD_TYPE list, Record* record) {
-    auto cmd = std::make_unique<Cmd>(record);
-    Cmd& added = *cmd;
-    append(*document.getTovCmdList(list), std::move(cmd));
-    return added;
-}
-
-void addDelay(TOV& document, taDciSynIo* record, bool enabled) {
-    if (record->direction == 0) {
-        add<TovCmdInputDelay>(document, TOVCMD_INPUTDELAY, record).enabled = enabled;
-    } else if (record->direction == 1) {
-        add<TovCmdOutputDelay>(document, TOVCMD_OUTPUTDELAY, record).enabled = enabled;
-    }
+Cmd& import(TOV& document, Record* record) {
+    return addCommand(document, listOf<Cmd>(), std::make_unique<Cmd>(record));
 }
 
 // Calls `take` for each record of a list; null entries are skipped.
@@ -36,27 +25,32 @@ void forEach(ppStlList<Record*> const& records, Take take) {
 }  // namespace
 
 // The order of the database's lists is the import's own; only input and output delays heed `ioEnabled`.
-void TOV::loadTaObjects(taDci* db, bool ioEnabled) {
-    forEach(db->clocks, [this](taDciSynClk* record) {
+void importRecords(TOV& document, taDci const& db, bool ioEnabled) {
+    forEach(db.clocks, [&document](taDciSynClk* record) {
         if (record->master != 0) {
-            add<TovCmdClockDef>(*this, TOVCMD_CLOCK, record);
+            import <TovCmdClockDef>(document, record);
         } else {
-            add<TovCmdGenClockDef>(*this, TOVCMD_GENCLOCK, record);
+            import <TovCmdGenClockDef>(document, record);
         }
     });
-    forEach(db->clockGroups,
-            [this](taDciSynClkGroup* record) { add<TovCmdClockGroupDef>(*this, TOVCMD_CLOCKGROUP, record); });
-    forEach(db->ios, [this, ioEnabled](taDciSynIo* record) { addDelay(*this, record, ioEnabled); });
-    forEach(db->maxs, [this](taDciSynMax* record) {
+    forEach(db.clockGroups, [&document](taDciSynClkGroup* record) { import <TovCmdClockGroupDef>(document, record); });
+    forEach(db.ios, [&document, ioEnabled](taDciSynIo* record) {
+        if (record->direction == 0) {
+            import <TovCmdInputDelay>(document, record).enabled = ioEnabled;
+        } else if (record->direction == 1) {
+            import <TovCmdOutputDelay>(document, record).enabled = ioEnabled;
+        }
+    });
+    forEach(db.maxs, [&document](taDciSynMax* record) {
         if (hasText(record->minMarker)) {
-            add<TovCmdMinDelay>(*this, TOVCMD_MINDELAY, record);
+            import <TovCmdMinDelay>(document, record);
         } else {
-            add<TovCmdMaxDelay>(*this, TOVCMD_MAXDELAY, record);
+            import <TovCmdMaxDelay>(document, record);
         }
     });
-    forEach(db->mcycs, [this](taDciSynMcyc* record) { add<TovCmdMultiPath>(*this, TOVCMD_MULTICYCLE, record); });
-    forEach(db->falses, [this](taDciSynFalse* record) {
-        if (record->flag != 0) add<TovCmdFalsePath>(*this, TOVCMD_FALSEPATH, record);
+    forEach(db.mcycs, [&document](taDciSynMcyc* record) { import <TovCmdMultiPath>(document, record); });
+    forEach(db.falses, [&document](taDciSynFalse* record) {
+        if (record->flag != 0) import <TovCmdFalsePath>(document, record);
     });
 }
 

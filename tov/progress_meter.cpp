@@ -15,13 +15,23 @@ ProgressMeter::ProgressMeter(TovProgress const& progress, std::uint64_t size)
     : progress_(progress), size_(size), next_(progress ? firstStep : std::numeric_limits<std::uint64_t>::max()) {}
 
 // The steps grow with what was read, so that a file of any size, known or not, gives less than a thousand calls.
-bool ProgressMeter::report() {
+bool ProgressMeter::report() noexcept {
     next_ = read_ + std::max(firstStep, read_ / 50);
-    return progress_(read_, size_ == 0 ? 0 : std::max(size_, read_));
+    return call(std::max(size_, read_));
 }
 
-bool ProgressMeter::finish() {
-    return !progress_ || progress_(read_, size_ == 0 ? 0 : read_);
+bool ProgressMeter::finish() noexcept {
+    return !progress_ || call(read_);
+}
+
+bool ProgressMeter::call(std::uint64_t size) noexcept {
+    try {
+        stopped_ = stopped_ || !progress_(read_, size_ == 0 ? 0 : size);
+    } catch (...) {
+        stopped_ = true;
+        thrown_ = std::current_exception();
+    }
+    return !stopped_;
 }
 
 }  // namespace kiri::tov

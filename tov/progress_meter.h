@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 
 #include "tov/progress.h"
 
@@ -15,21 +16,32 @@ public:
     ProgressMeter(TovProgress const& progress, std::uint64_t size);
 
     /// Counts so many bytes more. False if the load is to stop.
-    bool add(std::size_t bytes) {
+    bool add(std::size_t bytes) noexcept {
         read_ += bytes;
         return read_ < next_ || report();
     }
 
     /// Tells that the file was read to its end. False if the load is to stop all the same.
-    bool finish();
+    bool finish() noexcept;
+
+    /// Whether the function asked for a stop, by its result or by an exception.
+    bool stopped() const { return stopped_; }
+
+    /// Throws the exception that came out of the function, if one did.
+    void rethrow() const {
+        if (thrown_ != nullptr) std::rethrow_exception(thrown_);
+    }
 
 private:
-    bool report();
+    bool report() noexcept;
+    bool call(std::uint64_t size) noexcept;
 
     TovProgress const& progress_;
     std::uint64_t size_;
     std::uint64_t read_ = 0;
     std::uint64_t next_;  // the count of the next call
+    bool stopped_ = false;
+    std::exception_ptr thrown_;
 };
 
 }  // namespace kiri::tov

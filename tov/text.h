@@ -18,7 +18,7 @@ inline bool isSpace(char c) {
 }
 
 /// The text of a C text; empty for null.
-inline std::string_view textOf(char const* text) {
+inline std::string_view orEmpty(char const* text) {
     return text == nullptr ? std::string_view() : text;
 }
 

@@ -11,7 +11,7 @@ bool isEnclosed(std::string_view text, char open, char close) {
 }
 
 // The group at the start of `text`, with its brackets; all of the text if nothing closes it. The matcher skips one
-// nested group and no more: a group ends at the first `close` behind the first nested group. Saved files rely on this
+// nested group and no more: a group ends at the first `close` after the first nested group. Saved files rely on this
 // limit.
 std::string_view groupOf(std::string_view text, char open, char close) {
     std::size_t end = text.find(close, 1);
@@ -33,7 +33,7 @@ bool WordCursor::next(std::string_view& word) {
     if (at_ == end_) return false;
     char const* const first = at_;
     char const* const end = end_;
-    char const* at = first;  // behind the word
+    char const* at = first;  // the end of the word
     std::string_view const rest(first, static_cast<std::size_t>(end - first));
     if (*first == '"') {
         std::size_t const quote = rest.find('"', 1);

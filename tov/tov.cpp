@@ -1,20 +1,24 @@
 #include "tov/tov.h"
 
-#include "tov/cmd/cmd.h"
-#include "tov/cmd_list.h"
-#include "tov/fetch_ahead.h"
+#include "tov/command_kind.h"
+#include "tov/import.h"
+#include "tov/input_file.h"
+#include "tov/loader.h"
+#include "tov/output_file.h"
+#include "tov/writer.h"
 
 namespace kiri::tov {
 
+namespace {
+
 void freeCommands(std::list<TovCmd*>& list) {
-    forEachFetched<fetchedOfCommand>(list, [](TovCmd* cmd) { delete cmd; });
+    for (TovCmd* cmd : list) delete cmd;
     list.clear();
 }
 
-void append(std::list<TovCmd*>& list, std::unique_ptr<TovCmd> cmd) {
-    list.push_back(cmd.get());
-    cmd.release();
-}
+}  // namespace
+
+TOV::TOV() : cmdLists_(new std::list<TovCmd*>[std::size(commandKinds)]) {}
 
 TOV::~TOV() {
     // Large blocks go first: an allocator may merge all the small blocks freed so far when a large one
@@ -25,9 +29,43 @@ TOV::~TOV() {
 }
 
 void TOV::reset() {
-    for (std::list<TovCmd*>& list : cmdLists_) freeCommands(list);
+    for (CommandKind const& kind : commandKinds) freeCommands(*getTovCmdList(kind.list));
     delete dci;
     dci = nullptr;
+}
+
+bool TOV::load(char const* path) {
+    return load(path, {});
+}
+
+bool TOV::load(char const* path, TovProgress const& progress) {
+    if (!InputFile::exists(path)) return false;
+    reset();
+    // A file that cannot be opened gives no command: callers test existence only.
+    return readTovFile(*this, path, progress) != ReadResult::stopped;
+}
+
+bool TOV::parseTovFile(char const* path) {
+    if (!InputFile::exists(path)) return false;
+    // The other lists keep their commands: the file's are added to them.
+    freeCommands(*getTovCmdList(TOVCMD_ATTRIBUTE));
+    return readTovFile(*this, path, {}) == ReadResult::whole;
+}
+
+std::string TOV::toSaveString() {
+    return fileTextOf(*this);
+}
+
+bool TOV::save(char const* path) {
+    std::string const text = toSaveString();
+    OutputFile file(path);
+    if (!file.isOpen()) return false;
+    file.write(text);
+    return true;
+}
+
+void TOV::loadTaObjects(taDci* db, bool ioEnabled) {
+    importRecords(*this, *db, ioEnabled);
 }
 
 std::list<TovCmd*>* TOV::getTovCmdList(TOVCMD_TYPE type) {
@@ -36,6 +74,14 @@ std::list<TovCmd*>* TOV::getTovCmdList(TOVCMD_TYPE type) {
 
 ppStlList<char*>* TOV::getErrorList() {
     return dci == nullptr ? nullptr : &dci->errors;
+}
+
+std::string TOV::sdcComments() const {
+    return std::string(sdcHeader);
+}
+
+std::string TOV::attributeComments() const {
+    return std::string(attributeHeader);
 }
 
 }  // namespace kiri::tov

@@ -1,12 +1,13 @@
 #ifndef TOVENG_TOV_TOV_H
 #define TOVENG_TOV_TOV_H
 
-#include <array>
 #include <list>
+#include <memory>
 #include <string>
 
 #include "platform/dci.h"
 #include "platform/export.h"
+#include "tov/progress.h"
 
 namespace kiri::tov {
 
@@ -33,8 +34,8 @@ enum TOVCMD_TYPE : int {
 /// at a time; different documents may be used by different threads at once.
 class TOVENG_API TOV {
 public:
-    TOV() = default;
-    /// Deletes all; the comments go first.
+    TOV();
+    /// Deletes the commands and `dci`.
     ~TOV();
     TOV(TOV const&) = delete;
     TOV& operator=(TOV const&) = delete;
@@ -42,11 +43,15 @@ public:
     /// Deletes all commands and the database object. The comments stay.
     void reset();
 
-    /// Replaces the content by that of the file. False, and nothing changed, if nothing exists at `path`; a
-    /// file that exists and cannot be opened or read gives true and what could be read of it.
-    /// std::out_of_range at a "create_clock" line that ends in "-waveform"; what stands before that line is
-    /// kept.
+    /// Replaces the content by that of the file. False, and nothing changed, if nothing exists at `path`. True tells no
+    /// more than that something does: a file that cannot be opened or read leaves what could be read of it. Where a
+    /// file must not be overwritten unless it was read, use parseTovFile on a new document. std::out_of_range at a
+    /// "create_clock" line that ends in "-waveform"; the lines before it are kept.
     bool load(char const* path);
+
+    /// The same, and `progress` is told how far the load is. When it stops the load, the result is false and the
+    /// document is as after its construction.
+    bool load(char const* path, TovProgress const& progress);
 
     /// As load, but adds to the nine lists of timing commands; the attributes and comments are replaced. True
     /// only if the file was read to its end.
@@ -63,8 +68,8 @@ public:
     /// it. Input and output delays become enabled as `ioEnabled` says; other commands are enabled.
     void loadTaObjects(taDci* db, bool ioEnabled);
 
-    /// Returns the list of that kind; null for TOVCMD_NONE and what is no kind. The list may be edited: the
-    /// document owns the commands in it and gives up those that are taken out.
+    /// Returns the list of that kind; null for TOVCMD_NONE and what is no kind. The list may be edited: the document
+    /// owns the commands in it, and a command taken out belongs to the caller.
     std::list<TovCmd*>* getTovCmdList(TOVCMD_TYPE type);
 
     /// Returns the error list of `dci`; null without one.
@@ -78,9 +83,7 @@ public:
     std::string attributeCommentText;  ///< comment lines of the attribute section, likewise
 
 private:
-    static constexpr int listCount = 10;
-
-    std::array<std::list<TovCmd*>, listCount> cmdLists_;
+    std::unique_ptr<std::list<TovCmd*>[]> cmdLists_;  // one for each kind; their number is no part of the layout
 
 public:
     taDci* dci = nullptr;  ///< owned; set by the application alone

@@ -1,8 +1,10 @@
 #include "tov/cmd/attr.h"
 
+#include <string_view>
 #include <utility>
 
 #include "tov/text.h"
+#include "tov/tokenizer.h"
 
 namespace kiri::tov {
 
@@ -13,6 +15,20 @@ TovCmdAttr::TovCmdAttr(std::string text1_, std::string text2_, std::string text3
       text3(std::move(text3_)),
       text4(std::move(text4_)),
       text5(std::move(text5_)) {}
+
+//   #attribute text text text text text [ -disable | ignored word ]
+TovCmdAttr::TovCmdAttr(char const* line) {
+    WordCursor words(orEmpty(line));
+    std::string_view word;
+    words.next(word);
+    for (std::string* text : {&text1, &text2, &text3, &text4, &text5}) {
+        if (words.next(word)) *text = word;
+    }
+    bool const marked = words.next(word) && word == disableOption;
+    enabled = !(marked && !words.next(word));
+}
+
+TovCmdAttr::TovCmdAttr(std::string const& line) : TovCmdAttr(line.c_str()) {}
 
 TovCmdAttr::~TovCmdAttr() = default;
 

@@ -11,6 +11,10 @@ namespace kiri::tov {
 class TOVENG_API TovCmdAttr : public TovCmd {
 public:
     TovCmdAttr(std::string text1, std::string text2, std::string text3, std::string text4, std::string text5);
+    /// Reads a line (null reads as ""): the five words after the first one, of which missing ones stay empty. Enabled
+    /// unless the seventh and last word is "-disable".
+    explicit TovCmdAttr(std::string const& line);
+    explicit TovCmdAttr(char const* line);
     ~TovCmdAttr() override;
 
     /// The fields are separated by tabs; a disabled attribute ends in "-disable" and bears no prefix.

@@ -23,10 +23,10 @@ void readWaveform(TovCmdClockDef& cmd, std::string_view group) {
 }
 
 constexpr Option<TovCmdClockDef> options[] = {
-    {"-period", OptionValue::wanted, [](auto& cmd, auto value) { parseFloatValue(value, cmd.period); }},
-    {"-name", OptionValue::wanted, [](auto& cmd, auto value) { cmd.clockName = value; }},
+    {"-period", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { parseFloatValue(value, cmd.period); }},
+    {"-name", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { cmd.clockName = value; }},
     // The one option that is an error without its value.
-    {"-waveform", OptionValue::required, readWaveform},
+    {"-waveform", OptionValue::throwsAtEnd, readWaveform},
 };
 
 void readTargets(TovCmdClockDef& cmd, std::string_view word) {
@@ -35,13 +35,11 @@ void readTargets(TovCmdClockDef& cmd, std::string_view word) {
 
 }  // namespace
 
-TovCmdClockDef::TovCmdClockDef(std::string_view line) : TovCmdClockDef() {
-    WordCursor words(line);
-    if (beginLine(*this, words, keywords)) readWords(*this, words, options, readTargets);
+TovCmdClockDef::TovCmdClockDef(char const* line) : TovCmdClockDef(0, nullptr, nullptr) {
+    readLine(*this, line, keywords, options, readTargets);
 }
 
-TovCmdClockDef::TovCmdClockDef(std::string const& line) : TovCmdClockDef(std::string_view(line)) {}
-TovCmdClockDef::TovCmdClockDef(char const* line) : TovCmdClockDef(textOf(line)) {}
+TovCmdClockDef::TovCmdClockDef(std::string const& line) : TovCmdClockDef(line.c_str()) {}
 
 TovCmdClockDef::TovCmdClockDef(taDciSynClk* record)
     : TovCmdClockDef(fromThousandths(record->period), record->name, record->text) {
@@ -52,7 +50,7 @@ TovCmdClockDef::TovCmdClockDef(taDciSynClk* record)
 }
 
 TovCmdClockDef::TovCmdClockDef(float period_, char const* name, char const* text)
-    : TovCmd(text), period(period_), clockName(textOf(name)) {}
+    : TovCmd(text), period(period_), clockName(orEmpty(name)) {}
 
 TovCmdClockDef::~TovCmdClockDef() {
     freeDciObjList(targets);

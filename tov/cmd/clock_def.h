@@ -2,7 +2,6 @@
 #define TOVENG_TOV_CMD_CLOCK_DEF_H
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "tov/cmd/cmd.h"
@@ -14,7 +13,6 @@ class TOVENG_API TovCmdClockDef : public TovCmd {
 public:
     /// Reads a line (null reads as ""); std::out_of_range if "-waveform" is its last word.
     explicit TovCmdClockDef(std::string const& line);
-    explicit TovCmdClockDef(std::string_view line);
     explicit TovCmdClockDef(char const* line);
     /// Copies a database record.
     explicit TovCmdClockDef(taDciSynClk* record);
@@ -28,9 +26,6 @@ public:
     std::vector<float> waveform;  ///< edge times in the file's time unit
     std::string clockName;
     ppStlList<taDciObj*> targets;  ///< owned
-
-private:
-    TovCmdClockDef() = default;
 };
 
 }  // namespace kiri::tov

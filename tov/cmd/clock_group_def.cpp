@@ -22,7 +22,7 @@ ppStlList<taDciObj*>& addGroup(TovCmdClockGroupDef& cmd) {
 
 constexpr Option<TovCmdClockGroupDef> options[] = {
     {"-asynchronous", OptionValue::none, [](auto& cmd, auto) { cmd.exclusive = false; }},
-    {"-group", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(addGroup(cmd), value, false); }},
+    {"-group", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readObjs(addGroup(cmd), value, false); }},
 };
 
 bool isClock(taDciObjTyp type) {
@@ -35,13 +35,13 @@ std::size_t sizeOfNames(ppStlList<taDciObj*> const& group) {
     std::string_view name;
     for (taDciObj const* obj : group) {
         if (obj == nullptr) continue;
-        if (obj->name != name.data()) name = textOf(obj->name);
+        if (obj->name != name.data()) name = orEmpty(obj->name);
         size += name.size() + 1;
     }
     return size;
 }
 
-// A group's clocks are written as one query behind its other members. A member that is neither a clock nor a
+// A group's clocks are written as one query after its other members. A member that is neither a clock nor a
 // reserved key is glued to what stands before it: the file format has no blank there.
 void appendGroup(std::string& line, ppStlList<taDciObj*> const& group) {
     // A line that does not fit the memory fails here, and not after it has filled all there is.
@@ -51,7 +51,7 @@ void appendGroup(std::string& line, ppStlList<taDciObj*> const& group) {
     int count = 0;
     for (taDciObj const* obj : group) {
         if (obj == nullptr) continue;
-        std::string_view const name = textOf(obj->name);
+        std::string_view const name = orEmpty(obj->name);
         std::string_view const reserved = reservedExpression(obj->name);
         if (!reserved.empty()) {
             line.append(" ").append(reserved);
@@ -70,24 +70,20 @@ void appendGroup(std::string& line, ppStlList<taDciObj*> const& group) {
 
 }  // namespace
 
-TovCmdClockGroupDef::TovCmdClockGroupDef(bool exclusive_) : exclusive(exclusive_) {}
-
-TovCmdClockGroupDef::TovCmdClockGroupDef(std::string_view line) : TovCmdClockGroupDef() {
-    WordCursor words(line);
-    if (beginLine(*this, words, keywords)) readWords(*this, words, options, ignoreWord);
+TovCmdClockGroupDef::TovCmdClockGroupDef(char const* line) : TovCmdClockGroupDef(true) {
+    readLine(*this, line, keywords, options, ignoreWord);
 }
 
-TovCmdClockGroupDef::TovCmdClockGroupDef(std::string const& line) : TovCmdClockGroupDef(std::string_view(line)) {}
-TovCmdClockGroupDef::TovCmdClockGroupDef(char const* line) : TovCmdClockGroupDef(textOf(line)) {}
+TovCmdClockGroupDef::TovCmdClockGroupDef(std::string const& line) : TovCmdClockGroupDef(line.c_str()) {}
 
 TovCmdClockGroupDef::TovCmdClockGroupDef(taDciSynClkGroup* record)
     : TovCmdClockGroupDef((record->asynchronous ^ 1) != 0) {
-    note = textOf(record->text);
+    note = orEmpty(record->text);
     for (ppStlList<taDciSynClkGroupMember*> const* members : record->groups) {
         if (members == nullptr) continue;
         OwnedObjList clocks;
         for (taDciSynClkGroupMember const* member : *members) {
-            if (member != nullptr && member->clock != nullptr) clocks.append(member->clock->name, taDciObjClock);
+            if (member != nullptr && member->clock != nullptr) clocks.add(member->clock->name, taDciObjClock);
         }
         clocks.swap(addGroup(*this));
     }

@@ -2,7 +2,7 @@
 #define TOVENG_TOV_CMD_CLOCK_GROUP_DEF_H
 
 #include <string>
-#include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "tov/cmd/cmd.h"
@@ -12,10 +12,11 @@ namespace kiri::tov {
 /// "set_clock_groups": groups of clocks that are exclusive or asynchronous to each other.
 class TOVENG_API TovCmdClockGroupDef : public TovCmd {
 public:
-    explicit TovCmdClockGroupDef(bool exclusive);
+    /// Takes a bool alone: no pointer and no text turns into one on the way.
+    template <class Bool, class = std::enable_if_t<std::is_same_v<Bool, bool>>>
+    explicit TovCmdClockGroupDef(Bool exclusive_) : exclusive(exclusive_) {}
     /// Reads a line (null reads as ""); exclusive unless it holds "-asynchronous".
     explicit TovCmdClockGroupDef(std::string const& line);
-    explicit TovCmdClockGroupDef(std::string_view line);
     explicit TovCmdClockGroupDef(char const* line);
     /// Copies a database record.
     explicit TovCmdClockGroupDef(taDciSynClkGroup* record);
@@ -28,9 +29,6 @@ public:
 
     bool exclusive = true;                      ///< false: asynchronous
     std::vector<ppStlList<taDciObj*>*> groups;  ///< owned with their references; entries may be null
-
-private:
-    TovCmdClockGroupDef() = default;
 };
 
 }  // namespace kiri::tov

@@ -15,12 +15,14 @@ constexpr std::string_view bracketedQueries[] = {"get_ports", "get_nets",   "get
 
 }  // namespace
 
-TovCmd::TovCmd(char const* noteText) : note(textOf(noteText)) {}
+TovCmd::TovCmd(char const* noteText) : note(orEmpty(noteText)) {}
 
 TovCmd::~TovCmd() = default;
 
 ppStlList<taDciObj*> TovCmd::fromTclString(std::string const& text, bool source) {
-    return OwnedObjList(text, source).release();
+    ppStlList<taDciObj*> objs;
+    readObjs(objs, text, source);
+    return objs;
 }
 
 std::string TovCmd::toTclString(taDciObj* obj) {
@@ -38,7 +40,7 @@ bool TovCmd::reservedKey(char const* key, std::string& out) {
 
 std::string TovCmd::encloseBracket(char const* text) {
     constexpr char const* space = " \t\n\r";
-    std::string trimmed(textOf(text));
+    std::string trimmed(orEmpty(text));
     trimmed.erase(trimmed.find_last_not_of(space) + 1);
     trimmed.erase(0, trimmed.find_first_not_of(space));
     for (std::string_view query : bracketedQueries) {
@@ -50,6 +52,19 @@ std::string TovCmd::encloseBracket(char const* text) {
 std::string encloseDoubleQuotes(std::string const& text) {
     bool const quote = text.find_first_of(whiteSpace) != std::string::npos && text.find('"') == std::string::npos;
     return quote ? '"' + text + '"' : text;
+}
+
+void deepCopyDciObjList(ppStlList<taDciObj*>& from, ppStlList<taDciObj*>& to) {
+    OwnedObjList copies;
+    for (taDciObj* obj : from) {
+        if (obj != nullptr) copies.addCopy(obj);
+    }
+    copies.swap(to);
+}
+
+void freeDciObjList(ppStlList<taDciObj*>& list) {
+    for (taDciObj* obj : list) delete obj;
+    list.clear();
 }
 
 }  // namespace kiri::tov

@@ -10,11 +10,11 @@ namespace kiri::tov {
 
 class TOV;
 
-/// A command of a constraint file. It owns the object references in its lists and frees them when it is
-/// destroyed.
+/// A command of a constraint file. It owns the object references in its lists and frees them when it is destroyed.
 ///
-/// Commands come from a line of a file, from a record of the constraint database, or from plain values. No
-/// content of a line or record is an error: what a command does not understand it skips, as its class says.
+/// Commands come from a line of a file, from a record of the constraint database, or from plain values. A line is read
+/// up to its first NUL byte. Parsing ignores what the command does not understand. A command that is made from a line
+/// is disabled until someone enables it: "#disable " before a command is read by the loader, not by the constructors.
 /// Any constructor or operation may throw std::bad_alloc. One command is used by one thread at a time.
 class TOVENG_API TovCmd {
 public:
@@ -22,13 +22,15 @@ public:
     TovCmd& operator=(TovCmd const&) = delete;
     virtual ~TovCmd();
 
-    /// Returns the command's line as a file holds it, without a line end. The document is not read; null will
-    /// do.
+    /// Returns the command's line as a file holds it, without a line end. `document` is unused and may be null. A text
+    /// that a program or a database record gave is written as it stands, so a line feed in it starts a new line of the
+    /// file.
     virtual std::string toSaveString(TOV* document) = 0;
 
-    /// Reads an object expression such as "[ get_ports { a b } ]". The caller owns the references returned.
-    /// With `source`, ports and nets are of the kinds that stand for the source of a clock. Each word that is
-    /// no query gives one reference of kind taDciObjName named by the whole `text`.
+    /// Reads an object expression such as "[ get_ports { a b } ]". The caller owns the references returned. With
+    /// `source`, ports and nets get the type taDciObjSourcePort or taDciObjSourceNet. Each word that is no query gives
+    /// one reference of type taDciObjName named by the whole `text`. Free the references of a list before a new one is
+    /// assigned to it: assigning drops the pointers alone.
     static ppStlList<taDciObj*> fromTclString(std::string const& text, bool source);
 
     /// Returns the expression of one reference: a reserved expression, a query, or the name. Null gives "".

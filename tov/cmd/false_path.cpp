@@ -12,14 +12,16 @@ namespace {
 constexpr std::string_view keywords[] = {"set_false_path"};
 
 constexpr Option<TovCmdFalsePath> options[] = {
-    {"-from", OptionValue::wanted, readFrom},
-    {"-to", OptionValue::wanted, readTo},
-    {"-through", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.through, value, false); }},
+    {"-from", OptionValue::ignoredAtEnd, readFrom},
+    {"-to", OptionValue::ignoredAtEnd, readTo},
+    {"-through", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readObjs(cmd.through, value, false); }},
 };
 
 }  // namespace
 
 TovCmdFalsePath::TovCmdFalsePath(char* note_) : TovCmd(note_) {}
+
+TovCmdFalsePath::TovCmdFalsePath(std::nullptr_t) : TovCmdFalsePath(static_cast<char*>(nullptr)) {}
 
 TovCmdFalsePath::TovCmdFalsePath(taDciSynFalse* record) : TovCmdFalsePath(record->note) {
     deepCopyDciObjList(record->from, from);
@@ -27,13 +29,11 @@ TovCmdFalsePath::TovCmdFalsePath(taDciSynFalse* record) : TovCmdFalsePath(record
     deepCopyDciObjList(record->through, through);
 }
 
-TovCmdFalsePath::TovCmdFalsePath(std::string_view line) : TovCmdFalsePath() {
-    WordCursor words(line);
-    if (beginLine(*this, words, keywords)) readWords(*this, words, options, ignoreWord);
+TovCmdFalsePath::TovCmdFalsePath(char const* line) : TovCmdFalsePath(nullptr) {
+    readLine(*this, line, keywords, options, ignoreWord);
 }
 
-TovCmdFalsePath::TovCmdFalsePath(std::string const& line) : TovCmdFalsePath(std::string_view(line)) {}
-TovCmdFalsePath::TovCmdFalsePath(char const* line) : TovCmdFalsePath(textOf(line)) {}
+TovCmdFalsePath::TovCmdFalsePath(std::string const& line) : TovCmdFalsePath(line.c_str()) {}
 
 TovCmdFalsePath::~TovCmdFalsePath() {
     freeDciObjList(from);

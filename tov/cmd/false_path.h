@@ -1,8 +1,8 @@
 #ifndef TOVENG_TOV_CMD_FALSE_PATH_H
 #define TOVENG_TOV_CMD_FALSE_PATH_H
 
+#include <cstddef>
 #include <string>
-#include <string_view>
 
 #include "tov/cmd/cmd.h"
 
@@ -13,11 +13,11 @@ class TOVENG_API TovCmdFalsePath : public TovCmd {
 public:
     /// `note` may be null.
     explicit TovCmdFalsePath(char* note);
+    explicit TovCmdFalsePath(std::nullptr_t note);
     /// Copies a database record.
     explicit TovCmdFalsePath(taDciSynFalse* record);
     /// Reads a line (null reads as ""); unknown words are skipped.
     explicit TovCmdFalsePath(std::string const& line);
-    explicit TovCmdFalsePath(std::string_view line);
     explicit TovCmdFalsePath(char const* line);
     ~TovCmdFalsePath() override;
 
@@ -26,9 +26,6 @@ public:
     ppStlList<taDciObj*> from;     ///< owned
     ppStlList<taDciObj*> to;       ///< owned
     ppStlList<taDciObj*> through;  ///< owned; written only where from and to are empty
-
-private:
-    TovCmdFalsePath() = default;
 };
 
 }  // namespace kiri::tov

@@ -27,12 +27,12 @@ void readDutyCycle(TovCmdGenClockDef& cmd, std::string_view value) {
 }
 
 constexpr Option<TovCmdGenClockDef> options[] = {
-    {"-divide_by", OptionValue::wanted, [](auto& cmd, auto value) { readInteger(cmd.divideBy, value); }},
-    {"-multiply_by", OptionValue::wanted, [](auto& cmd, auto value) { readInteger(cmd.multiplyBy, value); }},
-    {"-name", OptionValue::wanted, [](auto& cmd, auto value) { cmd.clockName = value; }},
-    {"-duty_cycle", OptionValue::wanted, readDutyCycle},
-    {"-source", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.sources, value, true); }},
-    {"-master_clock", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.masterClock, value, true); }},
+    {"-divide_by", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readInteger(cmd.divideBy, value); }},
+    {"-multiply_by", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readInteger(cmd.multiplyBy, value); }},
+    {"-name", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { cmd.clockName = value; }},
+    {"-duty_cycle", OptionValue::ignoredAtEnd, readDutyCycle},
+    {"-source", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readObjs(cmd.sources, value, true); }},
+    {"-master_clock", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readObjs(cmd.masterClock, value, true); }},
 };
 
 void readTargets(TovCmdGenClockDef& cmd, std::string_view word) {
@@ -46,24 +46,22 @@ void appendInteger(std::string& line, char const* format, std::string const& tex
 
 }  // namespace
 
-TovCmdGenClockDef::TovCmdGenClockDef(std::string_view line) : TovCmdGenClockDef() {
-    WordCursor words(line);
-    if (beginLine(*this, words, keywords)) readWords(*this, words, options, readTargets);
+TovCmdGenClockDef::TovCmdGenClockDef(char const* line) : TovCmdGenClockDef(nullptr, nullptr) {
+    readLine(*this, line, keywords, options, readTargets);
 }
 
-TovCmdGenClockDef::TovCmdGenClockDef(std::string const& line) : TovCmdGenClockDef(std::string_view(line)) {}
-TovCmdGenClockDef::TovCmdGenClockDef(char const* line) : TovCmdGenClockDef(textOf(line)) {}
+TovCmdGenClockDef::TovCmdGenClockDef(std::string const& line) : TovCmdGenClockDef(line.c_str()) {}
 
 TovCmdGenClockDef::TovCmdGenClockDef(taDciSynClk* record) : TovCmdGenClockDef(record->name, record->text) {
-    divideBy = textOf(record->divideBy);
-    multiplyBy = textOf(record->multiplyBy);
-    dutyCycle = textOf(record->dutyCycle);
+    divideBy = orEmpty(record->divideBy);
+    multiplyBy = orEmpty(record->multiplyBy);
+    dutyCycle = orEmpty(record->dutyCycle);
     deepCopyDciObjList(record->source, sources);
     if (record->masterClock != nullptr) setClock(masterClock, record->masterClock->name);
     deepCopyDciObjList(record->targets, targets);
 }
 
-TovCmdGenClockDef::TovCmdGenClockDef(char const* name, char const* text) : TovCmd(text), clockName(textOf(name)) {}
+TovCmdGenClockDef::TovCmdGenClockDef(char const* name, char const* text) : TovCmd(text), clockName(orEmpty(name)) {}
 
 TovCmdGenClockDef::~TovCmdGenClockDef() {
     freeDciObjList(sources);

@@ -2,7 +2,6 @@
 #define TOVENG_TOV_CMD_GEN_CLOCK_DEF_H
 
 #include <string>
-#include <string_view>
 
 #include "tov/cmd/cmd.h"
 
@@ -13,7 +12,6 @@ class TOVENG_API TovCmdGenClockDef : public TovCmd {
 public:
     /// Reads a line (null reads as ""); numbers become normal decimal texts.
     explicit TovCmdGenClockDef(std::string const& line);
-    explicit TovCmdGenClockDef(std::string_view line);
     explicit TovCmdGenClockDef(char const* line);
     /// Copies a database record; its numbers stay the texts they are.
     explicit TovCmdGenClockDef(taDciSynClk* record);
@@ -30,9 +28,6 @@ public:
     std::string dutyCycle;             ///< per cent, with six decimals; else as divideBy
     std::string clockName;
     ppStlList<taDciObj*> targets;  ///< owned
-
-private:
-    TovCmdGenClockDef() = default;
 };
 
 }  // namespace kiri::tov

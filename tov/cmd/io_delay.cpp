@@ -14,14 +14,14 @@ constexpr std::string_view keywords[] = {"set_input_delay", "set_output_delay"};
 constexpr Option<TovCmdIODelay> options[] = {
     {"-max", OptionValue::none, [](auto& cmd, auto) { cmd.max = true; }},
     {"-min", OptionValue::none, [](auto& cmd, auto) { cmd.min = true; }},
-    {"-clock", OptionValue::wanted, [](auto& cmd, auto value) { readObjs(cmd.clock, value, false); }},
+    {"-clock", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readObjs(cmd.clock, value, false); }},
 };
 
 void readDelayOrObjects(TovCmdIODelay& cmd, std::string_view word) {
     if (!parseFloatValue(word, cmd.delay)) readObjs(cmd.objects, word, false);
 }
 
-// The blank behind the clock is always there, and so ends a line without objects.
+// The blank after the clock is always there, and so ends a line without objects.
 void appendDelay(std::string& line, TovCmdIODelay const& cmd) {
     if (cmd.max) line += " -max";
     if (cmd.min) line += " -min";
@@ -34,7 +34,7 @@ void appendDelay(std::string& line, TovCmdIODelay const& cmd) {
 }  // namespace
 
 TovCmdIODelay::TovCmdIODelay(float delay_, char const* label_, char* note_)
-    : TovCmd(note_), delay(delay_), label(textOf(label_)) {}
+    : TovCmd(note_), delay(delay_), label(orEmpty(label_)) {}
 
 TovCmdIODelay::TovCmdIODelay(taDciSynIo* record)
     : TovCmdIODelay(fromThousandths(record->delay), record->label, record->note) {
@@ -44,13 +44,11 @@ TovCmdIODelay::TovCmdIODelay(taDciSynIo* record)
     deepCopyDciObjList(record->objects, objects);
 }
 
-TovCmdIODelay::TovCmdIODelay(std::string_view line) : TovCmdIODelay() {
-    WordCursor words(line);
-    if (beginLine(*this, words, keywords)) readWords(*this, words, options, readDelayOrObjects);
+TovCmdIODelay::TovCmdIODelay(char const* line) : TovCmdIODelay(0, nullptr, nullptr) {
+    readLine(*this, line, keywords, options, readDelayOrObjects);
 }
 
-TovCmdIODelay::TovCmdIODelay(std::string const& line) : TovCmdIODelay(std::string_view(line)) {}
-TovCmdIODelay::TovCmdIODelay(char const* line) : TovCmdIODelay(textOf(line)) {}
+TovCmdIODelay::TovCmdIODelay(std::string const& line) : TovCmdIODelay(line.c_str()) {}
 
 TovCmdIODelay::~TovCmdIODelay() {
     freeDciObjList(objects);

@@ -2,7 +2,6 @@
 #define TOVENG_TOV_CMD_IO_DELAY_H
 
 #include <string>
-#include <string_view>
 
 #include "tov/cmd/cmd.h"
 
@@ -17,7 +16,6 @@ public:
     explicit TovCmdIODelay(taDciSynIo* record);
     /// Reads a line (null reads as ""); either keyword will do.
     explicit TovCmdIODelay(std::string const& line);
-    explicit TovCmdIODelay(std::string_view line);
     explicit TovCmdIODelay(char const* line);
     ~TovCmdIODelay() override;
 
@@ -27,9 +25,6 @@ public:
     std::string label;             ///< free text; never written
     ppStlList<taDciObj*> clock;    ///< owned
     ppStlList<taDciObj*> objects;  ///< owned
-
-private:
-    TovCmdIODelay() = default;
 };
 
 /// "set_input_delay".

@@ -12,8 +12,8 @@ namespace {
 constexpr std::string_view keywords[] = {"set_multicycle_path"};
 
 constexpr Option<TovCmdMultiPath> options[] = {
-    {"-from", OptionValue::wanted, readFrom},
-    {"-to", OptionValue::wanted, readTo},
+    {"-from", OptionValue::ignoredAtEnd, readFrom},
+    {"-to", OptionValue::ignoredAtEnd, readTo},
 };
 
 void readMultiplier(TovCmdMultiPath& cmd, std::string_view word) {
@@ -31,13 +31,11 @@ TovCmdMultiPath::TovCmdMultiPath(taDciSynMcyc* record)
     deepCopyDciObjList(record->to, to);
 }
 
-TovCmdMultiPath::TovCmdMultiPath(std::string_view line) : TovCmdMultiPath() {
-    WordCursor words(line);
-    if (beginLine(*this, words, keywords)) readWords(*this, words, options, readMultiplier);
+TovCmdMultiPath::TovCmdMultiPath(char const* line) : TovCmdMultiPath(0, nullptr) {
+    readLine(*this, line, keywords, options, readMultiplier);
 }
 
-TovCmdMultiPath::TovCmdMultiPath(std::string const& line) : TovCmdMultiPath(std::string_view(line)) {}
-TovCmdMultiPath::TovCmdMultiPath(char const* line) : TovCmdMultiPath(textOf(line)) {}
+TovCmdMultiPath::TovCmdMultiPath(std::string const& line) : TovCmdMultiPath(line.c_str()) {}
 
 TovCmdMultiPath::~TovCmdMultiPath() {
     freeDciObjList(from);

@@ -2,7 +2,6 @@
 #define TOVENG_TOV_CMD_MULTI_PATH_H
 
 #include <string>
-#include <string_view>
 
 #include "tov/cmd/cmd.h"
 
@@ -17,7 +16,6 @@ public:
     explicit TovCmdMultiPath(taDciSynMcyc* record);
     /// Reads a line (null reads as ""); unknown words are skipped.
     explicit TovCmdMultiPath(std::string const& line);
-    explicit TovCmdMultiPath(std::string_view line);
     explicit TovCmdMultiPath(char const* line);
     ~TovCmdMultiPath() override;
 
@@ -26,9 +24,6 @@ public:
     int multiplier = 0;         ///< clock cycles
     ppStlList<taDciObj*> from;  ///< owned
     ppStlList<taDciObj*> to;    ///< owned
-
-private:
-    TovCmdMultiPath() = default;
 };
 
 }  // namespace kiri::tov

@@ -18,12 +18,11 @@ bool isDigit(char c) {
 
 // The forms that std::from_chars leaves out: hexadecimal numbers, and what no double holds.
 double strtodInPlainLocale(std::string_view text) {
-    struct PlainLocale {
-        locale_t const handle = ::newlocale(LC_ALL_MASK, "C", nullptr);
-        ~PlainLocale() { ::freelocale(handle); }
-    };
-    static PlainLocale const locale;
-    return ::strtod_l(std::string(text).c_str(), nullptr, locale.handle);
+    std::string const copy(text);
+    locale_t const plain = ::newlocale(LC_ALL_MASK, "C", nullptr);
+    double const value = ::strtod_l(copy.c_str(), nullptr, plain);
+    ::freelocale(plain);
+    return value;
 }
 
 }  // namespace

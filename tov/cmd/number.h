@@ -5,12 +5,11 @@
 
 namespace kiri::tov {
 
-/// Reads a number as strtod does in the "C" locale, characters behind it ignored, and narrows it to float.
-/// The first character, or the second behind a minus sign, must be a digit; otherwise false, and `out`
-/// untouched.
+/// Reads a number as strtod does in the "C" locale, characters after it ignored, and narrows it to float. The first
+/// character, or the second after a minus sign, must be a digit; otherwise false, and `out` untouched.
 bool parseFloatValue(std::string_view text, float& out);
 
-/// Cuts the fraction off. What no int holds becomes the nearest int; NaN becomes 0.
+/// Truncates; out of range saturates; NaN gives 0.
 int truncateToInt(float value);
 
 /// A thousandth of a database number: picoseconds to nanoseconds.

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "platform/dci_make.h"
 #include "platform/ut.h"
 #include "tov/text.h"
 #include "tov/tokenizer.h"
@@ -65,39 +64,39 @@ OwnedObjList::OwnedObjList(std::string_view expression, bool source) : OwnedObjL
     for (std::string_view word; words.next(word);) {
         Query const* const query = findQuery([word](Query const& q) { return q.word() == word; });
         if (query == nullptr) {
-            // Every word that is no query stands for the whole expression.
-            list_.push_back(nullptr);
-            list_.back() = whole == nullptr ? makeDciObj(expression, taDciObjName) : makeDciObjWithSharedName(whole);
+            // Every word that is no query stands for the whole expression. The copies share its text.
+            if (whole == nullptr) {
+                add(expression, taDciObjName);
+            } else {
+                addCopy(whole);
+            }
             whole = list_.back();
             continue;
         }
         std::string_view argument;
         if (!words.next(argument)) break;
         WordCursor names(strip(argument, '{', '}'));
-        for (std::string_view name; names.next(name);) append(name, source ? query->sourceType : query->type);
+        for (std::string_view name; names.next(name);) add(name, source ? query->sourceType : query->type);
     }
 }
 
-// The node is there before its reference, so that a reference is in the list from its first moment on.
-void OwnedObjList::append(std::string_view name, taDciObjTyp type) {
-    list_.push_back(nullptr);
-    list_.back() = makeDciObj(name, type);
-}
-
-void OwnedObjList::append(char const* name, taDciObjTyp type) {
+// Link the node first: if the next allocation throws, nothing leaks.
+void OwnedObjList::add(char const* name, taDciObjTyp type) {
     list_.push_back(nullptr);
     list_.back() = new taDciObj(name, nullptr, type, taDciObjNone);
 }
 
-void OwnedObjList::appendCopy(taDciObj* obj) {
-    list_.push_back(nullptr);
-    list_.back() = new taDciObj(obj);
+// The database takes C texts, so the name is copied once to end in a NUL byte; usual names need no block for that.
+void OwnedObjList::add(std::string_view name, taDciObjTyp type) {
+    char text[128];
+    if (name.size() >= sizeof text) return add(std::string(name).c_str(), type);
+    text[name.copy(text, sizeof text)] = '\0';
+    add(text, type);
 }
 
-ppStlList<taDciObj*> OwnedObjList::release() noexcept {
-    ppStlList<taDciObj*> list;
-    list.swap(list_);
-    return list;
+void OwnedObjList::addCopy(taDciObj* obj) {
+    list_.push_back(nullptr);
+    list_.back() = new taDciObj(obj);
 }
 
 std::string_view reservedExpression(char const* key) {
@@ -116,7 +115,7 @@ void appendTclString(std::string& out, taDciObj const* obj) {
         out += reserved;
         return;
     }
-    std::string_view const name = textOf(obj->name);
+    std::string_view const name = orEmpty(obj->name);
     taDciObjTyp const type = obj->type == taDciObjPin2 ? taDciObjPin : obj->type;
     Query const* const query = findQuery([type](Query const& q) { return q.type == type || q.sourceType == type; });
     if (query == nullptr) {
@@ -128,21 +127,8 @@ void appendTclString(std::string& out, taDciObj const* obj) {
 
 void setClock(ppStlList<taDciObj*>& list, char const* name) {
     OwnedObjList clock;
-    clock.append(name, taDciObjClock);
+    clock.add(name, taDciObjClock);
     clock.swap(list);
-}
-
-void deepCopyDciObjList(ppStlList<taDciObj*>& from, ppStlList<taDciObj*>& to) {
-    OwnedObjList copies;
-    for (taDciObj* obj : from) {
-        if (obj != nullptr) copies.appendCopy(obj);
-    }
-    copies.swap(to);
-}
-
-void freeDciObjList(ppStlList<taDciObj*>& list) {
-    for (taDciObj* obj : list) delete obj;
-    list.clear();
 }
 
 }  // namespace kiri::tov

@@ -19,19 +19,24 @@ public:
     OwnedObjList(OwnedObjList const&) = delete;
     OwnedObjList& operator=(OwnedObjList const&) = delete;
 
-    /// Appends a new reference.
-    void append(std::string_view name, taDciObjTyp type);
-    void append(char const* name, taDciObjTyp type);
-    /// Appends a copy of the record.
-    void appendCopy(taDciObj* obj);
+    /// Adds a new reference; null is no name.
+    void add(char const* name, taDciObjTyp type);
+    /// Adds a copy of the record.
+    void addCopy(taDciObj* obj);
 
     /// Hands the references to `to` and takes over those that stood there.
     void swap(ppStlList<taDciObj*>& to) noexcept { list_.swap(to); }
-    ppStlList<taDciObj*> release() noexcept;
 
 private:
+    void add(std::string_view name, taDciObjTyp type);
+
     ppStlList<taDciObj*> list_;
 };
+
+/// Replaces the content of a list by what `expression` names.
+inline void readObjs(ppStlList<taDciObj*>& list, std::string_view expression, bool source) {
+    OwnedObjList(expression, source).swap(list);
+}
 
 /// Replaces the content of a list by a reference to the clock of that name.
 void setClock(ppStlList<taDciObj*>& list, char const* name);

@@ -10,6 +10,7 @@
 #include "tov/cmd/cmd.h"
 #include "tov/cmd/number.h"
 #include "tov/cmd/obj_list.h"
+#include "tov/text.h"
 #include "tov/tokenizer.h"
 
 namespace kiri::tov {
@@ -17,8 +18,8 @@ namespace kiri::tov {
 /// What follows an option word.
 enum class OptionValue {
     none,
-    wanted,   ///< a word; the option is ignored where the line ends
-    required  ///< a word; std::out_of_range where the line ends
+    ignoredAtEnd,  ///< a word; at the end of the line the option is ignored
+    throwsAtEnd    ///< a word; at the end of the line std::out_of_range is thrown
 };
 
 /// An option of a command line: its word, and what it does to the command.
@@ -29,24 +30,20 @@ struct Option {
     void (*apply)(Cmd& cmd, std::string_view value);
 };
 
-/// Begins to read a command's line: false if its first word is none of `keywords`. A recognised command is
-/// disabled until its reader knows better.
-template <std::size_t N>
-bool beginLine(TovCmd& cmd, WordCursor& words, std::string_view const (&keywords)[N]) {
-    std::string_view first;
-    if (!words.next(first) || std::find(std::begin(keywords), std::end(keywords), first) == std::end(keywords)) {
-        return false;
-    }
+/// Reads a line whose first word is one of `keywords`: options as the table tells, any other word by `other`. Another
+/// line leaves the command as it is. Empty words between options are skipped; as the value of an option an empty word
+/// counts. A command that is read is disabled; the loader sets `enabled` afterwards.
+///
+/// The constructors that read a line or a record first delegate to the one from values: the command is complete then,
+/// and its destructor frees its lists if the reading throws.
+template <class Cmd, std::size_t Keywords, std::size_t Options>
+void readLine(Cmd& cmd, char const* line, std::string_view const (&keywords)[Keywords],
+              Option<Cmd> const (&options)[Options], void (*other)(Cmd& cmd, std::string_view word)) {
+    WordCursor words(orEmpty(line));
+    std::string_view word;
+    if (!words.next(word) || std::find(std::begin(keywords), std::end(keywords), word) == std::end(keywords)) return;
     cmd.enabled = false;
-    return true;
-}
-
-/// Reads the words behind the keyword: options as the table tells, any other word by `other`. Empty words
-/// between options are skipped; as the value of an option an empty word counts.
-template <class Cmd, std::size_t N>
-void readWords(Cmd& cmd, WordCursor& words, Option<Cmd> const (&options)[N],
-               void (*other)(Cmd& cmd, std::string_view word)) {
-    for (std::string_view word; words.next(word);) {
+    while (words.next(word)) {
         if (word.empty()) continue;
         auto const option = std::find_if(std::begin(options), std::end(options),
                                          [word](Option<Cmd> const& o) { return o.word == word; });
@@ -56,7 +53,7 @@ void readWords(Cmd& cmd, WordCursor& words, Option<Cmd> const (&options)[N],
         }
         std::string_view value;
         if (option->value != OptionValue::none && !words.next(value)) {
-            if (option->value == OptionValue::required) throw std::out_of_range("vector::_M_range_check");
+            if (option->value == OptionValue::throwsAtEnd) throw std::out_of_range("vector::_M_range_check");
             return;
         }
         option->apply(cmd, value);
@@ -66,11 +63,6 @@ void readWords(Cmd& cmd, WordCursor& words, Option<Cmd> const (&options)[N],
 /// For commands that skip the words they do not know.
 template <class Cmd>
 void ignoreWord(Cmd&, std::string_view) {}
-
-/// Replaces the content of an object list by what `expression` names.
-inline void readObjs(ppStlList<taDciObj*>& list, std::string_view expression, bool source) {
-    OwnedObjList(expression, source).swap(list);
-}
 
 /// The start and end points of a path, for all commands that have them.
 template <class Cmd>

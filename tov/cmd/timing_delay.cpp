@@ -12,8 +12,8 @@ namespace {
 constexpr std::string_view keywords[] = {"set_max_delay", "set_min_delay"};
 
 constexpr Option<TovCmdTimingDelay> options[] = {
-    {"-from", OptionValue::wanted, readFrom},
-    {"-to", OptionValue::wanted, readTo},
+    {"-from", OptionValue::ignoredAtEnd, readFrom},
+    {"-to", OptionValue::ignoredAtEnd, readTo},
 };
 
 void readDelay(TovCmdTimingDelay& cmd, std::string_view word) {
@@ -38,13 +38,11 @@ TovCmdTimingDelay::TovCmdTimingDelay(taDciSynMax* record)
     deepCopyDciObjList(record->to, to);
 }
 
-TovCmdTimingDelay::TovCmdTimingDelay(std::string_view line) : TovCmdTimingDelay() {
-    WordCursor words(line);
-    if (beginLine(*this, words, keywords)) readWords(*this, words, options, readDelay);
+TovCmdTimingDelay::TovCmdTimingDelay(char const* line) : TovCmdTimingDelay(0, nullptr) {
+    readLine(*this, line, keywords, options, readDelay);
 }
 
-TovCmdTimingDelay::TovCmdTimingDelay(std::string const& line) : TovCmdTimingDelay(std::string_view(line)) {}
-TovCmdTimingDelay::TovCmdTimingDelay(char const* line) : TovCmdTimingDelay(textOf(line)) {}
+TovCmdTimingDelay::TovCmdTimingDelay(std::string const& line) : TovCmdTimingDelay(line.c_str()) {}
 
 TovCmdTimingDelay::~TovCmdTimingDelay() {
     freeDciObjList(from);

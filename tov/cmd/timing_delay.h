@@ -2,7 +2,6 @@
 #define TOVENG_TOV_CMD_TIMING_DELAY_H
 
 #include <string>
-#include <string_view>
 
 #include "tov/cmd/cmd.h"
 
@@ -17,16 +16,12 @@ public:
     explicit TovCmdTimingDelay(taDciSynMax* record);
     /// Reads a line (null reads as ""); either keyword will do.
     explicit TovCmdTimingDelay(std::string const& line);
-    explicit TovCmdTimingDelay(std::string_view line);
     explicit TovCmdTimingDelay(char const* line);
     ~TovCmdTimingDelay() override;
 
     float delay = 0;            ///< nanoseconds
     ppStlList<taDciObj*> from;  ///< owned
     ppStlList<taDciObj*> to;    ///< owned
-
-private:
-    TovCmdTimingDelay() = default;
 };
 
 /// "set_max_delay".

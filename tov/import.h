@@ -1,0 +1,13 @@
+#ifndef TOVENG_TOV_IMPORT_H
+#define TOVENG_TOV_IMPORT_H
+
+#include "tov/tov.h"
+
+namespace kiri::tov {
+
+/// Adds the records of a database to a document, as TOV::loadTaObjects tells.
+void importRecords(TOV& document, taDci const& db, bool ioEnabled);
+
+}  // namespace kiri::tov
+
+#endif
