@@ -4,7 +4,9 @@
 #include <iterator>
 #include <list>
 #include <memory>
+#include <string>
 #include <string_view>
+#include <typeinfo>
 
 #include "tov/cmd/commands.h"
 #include "tov/tov.h"
@@ -16,6 +18,7 @@ struct CommandKind {
     TOVCMD_TYPE list;
     std::string_view keyword;
     std::unique_ptr<TovCmd> (*read)(char const* line);
+    void (*append)(std::string& text, TovCmd& cmd, TOV& document);
 };
 
 template <class Cmd>
@@ -23,18 +26,33 @@ std::unique_ptr<TovCmd> readCommand(char const* line) {
     return std::make_unique<Cmd>(line);
 }
 
+/// Appends the line that a command saves. A class derived from `Cmd` may save another one.
+template <class Cmd>
+void appendCommand(std::string& text, TovCmd& cmd, TOV& document) {
+    if (typeid(cmd) == typeid(Cmd)) {
+        static_cast<Cmd&>(cmd).appendSaveString(text);
+    } else {
+        text += cmd.toSaveString(&document);
+    }
+}
+
+template <class Cmd>
+constexpr CommandKind kindOf(TOVCMD_TYPE list, std::string_view keyword) {
+    return {list, keyword, readCommand<Cmd>, appendCommand<Cmd>};
+}
+
 /// All kinds, in the order of the lists. No keyword begins with another one, so each line is of one kind at most.
 inline constexpr CommandKind commandKinds[] = {
-    {TOVCMD_CLOCK, "create_clock", readCommand<TovCmdClockDef>},
-    {TOVCMD_GENCLOCK, "create_generated_clock", readCommand<TovCmdGenClockDef>},
-    {TOVCMD_CLOCKGROUP, "set_clock_groups", readCommand<TovCmdClockGroupDef>},
-    {TOVCMD_INPUTDELAY, "set_input_delay", readCommand<TovCmdInputDelay>},
-    {TOVCMD_OUTPUTDELAY, "set_output_delay", readCommand<TovCmdOutputDelay>},
-    {TOVCMD_MAXDELAY, "set_max_delay", readCommand<TovCmdMaxDelay>},
-    {TOVCMD_MINDELAY, "set_min_delay", readCommand<TovCmdMinDelay>},
-    {TOVCMD_MULTICYCLE, "set_multicycle_path", readCommand<TovCmdMultiPath>},
-    {TOVCMD_FALSEPATH, "set_false_path", readCommand<TovCmdFalsePath>},
-    {TOVCMD_ATTRIBUTE, "#attribute", readCommand<TovCmdAttr>},
+    kindOf<TovCmdClockDef>(TOVCMD_CLOCK, "create_clock"),
+    kindOf<TovCmdGenClockDef>(TOVCMD_GENCLOCK, "create_generated_clock"),
+    kindOf<TovCmdClockGroupDef>(TOVCMD_CLOCKGROUP, "set_clock_groups"),
+    kindOf<TovCmdInputDelay>(TOVCMD_INPUTDELAY, "set_input_delay"),
+    kindOf<TovCmdOutputDelay>(TOVCMD_OUTPUTDELAY, "set_output_delay"),
+    kindOf<TovCmdMaxDelay>(TOVCMD_MAXDELAY, "set_max_delay"),
+    kindOf<TovCmdMinDelay>(TOVCMD_MINDELAY, "set_min_delay"),
+    kindOf<TovCmdMultiPath>(TOVCMD_MULTICYCLE, "set_multicycle_path"),
+    kindOf<TovCmdFalsePath>(TOVCMD_FALSEPATH, "set_false_path"),
+    kindOf<TovCmdAttr>(TOVCMD_ATTRIBUTE, "#attribute"),
 };
 
 static_assert(std::size(commandKinds) == TOVCMD_ATTRIBUTE, "each list has its kind");

@@ -1,7 +1,10 @@
 #ifndef TOVENG_TOV_TEXT_H
 #define TOVENG_TOV_TEXT_H
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string_view>
 
 namespace kiri::tov {
@@ -13,8 +16,45 @@ inline constexpr std::string_view disableOption = "-disable";
 
 inline constexpr std::string_view whiteSpace = " \t\n\r\v\f";
 
+namespace chars {
+
+enum Class : unsigned char { plain, space, enclosing };
+
+/// The class of each character: white space, and what opens a group or a quoted word.
+inline constexpr auto classes = [] {
+    std::array<Class, 256> table{};
+    for (char const c : whiteSpace) table[static_cast<unsigned char>(c)] = space;
+    for (char const c : {'"', '[', '{'}) table[static_cast<unsigned char>(c)] = enclosing;
+    return table;
+}();
+
+}  // namespace chars
+
 inline bool isSpace(char c) {
-    return c <= ' ' && (c == ' ' || (c >= '\t' && c <= '\r'));
+    return chars::classes[static_cast<unsigned char>(c)] == chars::space;
+}
+
+/// Whether a word that begins so is a group or a quoted word.
+inline bool isEnclosing(char c) {
+    return chars::classes[static_cast<unsigned char>(c)] == chars::enclosing;
+}
+
+/// The first white space of a text; its end if there is none. Eight characters are looked at together: a load looks
+/// at each character for the end of its word, most of them twice.
+inline char const* findSpace(char const* at, char const* end) {
+    constexpr std::uint64_t ones = 0x0101010101010101;
+    for (; end - at >= 8; at += 8) {
+        std::uint64_t chars = 0;
+        std::memcpy(&chars, at, sizeof chars);
+        // The high bit of each character up to a blank, exact up to the first one.
+        std::uint64_t const found = (chars - ones * (' ' + 1)) & ~chars & (ones * 0x80);
+        if (found == 0) continue;
+        at += __builtin_ctzll(found) / 8;
+        if (isSpace(*at)) return at;
+        at -= 7;  // a control character: goes on after it
+    }
+    while (at != end && !isSpace(*at)) ++at;
+    return at;
 }
 
 /// The text of a C text; empty for null.
@@ -28,7 +68,9 @@ inline bool hasText(char const* text) {
 }
 
 inline bool startsWith(std::string_view text, std::string_view prefix) {
-    return text.substr(0, prefix.size()) == prefix;
+    // The last character is looked at first: it tells most keywords apart.
+    return text.size() >= prefix.size() && text[prefix.size() - 1] == prefix.back() &&
+           text.substr(0, prefix.size()) == prefix;
 }
 
 inline std::string_view trimFront(std::string_view text) {

@@ -9,11 +9,12 @@ namespace kiri::tov {
 namespace {
 
 // Appends the lines of a list's commands. A command that gives no text gives no line.
-void appendLines(std::string& text, TOVCMD_TYPE list, TOV& document) {
-    for (TovCmd* cmd : *document.getTovCmdList(list)) {
+void appendLines(std::string& text, CommandKind const& kind, TOV& document) {
+    for (TovCmd* cmd : *document.getTovCmdList(kind.list)) {
         if (cmd == nullptr) continue;
-        std::string const line = cmd->toSaveString(&document);
-        if (!line.empty()) text.append(line).append("\n");
+        std::size_t const before = text.size();
+        kind.append(text, *cmd, document);
+        if (text.size() > before) text += '\n';
     }
 }
 
@@ -32,11 +33,12 @@ std::string fileTextOf(TOV& document) {
     text.reserve(usualSizeOf(document));
     text.append(sdcHeader).append("\n");
     for (CommandKind const& kind : commandKinds) {
-        if (kind.list != TOVCMD_ATTRIBUTE) appendLines(text, kind.list, document);
+        if (kind.list == TOVCMD_ATTRIBUTE) {
+            text += document.sdcCommentText;
+            text.append("\n").append(attributeHeader).append("\n");
+        }
+        appendLines(text, kind, document);
     }
-    text += document.sdcCommentText;
-    text.append("\n").append(attributeHeader).append("\n");
-    appendLines(text, TOVCMD_ATTRIBUTE, document);
     text += document.attributeCommentText;
     return text;
 }

@@ -3,6 +3,7 @@
 #include <string_view>
 #include <utility>
 
+#include "tov/cmd/write.h"
 #include "tov/text.h"
 #include "tov/tokenizer.h"
 
@@ -33,12 +34,15 @@ TovCmdAttr::TovCmdAttr(std::string const& line) : TovCmdAttr(line.c_str()) {}
 TovCmdAttr::~TovCmdAttr() = default;
 
 std::string TovCmdAttr::toSaveString(TOV*) {
-    std::string line = "#attribute";
+    return saveString(*this);
+}
+
+void TovCmdAttr::appendSaveString(std::string& line) const {
+    line += "#attribute";
     for (std::string const* text : {&text1, &text2, &text3, &text4, &text5}) {
         line.append("\t").append(encloseDoubleQuotes(*text));
     }
     if (!enabled) line.append("\t").append(disableOption);
-    return line;
 }
 
 }  // namespace kiri::tov

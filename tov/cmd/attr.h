@@ -19,6 +19,8 @@ public:
 
     /// The fields are separated by tabs; a disabled attribute ends in "-disable" and bears no prefix.
     std::string toSaveString(TOV* document) override;
+    /// Appends the line that this class saves to `text`.
+    void appendSaveString(std::string& text) const;
 
     std::string text1;
     std::string text2;

@@ -57,7 +57,11 @@ TovCmdClockDef::~TovCmdClockDef() {
 }
 
 std::string TovCmdClockDef::toSaveString(TOV*) {
-    std::string line = beginSaveLine(*this);
+    return saveString(*this);
+}
+
+void TovCmdClockDef::appendSaveString(std::string& line) const {
+    beginSaveLine(line, *this);
     appendPiece(line, neoform("create_clock -period %f", static_cast<double>(period)));
     if (!waveform.empty()) {
         line += " -waveform { ";
@@ -66,7 +70,6 @@ std::string TovCmdClockDef::toSaveString(TOV*) {
     }
     if (!clockName.empty()) line.append(" -name ").append(clockName);
     appendFirst(line, " ", targets);
-    return line;
 }
 
 }  // namespace kiri::tov

@@ -21,6 +21,8 @@ public:
     ~TovCmdClockDef() override;
 
     std::string toSaveString(TOV* document) override;
+    /// Appends the line that this class saves to `text`.
+    void appendSaveString(std::string& text) const;
 
     float period = 0;             ///< in the file's time unit
     std::vector<float> waveform;  ///< edge times in the file's time unit

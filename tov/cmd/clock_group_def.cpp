@@ -81,11 +81,10 @@ TovCmdClockGroupDef::TovCmdClockGroupDef(taDciSynClkGroup* record)
     note = orEmpty(record->text);
     for (ppStlList<taDciSynClkGroupMember*> const* members : record->groups) {
         if (members == nullptr) continue;
-        OwnedObjList clocks;
+        ppStlList<taDciObj*>& clocks = addGroup(*this);
         for (taDciSynClkGroupMember const* member : *members) {
-            if (member != nullptr && member->clock != nullptr) clocks.add(member->clock->name, taDciObjClock);
+            if (member != nullptr && member->clock != nullptr) addObj(clocks, member->clock->name, taDciObjClock);
         }
-        clocks.swap(addGroup(*this));
     }
 }
 
@@ -102,13 +101,16 @@ void TovCmdClockGroupDef::reset() {
 }
 
 std::string TovCmdClockGroupDef::toSaveString(TOV*) {
-    std::string line = beginSaveLine(*this);
+    return saveString(*this);
+}
+
+void TovCmdClockGroupDef::appendSaveString(std::string& line) const {
+    beginSaveLine(line, *this);
     line += "set_clock_groups";
     line += exclusive ? " -exclusive" : " -asynchronous";
     for (ppStlList<taDciObj*> const* group : groups) {
         if (group != nullptr) appendGroup(line, *group);
     }
-    return line;
 }
 
 }  // namespace kiri::tov

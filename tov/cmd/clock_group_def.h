@@ -26,6 +26,8 @@ public:
     void reset();
 
     std::string toSaveString(TOV* document) override;
+    /// Appends the line that this class saves to `text`.
+    void appendSaveString(std::string& text) const;
 
     bool exclusive = true;                      ///< false: asynchronous
     std::vector<ppStlList<taDciObj*>*> groups;  ///< owned with their references; entries may be null

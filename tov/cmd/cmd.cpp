@@ -1,6 +1,7 @@
 #include "tov/cmd/cmd.h"
 
 #include <string_view>
+#include <utility>
 
 #include "platform/ut.h"
 #include "tov/cmd/obj_list.h"
@@ -20,9 +21,9 @@ TovCmd::TovCmd(char const* noteText) : note(orEmpty(noteText)) {}
 TovCmd::~TovCmd() = default;
 
 ppStlList<taDciObj*> TovCmd::fromTclString(std::string const& text, bool source) {
-    ppStlList<taDciObj*> objs;
-    readObjs(objs, text, source);
-    return objs;
+    OwnedObjList objs;
+    readObjs(objs.list, text, source);
+    return std::move(objs.list);
 }
 
 std::string TovCmd::toTclString(taDciObj* obj) {
@@ -57,9 +58,11 @@ std::string encloseDoubleQuotes(std::string const& text) {
 void deepCopyDciObjList(ppStlList<taDciObj*>& from, ppStlList<taDciObj*>& to) {
     OwnedObjList copies;
     for (taDciObj* obj : from) {
-        if (obj != nullptr) copies.addCopy(obj);
+        if (obj == nullptr) continue;
+        copies.list.push_back(nullptr);
+        copies.list.back() = new taDciObj(obj);
     }
-    copies.swap(to);
+    to.swap(copies.list);
 }
 
 void freeDciObjList(ppStlList<taDciObj*>& list) {

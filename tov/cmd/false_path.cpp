@@ -42,13 +42,16 @@ TovCmdFalsePath::~TovCmdFalsePath() {
 }
 
 std::string TovCmdFalsePath::toSaveString(TOV*) {
-    std::string line = beginSaveLine(*this);
+    return saveString(*this);
+}
+
+void TovCmdFalsePath::appendSaveString(std::string& line) const {
+    beginSaveLine(line, *this);
     line += "set_false_path";
     appendFirst(line, fromOption, from);
     appendFirst(line, toOption, to);
     // Through points are not written beside a start or end point.
     if (from.empty() && to.empty()) appendFirst(line, " -through  ", through);
-    return line;
 }
 
 }  // namespace kiri::tov

@@ -22,6 +22,8 @@ public:
     ~TovCmdFalsePath() override;
 
     std::string toSaveString(TOV* document) override;
+    /// Appends the line that this class saves to `text`.
+    void appendSaveString(std::string& text) const;
 
     ppStlList<taDciObj*> from;     ///< owned
     ppStlList<taDciObj*> to;       ///< owned

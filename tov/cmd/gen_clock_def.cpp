@@ -70,7 +70,11 @@ TovCmdGenClockDef::~TovCmdGenClockDef() {
 }
 
 std::string TovCmdGenClockDef::toSaveString(TOV*) {
-    std::string line = beginSaveLine(*this);
+    return saveString(*this);
+}
+
+void TovCmdGenClockDef::appendSaveString(std::string& line) const {
+    beginSaveLine(line, *this);
     line += "create_generated_clock";
     appendInteger(line, " -divide_by %d", divideBy);
     appendInteger(line, " -multiply_by %d", multiplyBy);
@@ -82,7 +86,6 @@ std::string TovCmdGenClockDef::toSaveString(TOV*) {
     appendFirst(line, " -master_clock ", masterClock);
     if (!clockName.empty()) line.append(" -name ").append(clockName);
     appendFirst(line, " ", targets);
-    return line;
 }
 
 }  // namespace kiri::tov

@@ -20,6 +20,8 @@ public:
     ~TovCmdGenClockDef() override;
 
     std::string toSaveString(TOV* document) override;
+    /// Appends the line that this class saves to `text`.
+    void appendSaveString(std::string& text) const;
 
     ppStlList<taDciObj*> sources;      ///< owned
     ppStlList<taDciObj*> masterClock;  ///< owned

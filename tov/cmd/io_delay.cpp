@@ -58,20 +58,26 @@ TovCmdIODelay::~TovCmdIODelay() {
 TovCmdInputDelay::~TovCmdInputDelay() = default;
 
 std::string TovCmdInputDelay::toSaveString(TOV*) {
-    std::string line = beginSaveLine(*this);
+    return saveString(*this);
+}
+
+void TovCmdInputDelay::appendSaveString(std::string& line) const {
+    beginSaveLine(line, *this);
     line += "set_input_delay";
     appendDelay(line, *this);
-    return line;
 }
 
 TovCmdOutputDelay::~TovCmdOutputDelay() = default;
 
 std::string TovCmdOutputDelay::toSaveString(TOV*) {
-    std::string line = beginSaveLine(*this);
+    return saveString(*this);
+}
+
+void TovCmdOutputDelay::appendSaveString(std::string& line) const {
+    beginSaveLine(line, *this);
     // This keyword passes through the formatter, which may leave it out.
     appendPiece(line, neoform("set_output_delay", static_cast<double>(delay)));
     appendDelay(line, *this);
-    return line;
 }
 
 }  // namespace kiri::tov

@@ -33,6 +33,8 @@ public:
     using TovCmdIODelay::TovCmdIODelay;
     ~TovCmdInputDelay() override;
     std::string toSaveString(TOV* document) override;
+    /// Appends the line that this class saves to `text`.
+    void appendSaveString(std::string& text) const;
 };
 
 /// "set_output_delay".
@@ -41,6 +43,8 @@ public:
     using TovCmdIODelay::TovCmdIODelay;
     ~TovCmdOutputDelay() override;
     std::string toSaveString(TOV* document) override;
+    /// Appends the line that this class saves to `text`.
+    void appendSaveString(std::string& text) const;
 };
 
 }  // namespace kiri::tov

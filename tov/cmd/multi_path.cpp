@@ -43,11 +43,14 @@ TovCmdMultiPath::~TovCmdMultiPath() {
 }
 
 std::string TovCmdMultiPath::toSaveString(TOV*) {
-    std::string line = beginSaveLine(*this);
+    return saveString(*this);
+}
+
+void TovCmdMultiPath::appendSaveString(std::string& line) const {
+    beginSaveLine(line, *this);
     appendPiece(line, neoform("set_multicycle_path %d", multiplier));
     appendFirst(line, fromOption, from);
     appendFirst(line, toOption, to);
-    return line;
 }
 
 }  // namespace kiri::tov

@@ -20,6 +20,8 @@ public:
     ~TovCmdMultiPath() override;
 
     std::string toSaveString(TOV* document) override;
+    /// Appends the line that this class saves to `text`.
+    void appendSaveString(std::string& text) const;
 
     int multiplier = 0;         ///< clock cycles
     ppStlList<taDciObj*> from;  ///< owned

@@ -18,17 +18,18 @@ namespace {
 //              | other                  a reference named by the whole expression
 //   argument   = word | "{"* word* "}"*
 struct Query {
+    std::string_view word;
     std::string_view opening;  // as a file holds the query, up to its names
     taDciObjTyp type;
     taDciObjTyp sourceType;
-
-    constexpr std::string_view word() const { return opening.substr(2, opening.size() - 5); }
 };
 
 constexpr Query queries[] = {
-    {"[ get_ports { ", taDciObjPort, taDciObjSourcePort}, {"[ get_nets { ", taDciObjNet, taDciObjSourceNet},
-    {"[ get_clocks { ", taDciObjClock, taDciObjClock},    {"[ get_cells { ", taDciObjCell, taDciObjCell},
-    {"[ get_pins { ", taDciObjPin, taDciObjPin},
+    {"get_ports", "[ get_ports { ", taDciObjPort, taDciObjSourcePort},
+    {"get_nets", "[ get_nets { ", taDciObjNet, taDciObjSourceNet},
+    {"get_clocks", "[ get_clocks { ", taDciObjClock, taDciObjClock},
+    {"get_cells", "[ get_cells { ", taDciObjCell, taDciObjCell},
+    {"get_pins", "[ get_pins { ", taDciObjPin, taDciObjPin},
 };
 
 struct ReservedKey {
@@ -56,47 +57,44 @@ std::string_view strip(std::string_view text, char front, char back) {
     return text;
 }
 
+// The database takes C texts, so the name is copied once to end in a NUL byte; usual names need no block for that.
+void addName(ppStlList<taDciObj*>& list, std::string_view name, taDciObjTyp type) {
+    char text[128];
+    if (name.size() >= sizeof text) return addObj(list, std::string(name).c_str(), type);
+    text[name.copy(text, sizeof text)] = '\0';
+    addObj(list, text, type);
+}
+
 }  // namespace
 
-OwnedObjList::OwnedObjList(std::string_view expression, bool source) : OwnedObjList() {
+// Link the node first: if the next allocation throws, nothing leaks.
+void addObj(ppStlList<taDciObj*>& list, char const* name, taDciObjTyp type) {
+    list.push_back(nullptr);
+    list.back() = new taDciObj(name, nullptr, type, taDciObjNone);
+}
+
+void readObjs(ppStlList<taDciObj*>& list, std::string_view expression, bool source) {
+    if (!list.empty()) freeDciObjList(list);
     taDciObj* whole = nullptr;
     WordCursor words(strip(expression, '[', ']'));
     for (std::string_view word; words.next(word);) {
-        Query const* const query = findQuery([word](Query const& q) { return q.word() == word; });
-        if (query == nullptr) {
-            // Every word that is no query stands for the whole expression. The copies share its text.
-            if (whole == nullptr) {
-                add(expression, taDciObjName);
-            } else {
-                addCopy(whole);
+        Query const* const query = findQuery([word](Query const& q) { return q.word == word; });
+        if (query != nullptr) {
+            std::string_view argument;
+            if (!words.next(argument)) break;
+            WordCursor names(strip(argument, '{', '}'));
+            for (std::string_view name; names.next(name);) {
+                addName(list, name, source ? query->sourceType : query->type);
             }
-            whole = list_.back();
-            continue;
+        } else if (whole == nullptr) {
+            // Every word that is no query stands for the whole expression. The copies share its text.
+            addName(list, expression, taDciObjName);
+            whole = list.back();
+        } else {
+            list.push_back(nullptr);
+            list.back() = new taDciObj(whole);
         }
-        std::string_view argument;
-        if (!words.next(argument)) break;
-        WordCursor names(strip(argument, '{', '}'));
-        for (std::string_view name; names.next(name);) add(name, source ? query->sourceType : query->type);
     }
-}
-
-// Link the node first: if the next allocation throws, nothing leaks.
-void OwnedObjList::add(char const* name, taDciObjTyp type) {
-    list_.push_back(nullptr);
-    list_.back() = new taDciObj(name, nullptr, type, taDciObjNone);
-}
-
-// The database takes C texts, so the name is copied once to end in a NUL byte; usual names need no block for that.
-void OwnedObjList::add(std::string_view name, taDciObjTyp type) {
-    char text[128];
-    if (name.size() >= sizeof text) return add(std::string(name).c_str(), type);
-    text[name.copy(text, sizeof text)] = '\0';
-    add(text, type);
-}
-
-void OwnedObjList::addCopy(taDciObj* obj) {
-    list_.push_back(nullptr);
-    list_.back() = new taDciObj(obj);
 }
 
 std::string_view reservedExpression(char const* key) {
@@ -126,9 +124,8 @@ void appendTclString(std::string& out, taDciObj const* obj) {
 }
 
 void setClock(ppStlList<taDciObj*>& list, char const* name) {
-    OwnedObjList clock;
-    clock.add(name, taDciObjClock);
-    clock.swap(list);
+    freeDciObjList(list);
+    addObj(list, name, taDciObjClock);
 }
 
 }  // namespace kiri::tov

@@ -9,34 +9,22 @@
 
 namespace kiri::tov {
 
-/// A list of references under construction: it owns them until they are handed over.
+/// A list of references that nothing owns yet: it frees them unless they are handed over.
 class OwnedObjList {
 public:
     OwnedObjList() = default;
-    /// Reads an object expression, as TovCmd::fromTclString tells.
-    OwnedObjList(std::string_view expression, bool source);
-    ~OwnedObjList() { freeDciObjList(list_); }
+    ~OwnedObjList() { freeDciObjList(list); }
     OwnedObjList(OwnedObjList const&) = delete;
     OwnedObjList& operator=(OwnedObjList const&) = delete;
 
-    /// Adds a new reference; null is no name.
-    void add(char const* name, taDciObjTyp type);
-    /// Adds a copy of the record.
-    void addCopy(taDciObj* obj);
-
-    /// Hands the references to `to` and takes over those that stood there.
-    void swap(ppStlList<taDciObj*>& to) noexcept { list_.swap(to); }
-
-private:
-    void add(std::string_view name, taDciObjTyp type);
-
-    ppStlList<taDciObj*> list_;
+    ppStlList<taDciObj*> list;
 };
 
-/// Replaces the content of a list by what `expression` names.
-inline void readObjs(ppStlList<taDciObj*>& list, std::string_view expression, bool source) {
-    OwnedObjList(expression, source).swap(list);
-}
+/// Adds a new reference to a list; null is no name.
+void addObj(ppStlList<taDciObj*>& list, char const* name, taDciObjTyp type);
+
+/// Replaces the content of a list by what an object expression names, as TovCmd::fromTclString tells.
+void readObjs(ppStlList<taDciObj*>& list, std::string_view expression, bool source);
 
 /// Replaces the content of a list by a reference to the clock of that name.
 void setClock(ppStlList<taDciObj*>& list, char const* name);

@@ -45,8 +45,11 @@ void readLine(Cmd& cmd, char const* line, std::string_view const (&keywords)[Key
     cmd.enabled = false;
     while (words.next(word)) {
         if (word.empty()) continue;
-        auto const option = std::find_if(std::begin(options), std::end(options),
-                                         [word](Option<Cmd> const& o) { return o.word == word; });
+        Option<Cmd> const* option = std::end(options);
+        if (word.front() == '-') {
+            option = std::find_if(std::begin(options), std::end(options),
+                                  [word](Option<Cmd> const& o) { return o.word == word; });
+        }
         if (option == std::end(options)) {
             other(cmd, word);
             continue;

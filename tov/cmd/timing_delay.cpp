@@ -20,12 +20,11 @@ void readDelay(TovCmdTimingDelay& cmd, std::string_view word) {
     parseFloatValue(word, cmd.delay);
 }
 
-std::string saveLine(TovCmdTimingDelay const& cmd, char const* format) {
-    std::string line = beginSaveLine(cmd);
+void appendLine(std::string& line, TovCmdTimingDelay const& cmd, char const* format) {
+    beginSaveLine(line, cmd);
     appendPiece(line, neoform(format, static_cast<double>(cmd.delay)));
     appendFirst(line, fromOption, cmd.from);
     appendFirst(line, toOption, cmd.to);
-    return line;
 }
 
 }  // namespace
@@ -52,13 +51,21 @@ TovCmdTimingDelay::~TovCmdTimingDelay() {
 TovCmdMaxDelay::~TovCmdMaxDelay() = default;
 
 std::string TovCmdMaxDelay::toSaveString(TOV*) {
-    return saveLine(*this, "set_max_delay %f");
+    return saveString(*this);
+}
+
+void TovCmdMaxDelay::appendSaveString(std::string& line) const {
+    appendLine(line, *this, "set_max_delay %f");
 }
 
 TovCmdMinDelay::~TovCmdMinDelay() = default;
 
 std::string TovCmdMinDelay::toSaveString(TOV*) {
-    return saveLine(*this, "set_min_delay %f");
+    return saveString(*this);
+}
+
+void TovCmdMinDelay::appendSaveString(std::string& line) const {
+    appendLine(line, *this, "set_min_delay %f");
 }
 
 }  // namespace kiri::tov

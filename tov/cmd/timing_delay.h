@@ -30,6 +30,8 @@ public:
     using TovCmdTimingDelay::TovCmdTimingDelay;
     ~TovCmdMaxDelay() override;
     std::string toSaveString(TOV* document) override;
+    /// Appends the line that this class saves to `text`.
+    void appendSaveString(std::string& text) const;
 };
 
 /// "set_min_delay".
@@ -38,6 +40,8 @@ public:
     using TovCmdTimingDelay::TovCmdTimingDelay;
     ~TovCmdMinDelay() override;
     std::string toSaveString(TOV* document) override;
+    /// Appends the line that this class saves to `text`.
+    void appendSaveString(std::string& text) const;
 };
 
 }  // namespace kiri::tov

@@ -10,12 +10,18 @@
 
 namespace kiri::tov {
 
-/// Begins a command's line: the prefix of a disabled command, or nothing.
-inline std::string beginSaveLine(TovCmd const& cmd) {
+/// The line of a command as a text of its own.
+template <class Cmd>
+std::string saveString(Cmd const& cmd) {
     std::string line;
     line.reserve(120);
-    if (!cmd.enabled) line += disablePrefix;
+    cmd.appendSaveString(line);
     return line;
+}
+
+/// Begins a command's line: the prefix of a disabled command, or nothing.
+inline void beginSaveLine(std::string& line, TovCmd const& cmd) {
+    if (!cmd.enabled) line += disablePrefix;
 }
 
 // Two blanks stand between these options and their value.
