@@ -47,7 +47,9 @@ int main(int, char** argv) {
     auto const neoform = reinterpret_cast<Format>(usable ? ::dlsym(library, "_Z7neoformPKcz") : nullptr);
     bool const formats = neoform != nullptr && std::string(neoform("%f", 1.5)) == "1.500000";
     bool const closed = usable && ::dlclose(library) == 0 && state() == before;
-    ::close(pipe[1]), ::close(1), ::close(2);
+    ::close(pipe[1]);
+    ::close(1);
+    ::close(2);
     char text[1000];
     bool const silent = ::read(pipe[0], text, sizeof text) == 0;
     return same && usable && formats && closed && silent ? 0 : 1;

@@ -1,3 +1,4 @@
+// A client that also calls the flow: the formatter.
 #include <cstdio>
 
 #include "platform/ut.h"
