@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "tov/design/mrc_dump_reader.h"
-#include "tov/fetch_ahead.h"
 
 namespace kiri::tov {
 
@@ -19,13 +18,8 @@ std::size_t query(TovTopNode const* top, std::list<Node*>& out, Collect collect)
     return out.size();
 }
 
-template <class Take>
-void forEachCell(TovTopNode const& top, Take take) {
-    forEachFetched<sizeof(TovCellNode)>(top.cells(), take);
-}
-
 template <class Node>
-void append(std::list<Node*>& to, std::list<Node*> const& nodes) {
+void addAll(std::list<Node*>& to, std::list<Node*> const& nodes) {
     for (Node* node : nodes) to.push_back(node);
 }
 
@@ -40,63 +34,67 @@ void TovDesign::reset() {
 }
 
 bool TovDesign::load(char const* path) {
+    return load(path, {});
+}
+
+bool TovDesign::load(char const* path, TovProgress const& progress, std::string* error) {
     reset();
     auto top = std::make_unique<TovTopNode>("", "", "", "work");
-    if (!impl_detail::MrcDumpReader(top.get()).doRead(path)) return false;
+    if (!impl_detail::MrcDumpReader(top.get()).doRead(path, progress, error)) return false;
     top_ = std::move(top);
     return true;
 }
 
 std::size_t TovDesign::getPorts(std::list<TovPortNode*>& out) const {
-    return query(top_.get(), out, [](auto const& top, auto& found) { append(found, top.ports()); });
+    return query(top_.get(), out, [](auto const& top, auto& found) { addAll(found, top.ports()); });
 }
 
 std::size_t TovDesign::getPins(std::list<TovPortNode*>& out) const {
     return query(top_.get(), out, [](auto const& top, auto& found) {
-        forEachCell(top, [&found](auto* cell) { append(found, cell->ports()); });
+        for (TovCellNode* cell : top.cells()) addAll(found, cell->ports());
     });
 }
 
 std::size_t TovDesign::getNets(std::list<TovNetNode*>& out) const {
     return query(top_.get(), out, [](auto const& top, auto& found) {
-        append(found, top.nets());
-        forEachCell(top, [&found](auto* cell) { append(found, cell->nets()); });
+        addAll(found, top.nets());
+        for (TovCellNode* cell : top.cells()) addAll(found, cell->nets());
     });
 }
 
 std::size_t TovDesign::getCells(std::list<TovCellNode*>& out) const {
-    return query(top_.get(), out, [](auto const& top, auto& found) { append(found, top.cells()); });
+    return query(top_.get(), out, [](auto const& top, auto& found) { addAll(found, top.cells()); });
 }
 
 std::size_t TovDesign::getRegs(std::list<TovCellNode*>& out) const {
     return query(top_.get(), out, [](auto const& top, auto& found) {
-        forEachCell(top, [&found](auto* cell) {
+        for (TovCellNode* cell : top.cells()) {
             if (cell->cellType() == CELL_REG) found.push_back(cell);
-        });
+        }
     });
 }
 
 std::size_t TovDesign::getClocks(std::list<TovClockNode*>& out) const {
     return query(top_.get(), out, [](auto const& top, auto& found) {
-        append(found, top.clocks());
-        forEachCell(top, [&found](auto* cell) { append(found, cell->clocks()); });
+        addAll(found, top.clocks());
+        for (TovCellNode* cell : top.cells()) addAll(found, cell->clocks());
     });
 }
 
 std::size_t TovDesign::getViews(std::list<TovViewNode*>& out) const {
-    return query(top_.get(), out, [](auto const& top, auto& found) { append(found, top.views()); });
+    return query(top_.get(), out, [](auto const& top, auto& found) { addAll(found, top.views()); });
 }
 
 std::size_t TovDesign::getRams(std::list<TovRamNode*>& out) const {
-    return query(top_.get(), out, [](auto const& top, auto& found) { append(found, top.rams()); });
+    return query(top_.get(), out, [](auto const& top, auto& found) { addAll(found, top.rams()); });
 }
 
 std::size_t TovDesign::getRoms(std::list<TovRomNode*>& out) const {
-    return query(top_.get(), out, [](auto const& top, auto& found) { append(found, top.roms()); });
+    return query(top_.get(), out, [](auto const& top, auto& found) { addAll(found, top.roms()); });
 }
 
 std::size_t TovDesign::getMults(std::list<TovMultNode*>& out) const {
-    return query(top_.get(), out, [](auto const& top, auto& found) { append(found, top.mults()); });
+    return query(top_.get(), out, [](auto const& top, auto& found) { addAll(found, top.mults()); });
 }
 
 }  // namespace kiri::tov

@@ -1,12 +1,18 @@
 #include "tov/design/mrc_dump_reader.h"
 
+#include <QFile>
 #include <QObject>
+#include <algorithm>
+#include <cerrno>
+#include <exception>
 #include <initializer_list>
 #include <memory>
 #include <new>
+#include <system_error>
 #include <utility>
 
-#include "tov/design/dump_file.h"
+#include "tov/input_file.h"
+#include "tov/progress_meter.h"
 
 // The dump, with the attributes that are read; whatever else stands in it is skipped with its content.
 //
@@ -25,37 +31,11 @@
 
 namespace kiri::tov::impl_detail {
 
-/// The texts of an attribute and the numbers that they stand for. Every other text, or no attribute,
-/// gives `otherwise`.
-struct Coding {
-    struct Word {
-        QStringView text;
-        int value;
-    };
-    QStringView attribute;
-    std::initializer_list<Word> words;
-    int otherwise;
-};
-
 namespace {
-
-/// Longest text that an entity may stand for: memory stays in proportion to the file.
-constexpr int entityLimit = 128;
 
 constexpr QStringView operator""_v(char16_t const* text, std::size_t size) {
     return {text, static_cast<qsizetype>(size)};
 }
-
-constexpr Coding cellTypes{
-    u"type"_v, {{u"reg"_v, CELL_REG}, {u"comb"_v, CELL_COMB}, {u"pad"_v, CELL_PAD}, {u"seq"_v, CELL_SEQ}}, CELL_OTHER};
-constexpr Coding clockTypes{
-    u"type"_v, {{u"port"_v, TOV_OBJ_CLOCK_PORT}, {u"net"_v, TOV_OBJ_CLOCK_NET}}, TOV_OBJ_CLOCK_OTHER};
-constexpr Coding netTypes{{}, {}, TOV_OBJ_NET};
-constexpr Coding viewTypes{{}, {}, TOV_OBJ_VIEW};
-constexpr Coding ramTypes{{}, {}, TOV_OBJ_RAM};
-constexpr Coding romTypes{{}, {}, TOV_OBJ_ROM};
-constexpr Coding multTypes{{}, {}, TOV_OBJ_MULT};
-constexpr Coding directions{u"direction"_v, {{u"in"_v, 1}, {u"out"_v, 2}, {u"inout"_v, 3}}, 0};
 
 /// The text of an attribute, valid as long as `attributes`; empty when there is none of that name.
 QStringView textOf(QXmlStreamAttributes const& attributes, QStringView name) {
@@ -65,27 +45,85 @@ QStringView textOf(QXmlStreamAttributes const& attributes, QStringView name) {
     return {};
 }
 
-int numberOf(QXmlStreamAttributes const& attributes, Coding const& coding) {
-    QStringView const text = textOf(attributes, coding.attribute);
-    for (Coding::Word const& word : coding.words) {
-        if (word.text == text) return word.value;
-    }
-    return coding.otherwise;
-}
-
-/// The tree holds Latin-1; every UTF-16 unit outside it becomes '?'.
-std::string toLatin1(QStringView text) {
+/// The same in Latin-1, as the tree holds it; every UTF-16 unit outside it becomes '?'.
+std::string latin1Of(QXmlStreamAttributes const& attributes, QStringView name) {
+    QStringView const text = textOf(attributes, name);
     std::string latin1(static_cast<std::size_t>(text.size()), '?');
-    char* to = latin1.data();
-    for (QChar const c : text) {
-        if (c.unicode() <= 0xff) *to = static_cast<char>(c.unicode());
-        ++to;
-    }
+    std::transform(text.begin(), text.end(), latin1.begin(),
+                   [](QChar c) { return c.unicode() <= 0xff ? static_cast<char>(c.unicode()) : '?'; });
     return latin1;
 }
 
-std::string latin1Of(QXmlStreamAttributes const& attributes, QStringView name) {
-    return toLatin1(textOf(attributes, name));
+/// An attribute each of whose texts stands for a value. Any other text, or none, gives `fallback`.
+template <class Value>
+struct EnumAttribute {
+    struct Word {
+        QStringView text;
+        Value value;
+    };
+    QStringView name;
+    std::initializer_list<Word> words;
+    Value fallback;
+
+    Value decode(QXmlStreamAttributes const& attributes) const {
+        QStringView const text = textOf(attributes, name);
+        for (Word const& word : words) {
+            if (word.text == text) return word.value;
+        }
+        return fallback;
+    }
+};
+
+constexpr EnumAttribute<CELL_TYPE> cellTypes{
+    u"type"_v, {{u"reg"_v, CELL_REG}, {u"comb"_v, CELL_COMB}, {u"pad"_v, CELL_PAD}, {u"seq"_v, CELL_SEQ}}, CELL_OTHER};
+constexpr EnumAttribute<TovObjType> clockTypes{
+    u"type"_v, {{u"port"_v, TOV_OBJ_CLOCK_PORT}, {u"net"_v, TOV_OBJ_CLOCK_NET}}, TOV_OBJ_CLOCK_OTHER};
+constexpr EnumAttribute<std::uint32_t> directions{u"direction"_v, {{u"in"_v, 1}, {u"out"_v, 2}, {u"inout"_v, 3}}, 0};
+
+/// A dump, counted while it is read. What the caller's function throws does not pass through Qt: it is kept, and the
+/// file ends there.
+class DumpFile : public QFile {
+public:
+    /// `input` and `progress` outlive the object.
+    DumpFile(InputFile const& input, TovProgress const& progress) : meter_(progress, input.remaining()) {
+        open(input.descriptor(), QIODevice::ReadOnly);
+    }
+
+    /// Tells that the dump was read whole.
+    void finish() {
+        stopped_ = stopped_ || !meter_.finish();
+    }
+
+    /// Whether the caller stopped the reading, or throws what the caller threw.
+    bool wasStopped() const {
+        if (thrown_) std::rethrow_exception(thrown_);
+        return stopped_;
+    }
+
+protected:
+    qint64 readData(char* data, qint64 size) override {
+        if (stopped_) return -1;
+        qint64 const got = QFile::readData(data, size);
+        try {
+            stopped_ = got > 0 && !meter_.add(static_cast<std::size_t>(got));
+        } catch (...) {
+            thrown_ = std::current_exception();
+            stopped_ = true;
+        }
+        return stopped_ ? -1 : got;
+    }
+
+private:
+    ProgressMeter meter_;
+    std::exception_ptr thrown_;
+    bool stopped_ = false;
+};
+
+/// Hands `node` over to the list, which owns it from then on.
+template <class Node, class Owned>
+Owned* appendNode(std::list<Node*>& nodes, std::unique_ptr<Owned> node) {
+    nodes.push_back(node.get());
+    return node.release();
 }
 
 /// Takes the reader off its file before the file is gone.
@@ -111,19 +149,36 @@ private:
 MrcDumpReader::MrcDumpReader(TovTopNode* top) : top_(top) {}
 
 bool MrcDumpReader::doRead(char const* path) {
+    return doRead(path, {});
+}
+
+bool MrcDumpReader::doRead(char const* path, TovProgress const& progress, std::string* error) {
+    std::string ignored;
+    std::string& why = error != nullptr ? *error : ignored;
     clear();
-    DumpFile file(path);
-    if (!file.isOpen()) return false;
-    setEntityExpansionLimit(entityLimit);
+    errno = path == nullptr ? ENOENT : EISDIR;  // unless the system says what else is wrong
+    InputFile const input(path);
+    if (!input.isOpen()) {
+        why = std::generic_category().message(errno);
+        return false;
+    }
+    DumpFile file(input, progress);
     bool valid = false;
-    QString error;
+    QString refusal;
+    std::string problem;
     {
         DeviceScope const scope(*this, file);
         valid = readDocument();
-        if (!valid) error = errorString();
+        if (!valid) refusal = errorString();
+        if (hasError()) problem = describeError();
     }
-    spare_ = {};
-    if (!valid) raiseError(error);
+    if (problem.empty()) file.finish();
+    if (file.wasStopped()) {
+        why = "The caller stopped the load";
+        return false;
+    }
+    if (!valid) raiseError(refusal);
+    why = std::move(problem);
     return valid;
 }
 
@@ -139,7 +194,7 @@ bool MrcDumpReader::nextChild() {
 }
 
 /// Moves to the current element's end tag, or to the end of what can be read.
-void MrcDumpReader::skipElement() {
+void MrcDumpReader::readUnknownElement() {
     for (std::size_t depth = 1; depth > 0;) {
         if (nextChild()) {
             ++depth;
@@ -156,6 +211,13 @@ void MrcDumpReader::raiseInvalidTag() {
                    .arg(lineNumber())
                    .arg(columnNumber())
                    .arg(name().toString()));
+}
+
+/// The message with its place, which that of an invalid tag already has.
+std::string MrcDumpReader::describeError() const {
+    if (error() == CustomError) return errorString().toStdString();
+    return "Line " + std::to_string(lineNumber()) + " Column " + std::to_string(columnNumber()) + ": " +
+           errorString().toStdString();
 }
 
 /// Returns false when the root is not `top`.
@@ -183,147 +245,171 @@ void MrcDumpReader::readTop() {
     while (nextChild()) {
         QStringView const tag = name();
         if (tag == u"clocks"_v) {
-            readNodes(u"clockitem"_v, clockTypes, top_->clocks_, top_);
+            readClockProperty(top_->clocks_, top_);
         } else if (tag == u"library"_v) {
-            readLibrary();
+            readLibrary(top_);
         } else {
             raiseInvalidTag();
         }
     }
 }
 
-void MrcDumpReader::readLibrary() {
+/// Libraries and units leave no trace of their own: what they hold belongs to the top node.
+void MrcDumpReader::readLibrary(TovTopNode* top) {
     while (nextChild()) {
         QStringView const tag = name();
         if (tag == u"unit"_v) {
-            readUnit();
+            readUnit(top);
         } else if (tag == u"instance"_v) {
-            readInstance();
+            readInstProperty(top->cells_, top);
         } else {
-            skipElement();
+            readUnknownElement();
         }
     }
 }
 
-/// Units leave no trace of their own: what they hold belongs to the top node.
-void MrcDumpReader::readUnit() {
+void MrcDumpReader::readUnit(TovTopNode* top) {
     while (nextChild()) {
         QStringView const tag = name();
         if (tag == u"pins"_v) {
-            readPins(top_->ports_, top_);
+            readPinProperty(top->ports_, top);
         } else if (tag == u"nets"_v) {
-            readNets(top_->nets_, top_);
+            readNetProperty(top->nets_, top);
         } else if (tag == u"instance"_v) {
-            readInstance();
+            readInstProperty(top->cells_, top);
         } else if (tag == u"views"_v) {
-            readNodes(u"view"_v, viewTypes, top_->views_, top_);
+            readViews(top->views_, top);
         } else if (tag == u"ramnets"_v) {
-            readNodes(u"ramnet"_v, ramTypes, top_->rams_, top_);
+            readRams(top->rams_, top);
         } else if (tag == u"romnets"_v) {
-            readNodes(u"romnet"_v, romTypes, top_->roms_, top_);
+            readRoms(top->roms_, top);
         } else if (tag == u"mults"_v) {
-            readNodes(u"mult"_v, multTypes, top_->mults_, top_);
+            readMults(top->mults_, top);
         } else {
-            skipElement();
+            readUnknownElement();
         }
     }
 }
 
-void MrcDumpReader::readInstance() {
-    auto const makeCell = [this](QXmlStreamAttributes const& attributes) {
+void MrcDumpReader::readInstProperty(std::list<TovCellNode*>& cells, TovNode* parent) {
+    auto const makeCell = [parent](QXmlStreamAttributes const& attributes) {
         std::string cellName = latin1Of(attributes, u"name"_v);
-        std::string const& topName = top_->name_;
-        if (cellName.size() > topName.size() && cellName[topName.size()] == '.' &&
-            cellName.compare(0, topName.size(), topName) == 0) {
-            cellName.erase(0, topName.size() + 1);
-        }
-        return std::make_unique<TovCellNode>(std::move(cellName), top_,
-                                             static_cast<CELL_TYPE>(numberOf(attributes, cellTypes)),
+        std::string const prefix = parent->name() + '.';
+        if (cellName.compare(0, prefix.size(), prefix) == 0) cellName.erase(0, prefix.size());
+        return std::make_unique<TovCellNode>(std::move(cellName), parent, cellTypes.decode(attributes),
                                              latin1Of(attributes, u"arch"_v), latin1Of(attributes, u"library"_v));
     };
-    TovCellNode* const cell = append(top_->cells_, makeCell(attributes()));
+    TovCellNode* const cell = appendNode(cells, makeCell(attributes()));
     while (nextChild()) {
         QStringView const tag = name();
         if (tag == u"clocks"_v) {
-            readNodes(u"clockitem"_v, clockTypes, cell->clocks_, cell);
+            readClockProperty(cell->clocks_, cell);
         } else if (tag == u"pins"_v) {
-            readPins(cell->ports_, cell);
+            readPinProperty(cell->ports_, cell);
         } else if (tag == u"nets"_v) {
-            readNets(cell->nets_, cell);
+            readNetProperty(cell->nets_, cell);
         } else {
-            skipElement();
+            readUnknownElement();
         }
     }
 }
 
-void MrcDumpReader::readPins(std::list<TovPortNode*>& ports, TovNode* parent) {
+void MrcDumpReader::readClockProperty(std::list<TovClockNode*>& clocks, TovNode* parent) {
+    readItems(u"clockitem"_v, &MrcDumpReader::readClockItem, clocks, parent);
+}
+
+void MrcDumpReader::readPinProperty(std::list<TovPortNode*>& ports, TovNode* parent) {
+    readItems(u"pitem"_v, &MrcDumpReader::readPinItem, ports, parent);
+}
+
+void MrcDumpReader::readNetProperty(std::list<TovNetNode*>& nets, TovNode* parent) {
+    readItems(u"nitem"_v, &MrcDumpReader::readNetItem, nets, parent);
+}
+
+void MrcDumpReader::readViews(std::list<TovViewNode*>& views, TovNode* parent) {
+    readItems(u"view"_v, &MrcDumpReader::readViewItem, views, parent);
+}
+
+void MrcDumpReader::readRams(std::list<TovRamNode*>& rams, TovNode* parent) {
+    readItems(u"ramnet"_v, &MrcDumpReader::readRamItem, rams, parent);
+}
+
+void MrcDumpReader::readRoms(std::list<TovRomNode*>& roms, TovNode* parent) {
+    readItems(u"romnet"_v, &MrcDumpReader::readRomItem, roms, parent);
+}
+
+void MrcDumpReader::readMults(std::list<TovMultNode*>& mults, TovNode* parent) {
+    readItems(u"mult"_v, &MrcDumpReader::readMultItem, mults, parent);
+}
+
+void MrcDumpReader::readClockItem(std::list<TovClockNode*>& clocks, TovNode* parent) {
+    readNode(clocks, clockTypes.decode(attributes()), parent);
+}
+
+void MrcDumpReader::readPinItem(std::list<TovPortNode*>& ports, TovNode* parent) {
+    std::uint32_t const direction = directions.decode(attributes());
     TovObjType const type = parent->type() == TOV_OBJ_TOP ? TOV_OBJ_TOP_PORT : TOV_OBJ_PIN;
-    readItems(u"pitem"_v, directions, [&](std::string itemName, int direction) {
-        auto port = std::make_unique<TovPortNode>(std::move(itemName), type, parent);
-        append(ports, std::move(port))->direction_ = static_cast<std::uint32_t>(direction);
-        if (TovPortNode* const bus = gather(portBuses_, ports)) {
-            bus->direction_ = static_cast<std::uint32_t>(direction);
+    TovPortNode* const port = readNode(ports, type, parent);
+    if (port == nullptr) return;
+    port->direction_ = direction;
+    TovPortNode* const bus = gatherBit(portBuses_, ports);
+    if (bus != nullptr) bus->direction_ = direction;
+}
+
+void MrcDumpReader::readNetItem(std::list<TovNetNode*>& nets, TovNode* parent) {
+    if (readNode(nets, TOV_OBJ_NET, parent) != nullptr) gatherBit(netBuses_, nets);
+}
+
+void MrcDumpReader::readViewItem(std::list<TovViewNode*>& views, TovNode* parent) {
+    readNode(views, TOV_OBJ_VIEW, parent);
+}
+
+void MrcDumpReader::readRamItem(std::list<TovRamNode*>& rams, TovNode* parent) {
+    readNode(rams, TOV_OBJ_RAM, parent);
+}
+
+void MrcDumpReader::readRomItem(std::list<TovRomNode*>& roms, TovNode* parent) {
+    readNode(roms, TOV_OBJ_ROM, parent);
+}
+
+void MrcDumpReader::readMultItem(std::list<TovMultNode*>& mults, TovNode* parent) {
+    readNode(mults, TOV_OBJ_MULT, parent);
+}
+
+/// Reads a list element: hands each child of the name `item` to `readItem` and skips the others.
+template <class Node>
+void MrcDumpReader::readItems(QStringView item, void (MrcDumpReader::*readItem)(std::list<Node*>&, TovNode*),
+                              std::list<Node*>& nodes, TovNode* parent) {
+    while (nextChild()) {
+        if (name() == item) {
+            (this->*readItem)(nodes, parent);
+        } else {
+            readUnknownElement();
         }
-    });
+    }
 }
 
-void MrcDumpReader::readNets(std::list<TovNetNode*>& nets, TovNode* parent) {
-    readItems(u"nitem"_v, netTypes, [&](std::string itemName, int type) {
-        append(nets, std::make_unique<TovNetNode>(std::move(itemName), static_cast<TovObjType>(type), parent));
-        gather(netBuses_, nets);
-    });
-}
-
-/// Hands `node` over to the list, which owns it from then on. List nodes are made in runs, so that a walk
-/// over a list finds them side by side.
-template <class Node, class Owned>
-Owned* MrcDumpReader::append(std::list<Node*>& nodes, std::unique_ptr<Owned> node) {
-    std::list<Node*>& spare = std::get<std::list<Node*>>(spare_);
-    if (spare.empty()) spare.resize(64);
-    Owned* const appended = node.release();
-    spare.front() = appended;
-    nodes.splice(nodes.end(), spare, spare.begin());
-    return appended;
+/// Reads an item and appends its node; null if the item's end tag is not there.
+template <class Node>
+Node* MrcDumpReader::readNode(std::list<Node*>& nodes, TovObjType type, TovNode* parent) {
+    std::string nodeName = latin1Of(attributes(), u"name"_v);
+    readUnknownElement();
+    if (tokenType() != EndElement) return nullptr;
+    return appendNode(nodes, std::make_unique<Node>(std::move(nodeName), type, parent));
 }
 
 /// Gathers the node added last into its bus, if it is a bit; returns the bus when it is new. Buses are known
 /// by base name for the whole file: the bits of a later cell widen the bus of the cell where the name came
 /// first.
 template <class Bus, class Node>
-Bus* MrcDumpReader::gather(BusMap<Bus>& buses, std::list<Node*>& nodes) {
+Bus* MrcDumpReader::gatherBit(BusMap<Bus>& buses, std::list<Node*>& nodes) {
     Node const& bit = *nodes.back();
     std::string base;
     if (!TovBusNode::isBusType(bit.name_, &base)) return nullptr;
     auto const [at, isNew] = buses.try_emplace(std::move(base), nullptr);
-    if (isNew) return at->second = append(nodes, std::make_unique<Bus>(bit.name_, bit.type(), bit.parent()));
+    if (isNew) return at->second = appendNode(nodes, std::make_unique<Bus>(bit.name_, bit.type(), bit.parent()));
     at->second->addToBus(bit.name_);
     return nullptr;
-}
-
-/// Reads a list whose items are told apart by their type alone.
-template <class Node>
-void MrcDumpReader::readNodes(QStringView item, Coding const& type, std::list<Node*>& nodes, TovNode* parent) {
-    readItems(item, type, [&](std::string itemName, int value) {
-        append(nodes, std::make_unique<Node>(std::move(itemName), static_cast<TovObjType>(value), parent));
-    });
-}
-
-/// Reads a list element: calls `add` with the name and the coded attribute of every `item` whose end tag is
-/// there; an item that the end of input cuts off is dropped.
-template <class Add>
-void MrcDumpReader::readItems(QStringView item, Coding const& coding, Add add) {
-    while (nextChild()) {
-        if (name() != item) {
-            skipElement();
-            continue;
-        }
-        auto const read = [&](QXmlStreamAttributes const& attributes) {
-            return std::pair(latin1Of(attributes, u"name"_v), numberOf(attributes, coding));
-        };
-        auto [itemName, value] = read(attributes());
-        skipElement();
-        if (tokenType() == EndElement) add(std::move(itemName), value);
-    }
 }
 
 }  // namespace kiri::tov::impl_detail

@@ -4,16 +4,12 @@
 #include <QXmlStreamReader>
 #include <list>
 #include <map>
-#include <memory>
 #include <string>
-#include <tuple>
 
 #include "platform/export.h"
 #include "tov/design/design.h"
 
 namespace kiri::tov::impl_detail {
-
-struct Coding;
 
 /// Reads a design dump into a tree, in one forward pass with memory for the tree alone. A reader is used by
 /// one thread at a time.
@@ -29,36 +25,51 @@ public:
     /// reader has no device afterwards.
     TOVENG_API bool doRead(char const* path);
 
+    /// The same; calls `progress` meanwhile, which stops the reading by false (the result is false then) or by an
+    /// exception, and sets `error` as TovDesign::load does.
+    TOVENG_API bool doRead(char const* path, TovProgress const& progress, std::string* error = nullptr);
+
 private:
     template <class Bus>
     using BusMap = std::map<std::string, Bus*>;
 
     bool nextChild();
-    void skipElement();
+    void readUnknownElement();
     void raiseInvalidTag();
+    std::string describeError() const;
 
     bool readDocument();
     void readTop();
-    void readLibrary();
-    void readUnit();
-    void readInstance();
-    void readPins(std::list<TovPortNode*>& ports, TovNode* parent);
-    void readNets(std::list<TovNetNode*>& nets, TovNode* parent);
+    void readLibrary(TovTopNode* top);
+    void readUnit(TovTopNode* top);
+    void readInstProperty(std::list<TovCellNode*>& cells, TovNode* parent);
+
+    void readClockProperty(std::list<TovClockNode*>& clocks, TovNode* parent);
+    void readPinProperty(std::list<TovPortNode*>& ports, TovNode* parent);
+    void readNetProperty(std::list<TovNetNode*>& nets, TovNode* parent);
+    void readViews(std::list<TovViewNode*>& views, TovNode* parent);
+    void readRams(std::list<TovRamNode*>& rams, TovNode* parent);
+    void readRoms(std::list<TovRomNode*>& roms, TovNode* parent);
+    void readMults(std::list<TovMultNode*>& mults, TovNode* parent);
+
+    void readClockItem(std::list<TovClockNode*>& clocks, TovNode* parent);
+    void readPinItem(std::list<TovPortNode*>& ports, TovNode* parent);
+    void readNetItem(std::list<TovNetNode*>& nets, TovNode* parent);
+    void readViewItem(std::list<TovViewNode*>& views, TovNode* parent);
+    void readRamItem(std::list<TovRamNode*>& rams, TovNode* parent);
+    void readRomItem(std::list<TovRomNode*>& roms, TovNode* parent);
+    void readMultItem(std::list<TovMultNode*>& mults, TovNode* parent);
+
     template <class Node>
-    void readNodes(QStringView item, Coding const& type, std::list<Node*>& nodes, TovNode* parent);
-    template <class Add>
-    void readItems(QStringView item, Coding const& coding, Add add);
-    template <class Node, class Owned>
-    Owned* append(std::list<Node*>& nodes, std::unique_ptr<Owned> node);
+    void readItems(QStringView item, void (MrcDumpReader::*readItem)(std::list<Node*>&, TovNode*),
+                   std::list<Node*>& nodes, TovNode* parent);
+    template <class Node>
+    Node* readNode(std::list<Node*>& nodes, TovObjType type, TovNode* parent);
     template <class Bus, class Node>
-    Bus* gather(BusMap<Bus>& buses, std::list<Node*>& nodes);
+    Bus* gatherBit(BusMap<Bus>& buses, std::list<Node*>& nodes);
 
     TovTopNode* top_;
-    /// List nodes made ahead, of each kind of list.
-    std::tuple<std::list<TovCellNode*>, std::list<TovPortNode*>, std::list<TovNetNode*>, std::list<TovClockNode*>,
-               std::list<TovViewNode*>, std::list<TovRamNode*>, std::list<TovRomNode*>, std::list<TovMultNode*>>
-        spare_;
-    /// The buses of the file by base name; they belong to the tree.
+    // The buses of the file by base name; they belong to the tree.
     BusMap<TovBusPortNode> portBuses_;
     BusMap<TovBusNetNode> netBuses_;
 };

@@ -6,7 +6,7 @@
 namespace kiri::tov {
 
 TovNode::TovNode(std::string name, TovObjType type, TovNode* parent)
-    : name_(std::move(name)), parent_(parent), type_(type) {}
+    : name_(std::move(name)), type_(type), parent_(parent) {}
 
 TovNode::~TovNode() = default;
 

@@ -58,12 +58,15 @@ public:
     TovNode* parent() const { return parent_; }
 
 private:
+    friend class TovPortNode;
     friend class TovTopNode;
     friend class impl_detail::MrcDumpReader;
 
     std::string name_;
+    TovObjType type_;
+    // The direction of a port. It fills the gap before the pointer: in TovPortNode each port would take 16 bytes more.
+    std::uint32_t direction_ = 0;
     TovNode* parent_;
-    TovObjType type_;  // last, so that a port's direction shares its word
 };
 
 /// A port of the design (TOV_OBJ_TOP_PORT) or a pin of a cell (TOV_OBJ_PIN).
@@ -76,11 +79,6 @@ public:
 
     /// 0 unknown, 1 in, 2 out, 3 inout.
     std::uint32_t direction() const { return direction_; }
-
-private:
-    friend class impl_detail::MrcDumpReader;
-
-    std::uint32_t direction_ = 0;
 };
 
 /// A net of the design or of a cell.
