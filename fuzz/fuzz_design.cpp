@@ -1,4 +1,4 @@
-// A design dump: loaded, asked everything, and loaded again.
+// A design dump: loaded, asked everything, loaded again with progress, and stopped.
 
 #include <list>
 
@@ -46,7 +46,14 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     bool const loaded = design.load(file.path().c_str());
     std::string const first = contentOf(design);
     fuzz::require(loaded || first.empty(), "a failed load leaves the design empty");
-    fuzz::require(design.load(file.path().c_str()) == loaded && contentOf(design) == first,
+    bool whole = false;
+    std::string error = "none";
+    auto const progress = [&whole](std::uint64_t at, std::uint64_t of) { return whole = at == of; };
+    fuzz::require(design.load(file.path().c_str(), progress, &error) == loaded && contentOf(design) == first,
                   "a second load is like the first");
+    fuzz::require(error.empty() == whole && (loaded || !whole), "a dump is whole, or the reason is told");
+    fuzz::require(error.find('\n') == std::string::npos, "the reason is one line");
+    bool const stopped = whole && !design.load(file.path().c_str(), [](auto, auto) { return false; });
+    fuzz::require(stopped == whole && (!stopped || contentOf(design).empty()), "a stopped load leaves nothing");
     return 0;
 }

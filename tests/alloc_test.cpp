@@ -142,14 +142,22 @@ TEST(Alloc, Designs) {
     auto reader = std::make_unique<impl_detail::MrcDumpReader>(&top);
     long const made = 1000000 - std::exchange(untilFailure, 0);
     TovDesign design;
-    // Where memory is short while Qt makes its parser, Qt ends the process: the sweep begins behind that.
-    auto const scenario = [&] {
+    support::TempDir const dir;
+    std::string const whole = SEEDS "/design/full";
+    std::string const cut = support::write(dir / "cut", support::read(whole) + "<");
+    std::string const longText(99, 'x');
+    TovProgress const allocate = [&](auto, auto) { return std::string(longText) == longText; };
+    auto const scenario = [&](std::string const& path) {
         std::list<TovPortNode*> ports;
-        bool const done = attempt([&] { design.load(SEEDS "/design/full"); });
+        std::string error;
+        bool const done = attempt([&] { design.load(path.c_str(), allocate, &error); });
         EXPECT_EQ(design.getPorts(ports), done ? 4U : 0U);
+        EXPECT_EQ(error.empty(), !done || path == whole);
         design.reset();
     };
-    sweep(scenario, made + 1);
+    // Where memory is short while Qt makes its parser, Qt ends the process: the sweep begins after that.
+    sweep([&] { scenario(whole); }, made + 1);
+    sweep([&] { scenario(cut); }, made + 1);
     EXPECT_TRUE(design.load(SEEDS "/design/full"));
     auto const sweepAll = [&](auto... query) { (sweepQuery(design, query), ...); };
     sweepAll(&TovDesign::getPorts, &TovDesign::getPins, &TovDesign::getNets, &TovDesign::getCells, &TovDesign::getRegs,

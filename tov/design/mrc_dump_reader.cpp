@@ -90,9 +90,7 @@ public:
     }
 
     /// Tells that the dump was read whole.
-    void finish() {
-        stopped_ = stopped_ || !meter_.finish();
-    }
+    void finish() { stopped_ = stopped_ || !meter_.finish(); }
 
     /// Whether the caller stopped the reading, or throws what the caller threw.
     bool wasStopped() const {
