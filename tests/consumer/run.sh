@@ -23,7 +23,7 @@ without_qt=(-DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON -DCMAKE_DISABLE_FIND_PACKAGE_Qt5
 check() {
   local version comment expected
   version=$(sed -n 's/^project(toveng VERSION \([0-9.]*\).*/\1/p' "$source/CMakeLists.txt")
-  comment=$(sed -n '/attributeHeader =/,/;/s/^ *"\(.*\)\\n";\{0,1\}$/\1/p' "$source/tov/writer.cpp")
+  comment=$(sed -n '/attributeHeader =/,/;/s/^ *"\(.*\)\\n";\{0,1\}$/\1/p' "$source/tov/writer.h")
   expected="#disable ${2:-}create_clock -period 0.000000 -name c [ get_ports { p } ]"
   expected+=$'\n\n'"$comment"$'\n\n'"${2:-}missing design: 0"
   diff <(printf '%s\n' "$expected") <("$1/formatting") || fail "wrong output"

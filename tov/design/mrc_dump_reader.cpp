@@ -4,7 +4,6 @@
 #include <QObject>
 #include <algorithm>
 #include <cerrno>
-#include <exception>
 #include <initializer_list>
 #include <memory>
 #include <new>
@@ -80,41 +79,23 @@ constexpr EnumAttribute<TovObjType> clockTypes{
     u"type"_v, {{u"port"_v, TOV_OBJ_CLOCK_PORT}, {u"net"_v, TOV_OBJ_CLOCK_NET}}, TOV_OBJ_CLOCK_OTHER};
 constexpr EnumAttribute<std::uint32_t> directions{u"direction"_v, {{u"in"_v, 1}, {u"out"_v, 2}, {u"inout"_v, 3}}, 0};
 
-/// A dump, counted while it is read. What the caller's function throws does not pass through Qt: it is kept, and the
-/// file ends there.
+/// A dump, counted while it is read. Where the caller stops the reading the file ends.
 class DumpFile : public QFile {
 public:
-    /// `input` and `progress` outlive the object.
-    DumpFile(InputFile const& input, TovProgress const& progress) : meter_(progress, input.remaining()) {
+    /// `input` outlives the object.
+    DumpFile(InputFile const& input, ProgressMeter& meter) : meter_(meter) {
         open(input.descriptor(), QIODevice::ReadOnly);
-    }
-
-    /// Tells that the dump was read whole.
-    void finish() { stopped_ = stopped_ || !meter_.finish(); }
-
-    /// Whether the caller stopped the reading, or throws what the caller threw.
-    bool wasStopped() const {
-        if (thrown_) std::rethrow_exception(thrown_);
-        return stopped_;
     }
 
 protected:
     qint64 readData(char* data, qint64 size) override {
-        if (stopped_) return -1;
+        if (meter_.stopped()) return -1;
         qint64 const got = QFile::readData(data, size);
-        try {
-            stopped_ = got > 0 && !meter_.add(static_cast<std::size_t>(got));
-        } catch (...) {
-            thrown_ = std::current_exception();
-            stopped_ = true;
-        }
-        return stopped_ ? -1 : got;
+        return got > 0 && !meter_.add(static_cast<std::size_t>(got)) ? -1 : got;
     }
 
 private:
-    ProgressMeter meter_;
-    std::exception_ptr thrown_;
-    bool stopped_ = false;
+    ProgressMeter& meter_;
 };
 
 /// Hands `node` over to the list, which owns it from then on.
@@ -160,7 +141,8 @@ bool MrcDumpReader::doRead(char const* path, TovProgress const& progress, std::s
         why = std::generic_category().message(errno);
         return false;
     }
-    DumpFile file(input, progress);
+    ProgressMeter meter(progress, input.remaining());
+    DumpFile file(input, meter);
     bool valid = false;
     QString refusal;
     std::string problem;
@@ -170,8 +152,9 @@ bool MrcDumpReader::doRead(char const* path, TovProgress const& progress, std::s
         if (!valid) refusal = errorString();
         if (hasError()) problem = describeError();
     }
-    if (problem.empty()) file.finish();
-    if (file.wasStopped()) {
+    if (problem.empty()) meter.finish();
+    if (meter.stopped()) {
+        meter.rethrow();
         why = "The caller stopped the load";
         return false;
     }
