@@ -69,7 +69,8 @@ void TOV::loadTaObjects(taDci* db, bool ioEnabled) {
 }
 
 std::list<TovCmd*>* TOV::getTovCmdList(TOVCMD_TYPE type) {
-    return type >= TOVCMD_CLOCK && type <= TOVCMD_ATTRIBUTE ? &cmdLists_[static_cast<std::size_t>(type) - 1] : nullptr;
+    auto const index = static_cast<std::size_t>(type) - 1;  // TOVCMD_NONE wraps around
+    return index < std::size(commandKinds) ? &cmdLists_[index] : nullptr;
 }
 
 ppStlList<char*>* TOV::getErrorList() {
