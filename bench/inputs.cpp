@@ -1,6 +1,5 @@
 #include "bench/inputs.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -15,9 +14,12 @@ namespace fs = std::filesystem;
 // The folder of the run, removed at its end.
 fs::path const& folder() {
     struct Folder {
-        fs::path path = fs::temp_directory_path() / ("toveng-bench-" + std::to_string(std::rand()) + "-" +
-                                                     std::to_string(reinterpret_cast<std::uintptr_t>(&path) >> 4));
-        Folder() { fs::create_directories(path); }
+        fs::path path;
+        Folder() {
+            std::string name = fs::temp_directory_path() / "toveng-bench-XXXXXX";
+            if (::mkdtemp(name.data()) == nullptr) std::abort();
+            path = name;
+        }
         ~Folder() { fs::remove_all(path); }
     };
     static Folder const instance;

@@ -1,0 +1,118 @@
+// toveng_count OPERATION: does one operation on a generated input and prints the size of the input's file. Under
+// "valgrind --tool=callgrind --instr-atstart=no" only the operation itself is counted: see scripts/bench --count.
+
+#include <QFile>
+#include <QString>
+#include <QXmlStreamReader>
+
+#include <valgrind/callgrind.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "bench/all_queries.h"
+#include "bench/inputs.h"
+#include "tov/design/design.h"
+#include "tov/tov.h"
+
+namespace {
+
+using kiri::tov::TOV;
+using kiri::tov::TovDesign;
+
+template <class Work>
+void measured(Work work) {
+    CALLGRIND_START_INSTRUMENTATION;
+    work();
+    CALLGRIND_STOP_INSTRUMENTATION;
+}
+
+constexpr std::size_t mixedLines = 30'000;
+constexpr std::size_t instances = 10'000;
+
+void load(std::string const& path) {
+    TOV document;
+    measured([&] { document.load(path.c_str()); });
+}
+
+void save(std::string const& path) {
+    TOV document;
+    document.load(path.c_str());
+    std::string text;
+    measured([&] { text = document.toSaveString(); });
+}
+
+void destroy(std::string const& path) {
+    auto document = std::make_unique<TOV>();
+    document->load(path.c_str());
+    measured([&] { document.reset(); });
+}
+
+void import(std::string const&) {
+    std::unique_ptr<taDci> const database = inputs::database(mixedLines);
+    TOV document;
+    measured([&] { document.loadTaObjects(database.get(), true); });
+}
+
+void loadDump(std::string const& path) {
+    TovDesign design;
+    measured([&] { design.load(path.c_str()); });
+}
+
+void readDumpBare(std::string const& path) {
+    measured([&] {
+        QFile file(QString::fromStdString(path));
+        if (!file.open(QIODevice::ReadOnly)) return;
+        QXmlStreamReader reader(&file);
+        while (!reader.atEnd()) reader.readNext();
+    });
+}
+
+void queryDump(std::string const& path) {
+    TovDesign design;
+    design.load(path.c_str());
+    AllQueries queries;
+    measured([&] { queries.ask(design); });
+}
+
+void destroyDump(std::string const& path) {
+    auto design = std::make_unique<TovDesign>();
+    design->load(path.c_str());
+    measured([&] { design.reset(); });
+}
+
+struct Operation {
+    std::string_view name;
+    void (*run)(std::string const& path);
+    std::string (*makeInput)(std::size_t size);
+    std::size_t inputSize;
+};
+
+constexpr Operation operations[] = {
+    {"load", load, inputs::constraintFile, mixedLines},
+    {"save", save, inputs::constraintFile, mixedLines},
+    {"destroy", destroy, inputs::constraintFile, mixedLines},
+    {"import", import, inputs::constraintFile, mixedLines},
+    {"dump-load", loadDump, inputs::designDump, instances},
+    {"dump-bare", readDumpBare, inputs::designDump, instances},
+    {"dump-queries", queryDump, inputs::designDump, instances},
+    {"dump-destroy", destroyDump, inputs::designDump, instances},
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    for (Operation const& operation : operations) {
+        if (argc != 2 || operation.name != argv[1]) continue;
+        std::string const path = operation.makeInput(operation.inputSize);
+        operation.run(path);
+        std::printf("%ju\n", std::filesystem::file_size(path));
+        return 0;
+    }
+    std::fputs("toveng_count OPERATION, one of:\n", stderr);
+    for (Operation const& operation : operations) std::fprintf(stderr, "  %s\n", operation.name.data());
+    return 2;
+}

@@ -1,0 +1,107 @@
+#!/usr/bin/env python3
+"""counts.py PROGRAM RECORD [--record DOCUMENT]: counts the instructions of the operations of toveng_count, prints them
+as a table and compares them with the record. Exits with 1 when a figure is more than 3 % above its record or above
+its promise. With --record, writes the record, and puts the table between the "<!-- counts -->" marks of the document."""
+import collections
+import concurrent.futures
+import os
+import re
+import subprocess
+import sys
+
+import document
+
+TOLERANCE = 1.03
+
+# An operation is counted per byte of its input's file, or against another operation.
+Figure = collections.namedtuple("Figure", "title operation against promise")
+BYTE = None
+FIGURES = [
+    Figure("load, instructions per byte of the file", "load", BYTE, 32),
+    Figure("save, instructions per byte of the file", "save", BYTE, 13),
+    Figure("destroy, instructions per byte of the file", "destroy", BYTE, 9),
+    Figure("import of as many records, instructions per byte of the file", "import", BYTE, None),
+    Figure("dump load, times a bare pass of the XML reader", "dump-load", "dump-bare", 1.12),
+    Figure("ten queries of a dump, first time, times its load", "dump-queries", "dump-load", None),
+    Figure("dump destroy, times its load", "dump-destroy", "dump-load", None),
+]
+
+
+def count(program, operation):
+    """Returns the instructions of the operation and the size of its input."""
+    # Symbols are bound before the operation, and hash tables have no random seed: the same count in each run.
+    environment = {"PATH": os.environ["PATH"], "LD_BIND_NOW": "1", "QT_HASH_SEED": "0"}
+    profile = f"{os.path.dirname(program)}/callgrind.{operation}"
+    command = ["valgrind", "--tool=callgrind", "--instr-atstart=no", f"--callgrind-out-file={profile}", program,
+               operation]
+    run = subprocess.run(command, env=environment, capture_output=True, text=True)
+    collected = re.search(r"Collected : (\d+)", run.stderr)
+    if run.returncode != 0 or not collected:
+        sys.exit(f"{' '.join(command)} failed:\n{run.stderr}")
+    return int(collected[1]), int(run.stdout)
+
+
+def measure(program):
+    operations = sorted({name for figure in FIGURES for name in (figure.operation, figure.against) if name})
+    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+        counts = dict(zip(operations, pool.map(lambda operation: count(program, operation), operations)))
+    figures = {}
+    for figure in FIGURES:
+        instructions, size = counts[figure.operation]
+        figures[figure.operation] = instructions / (counts[figure.against][0] if figure.against else size)
+    return figures
+
+
+def read_record(path):
+    with open(path) as file:
+        rows = (line.split() for line in file if not line.startswith("#"))
+        return {operation: float(figure) for operation, figure in rows}
+
+
+def write_record(path, figures):
+    with open(path, "w") as file:
+        file.write("# What scripts/bench --count found when a change last recorded it; see docs/performance.md.\n")
+        file.writelines(f"{operation} {figure:.4f}\n" for operation, figure in figures.items())
+
+
+def table(figures, record):
+    rows = ["| operation | promise | recorded | counted | |", "|---|---|---|---|---|"]
+    for figure in FIGURES:
+        counted, recorded = figures[figure.operation], record[figure.operation]
+        promise = f"at most {figure.promise}" if figure.promise else ""
+        rows.append(f"| {figure.title} | {promise} | {recorded:.4g} | {counted:.4g} | {counted / recorded - 1:+.1%} |")
+    return "\n".join(rows)
+
+
+def document_table(figures):
+    rows = ["| operation | promise | counted |", "|---|---|---|"]
+    for figure in FIGURES:
+        promise = f"at most {figure.promise}" if figure.promise else ""
+        rows.append(f"| {figure.title} | {promise} | {figures[figure.operation]:.3g} |")
+    return "\n".join(rows)
+
+
+def faults(figures, record):
+    for figure in FIGURES:
+        counted, recorded = figures[figure.operation], record[figure.operation]
+        if counted > recorded * TOLERANCE:
+            yield f"{figure.operation}: {counted:.4g} is more than 3 % above the record, {recorded:.4g}"
+        if figure.promise and counted > figure.promise:
+            yield f"{figure.operation}: {counted:.4g} is above the promise, {figure.promise}"
+
+
+def main():
+    program, record_path = sys.argv[1:3]
+    figures = measure(program)
+    if sys.argv[3:4] == ["--record"]:
+        write_record(record_path, figures)
+        document.put(sys.argv[4], "counts", document_table(figures))
+    record = read_record(record_path)
+    print(table(figures, record))
+    found = list(faults(figures, record))
+    for fault in found:
+        print(fault, file=sys.stderr)
+    sys.exit(1 if found else 0)
+
+
+main()
