@@ -1,5 +1,6 @@
 #include "bench/inputs.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -47,7 +48,7 @@ std::string clock(std::size_t i) {
     return "clk_" + std::to_string(i % 23);
 }
 
-// One hundred lines of the mix, the i-th one.
+// The i-th line of the mix, whose kinds come back after one hundred lines.
 void writeLine(std::ostream& out, std::size_t i) {
     switch (std::size_t const k = i % 100; k) {
         case 0:
@@ -90,6 +91,16 @@ void writeLine(std::ostream& out, std::size_t i) {
     out << '\n';
 }
 
+void writeLines(std::ostream& out, std::size_t lines) {
+    for (std::size_t i = 0; i < lines; ++i) writeLine(out, i);
+}
+
+void writeLongLine(std::ostream& out, std::size_t names) {
+    out << "set_false_path -from [get_cells {";
+    for (std::size_t i = 0; i < names; ++i) out << cell(i) << ' ';
+    out << "}]\n";
+}
+
 void writeItem(std::ostream& out, char const* element, std::string const& name, char const* more = "") {
     out << "    <" << element << " name=\"" << name << '"' << more << "/>\n";
 }
@@ -116,17 +127,38 @@ void writeList(std::ostream& out, char const* list, char const* item, std::size_
 }  // namespace
 
 std::string constraintFile(std::size_t lines) {
-    return make("mixed-" + std::to_string(lines), [lines](std::ostream& out) {
-        for (std::size_t i = 0; i < lines; ++i) writeLine(out, i);
+    return make("mixed-" + std::to_string(lines), [=](std::ostream& out) { writeLines(out, lines); });
+}
+
+std::string linesOfKind(std::size_t kind, std::size_t lines) {
+    return make("kind-" + std::to_string(kind), [=](std::ostream& out) {
+        for (std::size_t i = 0; i < lines; ++i) writeLine(out, kind + 100 * i);
     });
 }
 
 std::string oneLineOfNames(std::size_t names) {
-    return make("one-line-" + std::to_string(names), [names](std::ostream& out) {
-        out << "set_false_path -from [get_cells {";
-        for (std::size_t i = 0; i < names; ++i) out << cell(i) << ' ';
-        out << "}]\n";
+    return make("one-line-" + std::to_string(names), [=](std::ostream& out) { writeLongLine(out, names); });
+}
+
+std::string longLineFirst(std::size_t names, std::size_t lines) {
+    return make("long-line-first", [=](std::ostream& out) {
+        writeLongLine(out, names);
+        writeLines(out, lines);
     });
+}
+
+std::string longLineLast(std::size_t names, std::size_t lines) {
+    return make("long-line-last", [=](std::ostream& out) {
+        writeLines(out, lines);
+        writeLongLine(out, names);
+    });
+}
+
+std::size_t longestLine(std::string const& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::size_t longest = 0;
+    for (std::string line; std::getline(file, line);) longest = std::max(longest, line.size());
+    return longest;
 }
 
 std::string linesOfOneName(std::size_t names) {

@@ -1,0 +1,84 @@
+#ifndef TOVENG_BENCH_FIELDS_H
+#define TOVENG_BENCH_FIELDS_H
+
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "bench/heap.h"
+#include "tov/cmd/commands.h"
+
+/// What the public fields of commands take from the heap at least: a block for the command, for its node in the
+/// document's list, for each reference and its node, and for each text that does not fit where it stands.
+class FieldSizes {
+public:
+    template <class Command>
+    std::size_t of(Command const& command) {
+        return heap::block(sizeof(Command)) + listNode() + text(command.note) + fields(command);
+    }
+
+private:
+    using References = ppStlList<taDciObj*>;
+
+    static std::size_t listNode() { return heap::block(3 * sizeof(void*)); }
+
+    static bool isInside(void const* object, std::size_t size, char const* text) {
+        char const* const begin = static_cast<char const*>(object);
+        return text >= begin && text < begin + size;
+    }
+
+    static std::size_t text(std::string const& string) {
+        return isInside(&string, sizeof string, string.data()) ? 0 : heap::block(string.size() + 1);
+    }
+
+    // References of one expression share its text.
+    std::size_t reference(taDciObj const& obj) {
+        std::size_t const size = heap::block(sizeof obj) + listNode();
+        if (obj.name == nullptr || isInside(&obj, sizeof obj, obj.name)) return size;
+        return texts_.insert(obj.name).second ? size + heap::block(std::string_view(obj.name).size() + 1) : size;
+    }
+
+    std::size_t references(References const& list) {
+        std::size_t size = 0;
+        for (taDciObj const* obj : list) size += reference(*obj);
+        return size;
+    }
+
+    template <class T>
+    static std::size_t elements(std::vector<T> const& vector) {
+        return vector.empty() ? 0 : heap::block(vector.size() * sizeof(T));
+    }
+
+    std::size_t fields(kiri::tov::TovCmdClockDef const& command) {
+        return elements(command.waveform) + text(command.clockName) + references(command.targets);
+    }
+    std::size_t fields(kiri::tov::TovCmdGenClockDef const& command) {
+        return text(command.divideBy) + text(command.multiplyBy) + text(command.dutyCycle) + text(command.clockName) +
+               references(command.sources) + references(command.masterClock) + references(command.targets);
+    }
+    std::size_t fields(kiri::tov::TovCmdClockGroupDef const& command) {
+        std::size_t size = elements(command.groups);
+        for (References const* group : command.groups) size += heap::block(sizeof(References)) + references(*group);
+        return size;
+    }
+    std::size_t fields(kiri::tov::TovCmdIODelay const& command) {
+        return text(command.label) + references(command.clock) + references(command.objects);
+    }
+    std::size_t fields(kiri::tov::TovCmdTimingDelay const& command) {
+        return references(command.from) + references(command.to);
+    }
+    std::size_t fields(kiri::tov::TovCmdMultiPath const& command) {
+        return references(command.from) + references(command.to);
+    }
+    std::size_t fields(kiri::tov::TovCmdFalsePath const& command) {
+        return references(command.from) + references(command.to) + references(command.through);
+    }
+    static std::size_t fields(kiri::tov::TovCmdAttr const& command) {
+        return text(command.text1) + text(command.text2) + text(command.text3) + text(command.text4) +
+               text(command.text5);
+    }
+
+    std::unordered_set<char const*> texts_;
+};
+
+#endif
