@@ -40,7 +40,7 @@ void timeInChild(benchmark::State& state, Work work) {
         state, [] { return 0; }, [&work](int) { return work(); });
 }
 
-/// Registers a function so.
-#define CHILD_BENCHMARK(function) BENCHMARK(function)->UseManualTime()->Unit(benchmark::kMillisecond)
+/// Registers a function so. The repetitions of the run are the only ones: each of them is reported.
+#define CHILD_BENCHMARK(function) BENCHMARK(function)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond)
 
 #endif

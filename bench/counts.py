@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """counts.py PROGRAM RECORD [--record DOCUMENT]: counts the instructions of the operations of toveng_count, prints them
 as a table and compares them with the record. Exits with 1 when a figure is more than 3 % above its record or above
-its promise. With --record, writes the record, and puts the table between the "<!-- counts -->" marks of the document."""
+its promise. With --record, writes the record, and puts the table and the profiles between the "<!-- counts -->" and
+"<!-- profile -->" marks of the document."""
 import collections
 import concurrent.futures
 import os
@@ -9,6 +10,7 @@ import re
 import subprocess
 import sys
 
+import callgrind
 import document
 
 TOLERANCE = 1.03
@@ -27,13 +29,16 @@ FIGURES = [
 ]
 
 
+def profile_path(program, operation):
+    return f"{os.path.dirname(program)}/callgrind.{operation}"
+
+
 def count(program, operation):
     """Returns the instructions of the operation and the size of its input."""
     # Symbols are bound before the operation, and hash tables have no random seed: the same count in each run.
     environment = {"PATH": os.environ["PATH"], "LD_BIND_NOW": "1", "QT_HASH_SEED": "0"}
-    profile = f"{os.path.dirname(program)}/callgrind.{operation}"
-    command = ["valgrind", "--tool=callgrind", "--instr-atstart=no", f"--callgrind-out-file={profile}", program,
-               operation]
+    output = f"--callgrind-out-file={profile_path(program, operation)}"
+    command = ["valgrind", "--tool=callgrind", "--instr-atstart=no", output, program, operation]
     run = subprocess.run(command, env=environment, capture_output=True, text=True)
     collected = re.search(r"Collected : (\d+)", run.stderr)
     if run.returncode != 0 or not collected:
@@ -61,7 +66,7 @@ def read_record(path):
 def write_record(path, figures):
     with open(path, "w") as file:
         file.write("# What scripts/bench --count found when a change last recorded it; see docs/performance.md.\n")
-        file.writelines(f"{operation} {figure:.4f}\n" for operation, figure in figures.items())
+        file.writelines(f"{operation} {figure:.5g}\n" for operation, figure in figures.items())
 
 
 def table(figures, record):
@@ -93,11 +98,13 @@ def faults(figures, record):
 def main():
     program, record_path = sys.argv[1:3]
     figures = measure(program)
+    profiles = callgrind.table((name, profile_path(program, name)) for name in ("load", "save", "import", "dump-load"))
     if sys.argv[3:4] == ["--record"]:
         write_record(record_path, figures)
         document.put(sys.argv[4], "counts", document_table(figures))
+        document.put(sys.argv[4], "profile", profiles)
     record = read_record(record_path)
-    print(table(figures, record))
+    print(table(figures, record), profiles, sep="\n\n")
     found = list(faults(figures, record))
     for fault in found:
         print(fault, file=sys.stderr)

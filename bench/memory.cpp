@@ -85,6 +85,8 @@ void reportKind(Kind const& kind) {
     for (TovCmd const* command : *document.getTovCmdList(kind.list)) fields += kind.fields(sizes, *command);
     std::printf("| %s | %.1f | %.1f | %.1f | %.1f |\n", kind.name, ratio(std::filesystem::file_size(path), lines),
                 ratio(fields, lines), ratio(usage.kept, lines), ratio(usage.kept, lines) - ratio(fields, lines));
+    // Where the allocator finds no block of the right size, it gives a slightly larger one.
+    promise(usage.kept <= fields + lines / 10, "keeps more than its fields take", kind.name);
 }
 
 void reportDocument(char const* name, std::string const& path, double mostKept = 0) {
@@ -93,7 +95,8 @@ void reportDocument(char const* name, std::string const& path, double mostKept =
     std::size_t const longest = inputs::longestLine(path);
     double const times = ratio(usage.kept, std::filesystem::file_size(path));
     std::printf("| %s | %.2f | %.1f | %.1f |\n", name, times, kibibytes(longest), kibibytes(usage.above));
-    promise(usage.above <= longest + mostOfBuffers, "needs more than its longest line and 64 KiB beyond that", name);
+    promise(usage.above <= longest + mostOfBuffers, "needs more than its longest line and 64 KiB beyond what it keeps",
+            name);
     promise(mostKept == 0 || times <= mostKept, "keeps more than promised", name);
 }
 
@@ -106,7 +109,7 @@ void reportDesign(std::size_t instances) {
     double const node = ratio(usage.kept, nodes);
     std::printf("| %zu | %zu | %.1f | %.1f |\n", instances, nodes, node, kibibytes(usage.above));
     promise(node <= mostOfNode, "keeps more than promised", "design");
-    promise(usage.above <= mostOfBuffers, "needs more than 64 KiB beyond that", "design");
+    promise(usage.above <= mostOfBuffers, "needs more than 64 KiB beyond what it keeps", "design");
 }
 
 }  // namespace
