@@ -43,7 +43,7 @@ def row(operation, path):
             own[short(function.split(":", 1)[1])] += instructions
     total = sum(groups.values())
     shares = " | ".join(f"{groups[name] / total:.0%}" for name, _ in GROUPS)
-    dearest = ", ".join(f"`{name}` {instructions / total:.0%}" for name, instructions in own.most_common(DEAREST))
+    dearest = ", ".join(f"`{name}` {instructions / total:.1%}" for name, instructions in own.most_common(DEAREST))
     return f"| {operation} | {shares} | {dearest} |"
 
 

@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
-"""report.py BENCH.json MEMORY.txt [DOCUMENT PLOT]: prints the ratios of one benchmark run and the memory tables. With
-DOCUMENT, puts them between its "<!-- times -->" and "<!-- memory -->" marks and draws how load time grows with size as
-an SVG plot."""
+"""report.py BENCH.json [DOCUMENT PLOT]: prints the ratios of one benchmark run as a table. With DOCUMENT, puts the table
+between its "<!-- times -->" marks and draws how load time grows with size as an SVG plot."""
 import collections
 import json
 import statistics
@@ -58,15 +57,12 @@ def medians(times, prefix):
 
 def main():
     times = read_times(sys.argv[1])
-    with open(sys.argv[2]) as file:
-        memory = file.read().strip()
-    print(table(times), memory, sep="\n\n")
-    if len(sys.argv) > 4:
-        document.put(sys.argv[3], "times", table(times))
-        document.put(sys.argv[3], "memory", memory)
+    print(table(times))
+    if len(sys.argv) > 2:
+        document.put(sys.argv[2], "times", table(times))
         series = [("constraint lines: time per line", medians(times, "Load/")),
                   ("design instances: time per instance", medians(times, "DesignLoad/"))]
-        plot.draw(sys.argv[4], series)
+        plot.draw(sys.argv[3], series)
 
 
 main()
