@@ -1,11 +1,13 @@
 #include "bench/floor.h"
 
-#include <cstring>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
 #include <new>
+#include <string_view>
+#include <utility>
 
 #include "tov/cmd/commands.h"
-#include "tov/input_file.h"
-#include "tov/line_reader.h"
 #include "tov/text.h"
 
 struct Floor::Block {
@@ -30,10 +32,13 @@ Floor::~Floor() {
 }
 
 std::size_t Floor::load(std::string const& path) {
-    kiri::tov::InputFile file(path.c_str());
-    kiri::tov::LineReader lines(file);
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> const file(std::fopen(path.c_str(), "rb"), std::fclose);
+    if (file == nullptr) return 0;
+    char* buffer = nullptr;
+    std::size_t capacity = 0;
     std::size_t words = 0;
-    for (std::string_view line; lines.next(line);) {
+    for (ssize_t size; (size = ::getline(&buffer, &capacity, file.get())) > 0;) {
+        std::string_view const line(buffer, static_cast<std::size_t>(size));
         bool inWord = false;
         for (char c : line) {
             bool const space = kiri::tov::isSpace(c);
@@ -50,5 +55,6 @@ std::size_t Floor::load(std::string const& path) {
             allocate(sizeof(ListNode));
         }
     }
+    std::free(buffer);
     return words;
 }
