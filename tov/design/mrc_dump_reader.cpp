@@ -1,6 +1,5 @@
 #include "tov/design/mrc_dump_reader.h"
 
-#include <QFile>
 #include <QObject>
 #include <algorithm>
 #include <cerrno>
@@ -10,8 +9,8 @@
 #include <system_error>
 #include <utility>
 
+#include "tov/design/counted_file.h"
 #include "tov/input_file.h"
-#include "tov/progress_meter.h"
 
 // The dump, with the attributes that are read; whatever else stands in it is skipped with its content.
 //
@@ -79,25 +78,6 @@ constexpr EnumAttribute<TovObjType> clockTypes{
     u"type"_v, {{u"port"_v, TOV_OBJ_CLOCK_PORT}, {u"net"_v, TOV_OBJ_CLOCK_NET}}, TOV_OBJ_CLOCK_OTHER};
 constexpr EnumAttribute<std::uint32_t> directions{u"direction"_v, {{u"in"_v, 1}, {u"out"_v, 2}, {u"inout"_v, 3}}, 0};
 
-/// A dump, counted while it is read. Where the caller stops the reading the file ends.
-class DumpFile : public QFile {
-public:
-    /// `input` outlives the object.
-    DumpFile(InputFile const& input, ProgressMeter& meter) : meter_(meter) {
-        open(input.descriptor(), QIODevice::ReadOnly);
-    }
-
-protected:
-    qint64 readData(char* data, qint64 size) override {
-        if (meter_.stopped()) return -1;
-        qint64 const got = QFile::readData(data, size);
-        return got > 0 && !meter_.add(static_cast<std::size_t>(got)) ? -1 : got;
-    }
-
-private:
-    ProgressMeter& meter_;
-};
-
 /// Hands `node` over to the list, which owns it from then on.
 template <class Node, class Owned>
 Owned* appendNode(std::list<Node*>& nodes, std::unique_ptr<Owned> node) {
@@ -141,8 +121,7 @@ bool MrcDumpReader::doRead(char const* path, TovProgress const& progress, std::s
         why = std::generic_category().message(errno);
         return false;
     }
-    ProgressMeter meter(progress, input.remaining());
-    DumpFile file(input, meter);
+    CountedFile file(input, progress);
     bool valid = false;
     QString refusal;
     std::string problem;
@@ -152,9 +131,8 @@ bool MrcDumpReader::doRead(char const* path, TovProgress const& progress, std::s
         if (!valid) refusal = errorString();
         if (hasError()) problem = describeError();
     }
-    if (problem.empty()) meter.finish();
-    if (meter.stopped()) {
-        meter.rethrow();
+    if (problem.empty()) file.finish();
+    if (file.wasStopped()) {
         why = "The caller stopped the load";
         return false;
     }
