@@ -121,7 +121,8 @@ bool MrcDumpReader::doRead(char const* path, TovProgress const& progress, std::s
         why = std::generic_category().message(errno);
         return false;
     }
-    CountedFile file(input, progress);
+    ProgressMeter meter(progress, input.remaining());
+    CountedFile file(input, meter);
     bool valid = false;
     QString refusal;
     std::string problem;
@@ -131,8 +132,9 @@ bool MrcDumpReader::doRead(char const* path, TovProgress const& progress, std::s
         if (!valid) refusal = errorString();
         if (hasError()) problem = describeError();
     }
-    if (problem.empty()) file.finish();
-    if (file.wasStopped()) {
+    if (problem.empty()) meter.finish();
+    if (meter.stopped()) {
+        meter.rethrow();
         why = "The caller stopped the load";
         return false;
     }
