@@ -1,5 +1,4 @@
-#ifndef TOVENG_BENCH_ALL_QUERIES_H
-#define TOVENG_BENCH_ALL_QUERIES_H
+#pragma once
 
 #include <list>
 
@@ -23,5 +22,3 @@ struct AllQueries {
                design.getRoms(roms) + design.getMults(mults);
     }
 };
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_BENCH_CHILD_H
-#define TOVENG_BENCH_CHILD_H
+#pragma once
 
 #include <benchmark/benchmark.h>
 #include <sys/wait.h>
@@ -42,5 +41,3 @@ void timeInChild(benchmark::State& state, Work work) {
 
 /// Registers a function so. The repetitions of the run are the only ones: each of them is reported.
 #define CHILD_BENCHMARK(function) BENCHMARK(function)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond)
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_BENCH_FIELDS_H
-#define TOVENG_BENCH_FIELDS_H
+#pragma once
 
 #include <string>
 #include <unordered_set>
@@ -80,5 +79,3 @@ private:
 
     std::unordered_set<char const*> texts_;
 };
-
-#endif

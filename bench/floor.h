@@ -1,5 +1,4 @@
-#ifndef TOVENG_BENCH_FLOOR_H
-#define TOVENG_BENCH_FLOOR_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -19,5 +18,3 @@ private:
 
     Block* blocks_ = nullptr;
 };
-
-#endif

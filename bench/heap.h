@@ -1,5 +1,4 @@
-#ifndef TOVENG_BENCH_HEAP_H
-#define TOVENG_BENCH_HEAP_H
+#pragma once
 
 #include <cstddef>
 
@@ -14,5 +13,3 @@ extern std::size_t peak;
 std::size_t block(std::size_t size);
 
 }  // namespace heap
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_BENCH_INPUTS_H
-#define TOVENG_BENCH_INPUTS_H
+#pragma once
 
 #include <cstddef>
 #include <memory>
@@ -35,5 +34,3 @@ std::string designDump(std::size_t instances);
 std::unique_ptr<taDci> database(std::size_t lines);
 
 }  // namespace inputs
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_FUZZ_FUZZ_H
-#define TOVENG_FUZZ_FUZZ_H
+#pragma once
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -36,5 +35,3 @@ private:
 };
 
 }  // namespace fuzz
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_FUZZ_SETTLE_H
-#define TOVENG_FUZZ_SETTLE_H
+#pragma once
 
 #include <algorithm>
 #include <stdexcept>
@@ -83,5 +82,3 @@ void requireSettled(std::string text, bool plain, Next next) {
 }
 
 }  // namespace fuzz
-
-#endif

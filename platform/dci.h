@@ -1,12 +1,11 @@
-#ifndef TOVENG_PLATFORM_DCI_H
-#define TOVENG_PLATFORM_DCI_H
+#pragma once
 
 #include "platform/export.h"
 #include "platform/ppstl_list.h"
 
-// The constraint database of the flow: its records as the library reads them, at the byte offsets of the
-// flow's own library. A record is empty when made, owns its texts (made by taDciText) and its object
-// references, and is used by one thread at a time.
+// The constraint database of the flow: its records as the library reads them, at the byte offsets of the flow's own
+// library. A record is empty when made, owns its texts (made by taDciText) and its object references, and is used by
+// one thread at a time.
 
 /// Kind of a design object; the numbers are the database's.
 enum taDciObjTyp : int {
@@ -28,8 +27,7 @@ TOVENG_API char* taDciText(char const* text);
 /// A reference to a design object: its name as the constraint writes it, and its kind.
 class TOVENG_API taDciObj {
 public:
-    /// Copies the name, which may be null. The second text and kind are the flow's own; nothing here keeps
-    /// them.
+    /// Copies the name, which may be null. The second text and kind are the flow's own; nothing here keeps them.
     taDciObj(char const* name, char const* text, taDciObjTyp type, taDciObjTyp type2);
     /// Copies `*other`. The bytes of a long name are shared by all its copies, and live as long as one of them.
     explicit taDciObj(taDciObj* other);
@@ -166,5 +164,3 @@ struct TOVENG_API taDci {
     ppStlList<taDciSynClkGroup*> clockGroups;
     ppStlList<char*> errors;  ///< texts from taDciText
 };
-
-#endif

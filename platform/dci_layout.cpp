@@ -1,5 +1,4 @@
-// The records stand at these byte offsets in the flow's own library: a header that moves one does not
-// compile.
+// The records stand at these byte offsets in the flow's own library: a header that moves one does not compile.
 
 #include <cstddef>
 

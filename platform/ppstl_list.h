@@ -1,5 +1,4 @@
-#ifndef TOVENG_PLATFORM_PPSTL_LIST_H
-#define TOVENG_PLATFORM_PPSTL_LIST_H
+#pragma once
 
 #include <cstddef>
 #include <initializer_list>
@@ -7,8 +6,8 @@
 #include <type_traits>
 #include <utility>
 
-/// The flow's list of pointers: a circular doubly linked list whose head is two pointers wide. It owns its
-/// nodes and never what they point to. Its operations are those of std::list; size() walks the list.
+/// The flow's list of pointers: a circular doubly linked list whose head is two pointers wide. It owns its nodes and
+/// never what they point to. Its operations are those of std::list; size() walks the list.
 template <class T>
 class ppStlList {
     struct Link {
@@ -166,5 +165,3 @@ private:
 
     Link head_;
 };
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_PLATFORM_UT_H
-#define TOVENG_PLATFORM_UT_H
+#pragma once
 
 #include <cstddef>
 
@@ -15,5 +14,3 @@ TOVENG_API int ut_stricmp(char const* a, char const* b);
 
 /// Compares at most the first `count` characters as ut_stricmp does.
 TOVENG_API int ut_strincmp(char const* a, char const* b, std::size_t count);
-
-#endif

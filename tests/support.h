@@ -1,5 +1,4 @@
-#ifndef TOVENG_TESTS_SUPPORT_H
-#define TOVENG_TESTS_SUPPORT_H
+#pragma once
 
 #include <filesystem>
 #include <fstream>
@@ -66,5 +65,3 @@ inline std::string textOf(ppStlList<taDciObj*> const& list) {
 }
 
 }  // namespace support
-
-#endif

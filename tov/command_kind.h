@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_COMMAND_KIND_H
-#define TOVENG_TOV_COMMAND_KIND_H
+#pragma once
 
 #include <iterator>
 #include <list>
@@ -41,8 +40,8 @@ constexpr CommandKind kindOf(TOVCMD_TYPE list, std::string_view keyword) {
     return {list, keyword, readCommand<Cmd>, appendCommand<Cmd>};
 }
 
-/// All kinds, in the order of writing, which is that of the lists. No keyword begins with another one, so each line is of
-/// one kind at most.
+/// All kinds, in the order of writing, which is that of the lists. No keyword begins with another one, so each line is
+/// of one kind at most.
 inline constexpr CommandKind commandKinds[] = {
     kindOf<TovCmdClockDef>(TOVCMD_CLOCK, "create_clock"),
     kindOf<TovCmdGenClockDef>(TOVCMD_GENCLOCK, "create_generated_clock"),
@@ -76,5 +75,3 @@ Cmd& addCommand(TOV& document, TOVCMD_TYPE list, std::unique_ptr<Cmd> cmd) {
 }
 
 }  // namespace kiri::tov
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_IMPORT_H
-#define TOVENG_TOV_IMPORT_H
+#pragma once
 
 #include "tov/tov.h"
 
@@ -9,5 +8,3 @@ namespace kiri::tov {
 void importRecords(TOV& document, taDci const& db, bool ioEnabled);
 
 }  // namespace kiri::tov
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_INPUT_FILE_H
-#define TOVENG_TOV_INPUT_FILE_H
+#pragma once
 
 #include <sys/types.h>
 #include <unistd.h>
@@ -8,8 +7,7 @@
 
 namespace kiri::tov {
 
-/// A file opened for reading by its path's own bytes, whatever the process's locale; closed by the
-/// destructor.
+/// A file opened for reading by its path's own bytes, whatever the process's locale; closed by the destructor.
 class InputFile {
 public:
     /// Opens `path`. A directory counts as a file that exists and cannot be opened.
@@ -37,5 +35,3 @@ private:
 };
 
 }  // namespace kiri::tov
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_LINE_READER_H
-#define TOVENG_TOV_LINE_READER_H
+#pragma once
 
 #include <cstddef>
 #include <cstdlib>
@@ -43,5 +42,3 @@ private:
 };
 
 }  // namespace kiri::tov
-
-#endif

@@ -6,8 +6,8 @@
 //   command   = keyword ...             the class of the command reads it
 //   comment   = any other text
 //
-// The commands and the attributes are two sections, in any order and as often as they come. A comment belongs
-// to the section in which it stands.
+// The commands and the attributes are two sections, in any order and as often as they come. A comment belongs to the
+// section in which it stands.
 
 #include "tov/loader.h"
 

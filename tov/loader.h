@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_LOADER_H
-#define TOVENG_TOV_LOADER_H
+#pragma once
 
 #include <memory>
 #include <string_view>
@@ -32,5 +31,3 @@ enum class ReadResult { failed, whole, stopped };
 ReadResult readTovFile(TOV& document, char const* path, TovProgress const& progress);
 
 }  // namespace kiri::tov
-
-#endif

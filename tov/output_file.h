@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_OUTPUT_FILE_H
-#define TOVENG_TOV_OUTPUT_FILE_H
+#pragma once
 
 #include <string_view>
 
@@ -27,5 +26,3 @@ private:
 };
 
 }  // namespace kiri::tov
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_PROGRESS_H
-#define TOVENG_TOV_PROGRESS_H
+#pragma once
 
 #include <cstdint>
 #include <functional>
@@ -12,5 +11,3 @@ namespace kiri::tov {
 using TovProgress = std::function<bool(std::uint64_t read, std::uint64_t size)>;
 
 }  // namespace kiri::tov
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_PROGRESS_METER_H
-#define TOVENG_TOV_PROGRESS_METER_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -45,5 +44,3 @@ private:
 };
 
 }  // namespace kiri::tov
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_TEXT_H
-#define TOVENG_TOV_TEXT_H
+#pragma once
 
 #include <array>
 #include <cstddef>
@@ -39,8 +38,8 @@ inline bool isEnclosing(char c) {
     return chars::classes[static_cast<unsigned char>(c)] == chars::enclosing;
 }
 
-/// The first white space of a text; its end if there is none. Eight characters are looked at together: a load looks
-/// at each character for the end of its word, most of them twice.
+/// The first white space of a text; its end if there is none. Eight characters are looked at together: a load looks at
+/// each character for the end of its word, most of them twice.
 inline char const* findSpace(char const* at, char const* end) {
     constexpr std::uint64_t ones = 0x0101010101010101;
     for (; end - at >= 8; at += 8) {
@@ -85,5 +84,3 @@ inline std::string_view trim(std::string_view text) {
 }
 
 }  // namespace kiri::tov
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_TOKENIZER_H
-#define TOVENG_TOV_TOKENIZER_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -49,5 +48,3 @@ private:
 std::vector<std::string> tokenizeTclString(std::string const& line);
 
 }  // namespace kiri::tov
-
-#endif

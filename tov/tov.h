@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_TOV_H
-#define TOVENG_TOV_TOV_H
+#pragma once
 
 #include <list>
 #include <memory>
@@ -30,8 +29,8 @@ enum TOVCMD_TYPE : int {
 
 /// A constraint file in memory: its commands by kind and in file order, and its comments.
 ///
-/// A document owns its commands. Any operation may throw std::bad_alloc. One document is used by one thread
-/// at a time; different documents may be used by different threads at once.
+/// A document owns its commands. Any operation may throw std::bad_alloc. One document is used by one thread at a time;
+/// different documents may be used by different threads at once.
 class TOVENG_API TOV {
 public:
     TOV();
@@ -53,19 +52,19 @@ public:
     /// document is as after its construction.
     bool load(char const* path, TovProgress const& progress);
 
-    /// As load, but adds to the nine lists of timing commands; the attributes and comments are replaced. True
-    /// only if the file was read to its end.
+    /// As load, but adds to the nine lists of timing commands; the attributes and comments are replaced. True only if
+    /// the file was read to its end.
     bool parseTovFile(char const* path);
 
     /// Returns the file text of the document. The document does not change.
     std::string toSaveString();
 
-    /// Writes toSaveString() to the file. True if the file could be opened for writing; errors in writing are
-    /// not reported. The text is complete before the file is opened.
+    /// Writes toSaveString() to the file. True if the file could be opened for writing; errors in writing are not
+    /// reported. The text is complete before the file is opened.
     bool save(char const* path);
 
-    /// Appends a command for each record of the database, which is not null. The document keeps no part of
-    /// it. Input and output delays become enabled as `ioEnabled` says; other commands are enabled.
+    /// Appends a command for each record of the database, which is not null. The document keeps no part of it. Input
+    /// and output delays become enabled as `ioEnabled` says; other commands are enabled.
     void loadTaObjects(taDci* db, bool ioEnabled);
 
     /// Returns the list of that kind; null for TOVCMD_NONE and what is no kind. The list may be edited: the document
@@ -90,5 +89,3 @@ public:
 };
 
 }  // namespace kiri::tov
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_WRITER_H
-#define TOVENG_TOV_WRITER_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -32,5 +31,3 @@ inline constexpr std::string_view attributeHeader =
 std::string fileTextOf(TOV& document);
 
 }  // namespace kiri::tov
-
-#endif

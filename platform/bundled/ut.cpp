@@ -66,8 +66,8 @@ ThreadText threadText;
 constexpr std::size_t numberSize = 320;
 
 char* writeFixed(char* to, double value) {
-    // Six decimals of a number that a float holds are exact as an integer of millionths while that fits 53
-    // bits; rint rounds a half to even, as printf does.
+    // Six decimals of a number that a float holds are exact as an integer of millionths while that fits 53 bits; rint
+    // rounds a half to even, as printf does.
     double const millionths = value * 1e6;
     if (static_cast<double>(static_cast<float>(value)) != value || !(std::fabs(millionths) < 9e15)) {
         return std::to_chars(to, to + numberSize, value, std::chars_format::fixed, 6).ptr;

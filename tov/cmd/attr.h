@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_CMD_ATTR_H
-#define TOVENG_TOV_CMD_ATTR_H
+#pragma once
 
 #include <string>
 
@@ -30,5 +29,3 @@ public:
 };
 
 }  // namespace kiri::tov
-
-#endif

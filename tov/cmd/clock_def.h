@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_CMD_CLOCK_DEF_H
-#define TOVENG_TOV_CMD_CLOCK_DEF_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -31,5 +30,3 @@ public:
 };
 
 }  // namespace kiri::tov
-
-#endif

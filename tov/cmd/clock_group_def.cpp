@@ -41,8 +41,8 @@ std::size_t sizeOfNames(ppStlList<taDciObj*> const& group) {
     return size;
 }
 
-// A group's clocks are written as one query after its other members. A member that is neither a clock nor a
-// reserved key is glued to what stands before it: the file format has no blank there.
+// A group's clocks are written as one query after its other members. A member that is neither a clock nor a reserved
+// key is glued to what stands before it: the file format has no blank there.
 void appendGroup(std::string& line, ppStlList<taDciObj*> const& group) {
     // A line that does not fit the memory fails here, and not after it has filled all there is.
     line.reserve(line.size() + sizeOfNames(group));

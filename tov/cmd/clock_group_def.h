@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_CMD_CLOCK_GROUP_DEF_H
-#define TOVENG_TOV_CMD_CLOCK_GROUP_DEF_H
+#pragma once
 
 #include <string>
 #include <type_traits>
@@ -34,5 +33,3 @@ public:
 };
 
 }  // namespace kiri::tov
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_CMD_CMD_H
-#define TOVENG_TOV_CMD_CMD_H
+#pragma once
 
 #include <string>
 
@@ -36,8 +35,8 @@ public:
     /// Returns the expression of one reference: a reserved expression, a query, or the name. Null gives "".
     static std::string toTclString(taDciObj* obj);
 
-    /// Puts the expression of a reserved key ("@PI", "@PO", "@CLKIN", "@CLOCK", in any case) into `out`.
-    /// False for any other key, `out` untouched; null is no key.
+    /// Puts the expression of a reserved key ("@PI", "@PO", "@CLKIN", "@CLOCK", in any case) into `out`. False for any
+    /// other key, `out` untouched; null is no key.
     static bool reservedKey(char const* key, std::string& out);
 
     /// Returns `text` without blanks, tabs, LF and CR at its ends, in brackets if it begins with the name of a query in
@@ -55,13 +54,11 @@ protected:
 /// Returns `text` in double quotes if it holds white space and no double quote, else as it is.
 TOVENG_API std::string encloseDoubleQuotes(std::string const& text);
 
-/// Replaces the content of `to` by copies of the references in `from`, in order; null entries are left out.
-/// When memory is short, std::bad_alloc comes out and `to` stays as it was.
+/// Replaces the content of `to` by copies of the references in `from`, in order; null entries are left out. When memory
+/// is short, std::bad_alloc comes out and `to` stays as it was.
 TOVENG_API void deepCopyDciObjList(ppStlList<taDciObj*>& from, ppStlList<taDciObj*>& to);
 
 /// Deletes every reference in `list` and empties it.
 TOVENG_API void freeDciObjList(ppStlList<taDciObj*>& list);
 
 }  // namespace kiri::tov
-
-#endif

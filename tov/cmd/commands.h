@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_CMD_COMMANDS_H
-#define TOVENG_TOV_CMD_COMMANDS_H
+#pragma once
 
 // All command classes.
 
@@ -12,5 +11,3 @@
 #include "tov/cmd/io_delay.h"
 #include "tov/cmd/multi_path.h"
 #include "tov/cmd/timing_delay.h"
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_CMD_FALSE_PATH_H
-#define TOVENG_TOV_CMD_FALSE_PATH_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -31,5 +30,3 @@ public:
 };
 
 }  // namespace kiri::tov
-
-#endif

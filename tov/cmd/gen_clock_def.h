@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_CMD_GEN_CLOCK_DEF_H
-#define TOVENG_TOV_CMD_GEN_CLOCK_DEF_H
+#pragma once
 
 #include <string>
 
@@ -33,5 +32,3 @@ public:
 };
 
 }  // namespace kiri::tov
-
-#endif

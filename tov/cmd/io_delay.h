@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_CMD_IO_DELAY_H
-#define TOVENG_TOV_CMD_IO_DELAY_H
+#pragma once
 
 #include <string>
 
@@ -48,5 +47,3 @@ public:
 };
 
 }  // namespace kiri::tov
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_CMD_MULTI_PATH_H
-#define TOVENG_TOV_CMD_MULTI_PATH_H
+#pragma once
 
 #include <string>
 
@@ -29,5 +28,3 @@ public:
 };
 
 }  // namespace kiri::tov
-
-#endif

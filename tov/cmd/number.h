@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_CMD_NUMBER_H
-#define TOVENG_TOV_CMD_NUMBER_H
+#pragma once
 
 #include <string_view>
 
@@ -16,5 +15,3 @@ int truncateToInt(float value);
 float fromThousandths(int value);
 
 }  // namespace kiri::tov
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_CMD_OBJ_LIST_H
-#define TOVENG_TOV_CMD_OBJ_LIST_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -36,5 +35,3 @@ void appendTclString(std::string& out, taDciObj const* obj);
 std::string_view reservedExpression(char const* key);
 
 }  // namespace kiri::tov
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_CMD_PARSE_H
-#define TOVENG_TOV_CMD_PARSE_H
+#pragma once
 
 #include <algorithm>
 #include <cstddef>
@@ -78,5 +77,3 @@ void readTo(Cmd& cmd, std::string_view value) {
 }
 
 }  // namespace kiri::tov
-
-#endif

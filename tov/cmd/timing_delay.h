@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_CMD_TIMING_DELAY_H
-#define TOVENG_TOV_CMD_TIMING_DELAY_H
+#pragma once
 
 #include <string>
 
@@ -45,5 +44,3 @@ public:
 };
 
 }  // namespace kiri::tov
-
-#endif

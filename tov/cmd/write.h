@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_CMD_WRITE_H
-#define TOVENG_TOV_CMD_WRITE_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -33,8 +32,8 @@ inline void appendPiece(std::string& line, char const* piece) {
     if (piece != nullptr) line += piece;
 }
 
-/// Appends `option` and the first reference of a list, if there is one. A file holds only the first reference
-/// of a list; the others are not written.
+/// Appends `option` and the first reference of a list, if there is one. A file holds only the first reference of a
+/// list; the others are not written.
 inline void appendFirst(std::string& line, std::string_view option, ppStlList<taDciObj*> const& list) {
     if (list.empty()) return;
     line += option;
@@ -42,5 +41,3 @@ inline void appendFirst(std::string& line, std::string_view option, ppStlList<ta
 }
 
 }  // namespace kiri::tov
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_DESIGN_BUS_NODE_H
-#define TOVENG_TOV_DESIGN_BUS_NODE_H
+#pragma once
 
 #include <string>
 
@@ -7,14 +6,14 @@
 
 namespace kiri::tov {
 
-/// A vector, gathered from the names of its bits: "data[0]" and "data[7]" give "data[7:0]". A bit name is a
-/// non-empty base followed by decimal digits in brackets, so "m[1][2]" is bit 2 of "m[1]".
+/// A vector, gathered from the names of its bits: "data[0]" and "data[7]" give "data[7:0]". A bit name is a non-empty
+/// base followed by decimal digits in brackets, so "m[1][2]" is bit 2 of "m[1]".
 // Its destructor is not virtual: a bus is destroyed through its port or net.
 // NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class TOVENG_API TovBusNode {
 public:
-    /// Starts a bus at the bit `name`. With `wildcard` it is named "base*" and has no range yet. A `name`
-    /// that is not a bit leaves all names empty.
+    /// Starts a bus at the bit `name`. With `wildcard` it is named "base*" and has no range yet. A `name` that is not a
+    /// bit leaves all names empty.
     TovBusNode(std::string const& name, bool wildcard);
     ~TovBusNode();
     TovBusNode(TovBusNode const&) = delete;
@@ -29,20 +28,19 @@ public:
     int low() const { return low_; }
     int high() const { return high_; }
 
-    /// The base of a bit name, whose index goes to `index` unless that is null; an index beyond `int` gives
-    /// 0. Any other name is returned as it is, and `index` is left alone.
+    /// The base of a bit name, whose index goes to `index` unless that is null; an index beyond `int` gives 0. Any
+    /// other name is returned as it is, and `index` is left alone.
     static std::string getBusName(std::string const& name, int* index);
 
     /// Whether `name` is a bit name; only then is its base stored to `baseName`, unless that is null.
     static bool isBusType(std::string const& name, std::string* baseName);
 
-    /// Whether the base of `name` is this bus's. A name without index is compared whole: "data" belongs to
-    /// "data".
+    /// Whether the base of `name` is this bus's. A name without index is compared whole: "data" belongs to "data".
     bool isCurrentBus(std::string const& name) const;
 
-    /// Widens the range by the index of `name` and renames the bus after its base. Nothing is checked: a name
-    /// without index counts as index 0, and a bit of another vector takes the bus to that name. On
-    /// std::bad_alloc the bus is as it was.
+    /// Widens the range by the index of `name` and renames the bus after its base. Nothing is checked: a name without
+    /// index counts as index 0, and a bit of another vector takes the bus to that name. On std::bad_alloc the bus is as
+    /// it was.
     void addToBus(std::string const& name);
 
 private:
@@ -73,5 +71,3 @@ public:
 };
 
 }  // namespace kiri::tov
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_DESIGN_CELL_NODE_H
-#define TOVENG_TOV_DESIGN_CELL_NODE_H
+#pragma once
 
 #include <list>
 #include <string>
@@ -8,8 +7,7 @@
 
 namespace kiri::tov {
 
-/// What the top node and the cells share: their ports, nets and clocks, which they own, each list in file
-/// order.
+/// What the top node and the cells share: their ports, nets and clocks, which they own, each list in file order.
 class TOVENG_API TovBaseCellNode : public TovNode {
 public:
     /// Makes a node of type TOV_OBJ_CELL without ports, nets and clocks.
@@ -17,8 +15,8 @@ public:
     /// Deletes the clocks, the ports and the nets.
     ~TovBaseCellNode() override;
 
-    /// "library<separator>name<separator>arch". The library is left out when it is empty or "work", the arch
-    /// when it is empty; the parent does not count.
+    /// "library<separator>name<separator>arch". The library is left out when it is empty or "work", the arch when it is
+    /// empty; the parent does not count.
     std::string hierachyName(char separator) const override;
 
     /// Writes the cell and then its clocks, ports and nets.
@@ -85,5 +83,3 @@ private:
 };
 
 }  // namespace kiri::tov
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_DESIGN_COUNTED_FILE_H
-#define TOVENG_TOV_DESIGN_COUNTED_FILE_H
+#pragma once
 
 #include <QFile>
 
@@ -22,5 +21,3 @@ private:
 };
 
 }  // namespace kiri::tov::impl_detail
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_DESIGN_DESIGN_H
-#define TOVENG_TOV_DESIGN_DESIGN_H
+#pragma once
 
 #include <cstddef>
 #include <list>
@@ -16,9 +15,9 @@ namespace kiri::tov {
 
 /// A design read from a dump of the synthesis tool, and the lists of what is in it.
 ///
-/// The nodes that queries hand out belong to the design and live until the next load(), reset() or its
-/// destruction. A load() that fails, is stopped or throws has deleted them too: the lists that earlier queries
-/// filled then dangle. Queries may run in several threads at once, but not together with load() or reset().
+/// The nodes that queries hand out belong to the design and live until the next load(), reset() or its destruction. A
+/// load() that fails, is stopped or throws has deleted them too: the lists that earlier queries filled then dangle.
+/// Queries may run in several threads at once, but not together with load() or reset().
 class TOVENG_API TovDesign {
 public:
     /// Makes an empty design.
@@ -30,25 +29,24 @@ public:
     /// Deletes the design's nodes and leaves it empty.
     void reset();
 
-    /// Replaces the design by the dump at `path`. Returns false and leaves the design empty when the file
-    /// cannot be opened or its root element is not `top`. A dump that is cut short, not well formed or has an
-    /// unexpected child of `top` gives true and what stands before that place. On std::bad_alloc the design
-    /// is empty.
+    /// Replaces the design by the dump at `path`. Returns false and leaves the design empty when the file cannot be
+    /// opened or its root element is not `top`. A dump that is cut short, not well formed or has an unexpected child of
+    /// `top` gives true and what stands before that place. On std::bad_alloc the design is empty.
     bool load(char const* path);
 
     /// The same; calls `progress` meanwhile, unless it is empty. If it returns false, the load stops, the result is
-    /// false and the design is empty; if it throws, the design is empty and the exception goes on. Its last call,
-    /// with `read` equal to `size`, comes only when the dump was read whole.
+    /// false and the design is empty; if it throws, the design is empty and the exception goes on. Its last call, with
+    /// `read` equal to `size`, comes only when the dump was read whole.
     ///
     /// `error`, unless null, becomes empty when the dump was read whole, and else one line that says why not, in UTF-8:
     /// "Line 1 Column 9: Tag design is not valid tag", the XML parser's message with its place in that form (both also
-    /// where the result is true), the system's message for a file that cannot be opened, or that the caller stopped
-    /// the load. After an exception it is as it was.
+    /// where the result is true), the system's message for a file that cannot be opened, or that the caller stopped the
+    /// load. After an exception it is as it was.
     bool load(char const* path, TovProgress const& progress, std::string* error = nullptr);
 
-    /// Each query replaces `out` and returns its length. An empty design returns 0 and leaves `out` alone, as
-    /// does std::bad_alloc: a list that was filled before the design was loaded again still holds the deleted nodes.
-    /// Entries are in file order; a bus stands after its first bit.
+    /// Each query replaces `out` and returns its length. An empty design returns 0 and leaves `out` alone, as does
+    /// std::bad_alloc: a list that was filled before the design was loaded again still holds the deleted nodes. Entries
+    /// are in file order; a bus stands after its first bit.
     std::size_t getPorts(std::list<TovPortNode*>& out) const;  ///< ports of the design
     std::size_t getPins(std::list<TovPortNode*>& out) const;   ///< ports of the cells, cell by cell
     std::size_t getNets(std::list<TovNetNode*>& out) const;    ///< nets of the design, then of the cells
@@ -65,5 +63,3 @@ private:
 };
 
 }  // namespace kiri::tov
-
-#endif

@@ -143,8 +143,8 @@ bool MrcDumpReader::doRead(char const* path, TovProgress const& progress, std::s
     return valid;
 }
 
-/// Moves to the next child of the current element; false at the element's end tag and at the end of what can
-/// be read. An error is final, even if the file has grown meanwhile.
+/// Moves to the next child of the current element; false at the element's end tag and at the end of what can be read.
+/// An error is final, even if the file has grown meanwhile.
 bool MrcDumpReader::nextChild() {
     while (tokenType() != Invalid && tokenType() != EndDocument) {
         TokenType const token = readNext();
@@ -359,9 +359,8 @@ Node* MrcDumpReader::readNode(std::list<Node*>& nodes, TovObjType type, TovNode*
     return appendNode(nodes, std::make_unique<Node>(std::move(nodeName), type, parent));
 }
 
-/// Gathers the node added last into its bus, if it is a bit; returns the bus when it is new. Buses are known
-/// by base name for the whole file: the bits of a later cell widen the bus of the cell where the name came
-/// first.
+/// Gathers the node added last into its bus, if it is a bit; returns the bus when it is new. Buses are known by base
+/// name for the whole file: the bits of a later cell widen the bus of the cell where the name came first.
 template <class Bus, class Node>
 Bus* MrcDumpReader::gatherBit(BusMap<Bus>& buses, std::list<Node*>& nodes) {
     Node const& bit = *nodes.back();

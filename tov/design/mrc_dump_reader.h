@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_DESIGN_MRC_DUMP_READER_H
-#define TOVENG_TOV_DESIGN_MRC_DUMP_READER_H
+#pragma once
 
 #include <QXmlStreamReader>
 #include <list>
@@ -11,18 +10,17 @@
 
 namespace kiri::tov::impl_detail {
 
-/// Reads a design dump into a tree, in one forward pass with memory for the tree alone. A reader is used by
-/// one thread at a time.
+/// Reads a design dump into a tree, in one forward pass with memory for the tree alone. A reader is used by one thread
+/// at a time.
 class MrcDumpReader : public QXmlStreamReader {
 public:
     /// Makes a reader that appends to `top`, which is not owned and outlives the reader's work.
     TOVENG_API explicit MrcDumpReader(TovTopNode* top);
 
-    /// Reads the dump at `path`. Returns false when the file cannot be opened, and when the root element is
-    /// not `top`; errorString() then names the tag and its place. Returns true in every other case: a dump
-    /// that is cut short, not well formed or has an unexpected child of `top` leaves what stands before that
-    /// place. std::bad_alloc passes through, and the tree holds what was read so far. However it ends, the
-    /// reader has no device afterwards.
+    /// Reads the dump at `path`. Returns false when the file cannot be opened, and when the root element is not `top`;
+    /// errorString() then names the tag and its place. Returns true in every other case: a dump that is cut short, not
+    /// well formed or has an unexpected child of `top` leaves what stands before that place. std::bad_alloc passes
+    /// through, and the tree holds what was read so far. However it ends, the reader has no device afterwards.
     TOVENG_API bool doRead(char const* path);
 
     /// The same; calls `progress` meanwhile, which stops the reading by false (the result is false then) or by an
@@ -75,5 +73,3 @@ private:
 };
 
 }  // namespace kiri::tov::impl_detail
-
-#endif

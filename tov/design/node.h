@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_DESIGN_NODE_H
-#define TOVENG_TOV_DESIGN_NODE_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -32,8 +31,8 @@ enum TovObjType : int {
 /// Kind of a cell instance. Callers compare the numbers.
 enum CELL_TYPE : int { CELL_OTHER = 0, CELL_COMB = 1, CELL_REG = 2, CELL_SEQ = 3, CELL_PAD = 4 };
 
-/// One object of a design. It belongs to the cell or top node in whose list it stands. Nodes do not change
-/// once their design is loaded; any number of threads may read them as long as none destroys the design.
+/// One object of a design. It belongs to the cell or top node in whose list it stands. Nodes do not change once their
+/// design is loaded; any number of threads may read them as long as none destroys the design.
 class TOVENG_API TovNode {
 public:
     /// Makes a node below `parent`, which is not owned and is null only for the top node.
@@ -42,8 +41,8 @@ public:
     TovNode(TovNode const&) = delete;
     TovNode& operator=(TovNode const&) = delete;
 
-    /// The name within the whole design: the parent's hierarchy name, `separator` and `name()`. Only this
-    /// last joint takes the caller's separator; whatever stands above it is joined by '/'.
+    /// The name within the whole design: the parent's hierarchy name, `separator` and `name()`. Only this last joint
+    /// takes the caller's separator; whatever stands above it is joined by '/'.
     virtual std::string hierachyName(char separator) const;
 
     /// Writes the node to standard output, flushing each line. For diagnosis.
@@ -124,5 +123,3 @@ public:
 };
 
 }  // namespace kiri::tov
-
-#endif
