@@ -1,5 +1,6 @@
 #include "tov/tov.h"
 
+#include "tov/atomic_file.h"
 #include "tov/command_kind.h"
 #include "tov/import.h"
 #include "tov/input_file.h"
@@ -61,6 +62,13 @@ bool TOV::save(char const* path) {
     if (!file.isOpen()) return false;
     file.write(text);
     return true;
+}
+
+bool TOV::saveAtomically(char const* path, std::string* error) {
+    std::string why = replaceFile(path, toSaveString());
+    bool const saved = why.empty();
+    if (error != nullptr) error->swap(why);
+    return saved;
 }
 
 void TOV::loadTaObjects(taDci* db, bool ioEnabled) {

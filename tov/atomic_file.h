@@ -1,0 +1,15 @@
+#ifndef TOVENG_TOV_ATOMIC_FILE_H
+#define TOVENG_TOV_ATOMIC_FILE_H
+
+#include <string>
+#include <string_view>
+
+namespace kiri::tov {
+
+/// Replaces the file at `path` by a new one with that text, or leaves everything as it is, as TOV::saveAtomically
+/// tells. Returns why it was not replaced, in one line; "" if it was.
+std::string replaceFile(char const* path, std::string_view text);
+
+}  // namespace kiri::tov
+
+#endif

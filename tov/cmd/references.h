@@ -1,0 +1,29 @@
+#ifndef TOVENG_TOV_CMD_REFERENCES_H
+#define TOVENG_TOV_CMD_REFERENCES_H
+
+#include <vector>
+
+#include "platform/dci.h"
+#include "platform/export.h"
+
+namespace kiri::tov {
+
+class TovCmd;
+
+/// A list of object references in a command.
+struct TovReferences {
+    /// The option that stands before the list: "-source", "-master_clock", "-group", "-clock", "-from", "-to" or
+    /// "-through"; "" for the targets of a clock and the objects of an input or output delay.
+    char const* role;
+    /// Never null. The list belongs to the command and may be edited, as the command's own fields may.
+    ppStlList<taDciObj*>* list;
+};
+
+/// Returns the object lists of a command in the order in which they are written, empty ones too. Each group of a clock
+/// group command is a list of its own; null groups are left out. An attribute has none. The lists live as long as the
+/// command and its groups. May throw std::bad_alloc. Used by the thread that uses the command.
+TOVENG_API std::vector<TovReferences> referencesOf(TovCmd& cmd);
+
+}  // namespace kiri::tov
+
+#endif
