@@ -1,6 +1,7 @@
 // A whole constraint file: loaded, saved, and loaded again.
 
 #include "fuzz/settle.h"
+#include "tov/check.h"
 #include "tov/tov.h"
 
 namespace {
@@ -22,6 +23,24 @@ bool isPlain(TOV& document) {
     return true;
 }
 
+// A file that loads and saves as it is has nothing that a save does not keep.
+void requireNothingLost(std::string const& text) {
+    std::vector<TovFinding> findings;
+    fuzz::require(checkTovFile(fuzz::MemoryFile(text).path().c_str(), findings), "an existing file is checked", text);
+    for (TovFinding const& finding : findings) {
+        bool const isKept = finding.kind == TOVFINDING_UNKNOWN_COMMAND || finding.kind == TOVFINDING_MISTAKEN_WORD;
+        fuzz::require(isKept, "a file that stays as it is has no findings", text, finding.text);
+    }
+}
+
+// The check tells where a load ends.
+void requireChecked(std::string const& path, bool loads) {
+    std::vector<TovFinding> findings;
+    fuzz::require(checkTovFile(path.c_str(), findings), "an existing file is checked");
+    bool const ends = !findings.empty() && findings.back().kind == TOVFINDING_ENDS_LOAD;
+    fuzz::require(ends != loads, "the check finds what ends the load");
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
@@ -30,14 +49,18 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     try {
         fuzz::require(document.load(file.path().c_str()), "an existing file loads");
     } catch (std::out_of_range const&) {
+        requireChecked(file.path(), false);
         return 0;
     }
+    requireChecked(file.path(), true);
     std::string const text = document.toSaveString();
     fuzz::require(document.toSaveString() == text, "saving changes nothing", text);
     fuzz::requireSettled(text, isPlain(document), [](std::string const& from) {
         TOV again;
         fuzz::require(again.load(fuzz::MemoryFile(from).path().c_str()), "a saved file loads");
-        return again.toSaveString();
+        std::string const saved = again.toSaveString();
+        if (saved == from) requireNothingLost(from);
+        return saved;
     });
     return 0;
 }

@@ -7,6 +7,8 @@
 #include <new>
 
 #include "support.h"
+#include "tov/check.h"
+#include "tov/cmd/references.h"
 #include "tov/design/mrc_dump_reader.h"
 
 static long live = 0;          // blocks handed out and not given back
@@ -104,7 +106,39 @@ TEST(Alloc, Documents) {
             bool const done = attempt([&] { whole.save(out.c_str()); });
             EXPECT_EQ(support::read(out), done ? text : "old");
         });
+        sweep([&] {
+            std::string error = "as it was";
+            support::write(out, "old");
+            bool const done = attempt([&] { whole.saveAtomically(out.c_str(), &error); });
+            EXPECT_EQ(support::read(out), done ? text : "old");
+            EXPECT_EQ(error, done ? "" : "as it was");
+            EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir / ""), {}), 1);
+        });
     }
+}
+
+TEST(Alloc, Checks) {
+    std::string const words = " a_word_that_is_beyond_any_small_text 2.9 b \\";
+    for (std::string const line : {"set_multicycle_path -setup 2 1", "create_clock -add",
+                                   "set_clock_groups -group {c d}", "set_load", "#attribute"}) {
+        support::TempDir const dir;
+        std::string const path = support::write(dir / "in", line + words + "\ncreate_clock -waveform");
+        sweep([&] {
+            std::vector<TovFinding> findings = {{7, TOVFINDING_LOST_WORD, "old"}};
+            bool const done = attempt([&] { checkTovFile(path.c_str(), findings); });
+            EXPECT_EQ(findings.front().text == "old", !done);
+        });
+        sweep([&] { attempt([&] { checkTovLine(line + words); }); });
+    }
+    support::TempDir const dir;
+    TOV document;
+    sweep([&] {
+        std::string error = "as it was";
+        bool const done = attempt([&] { document.saveAtomically((dir / "none/out").c_str(), &error); });
+        EXPECT_EQ(error == "as it was", !done);
+    });
+    TovCmdFalsePath cmd(nullptr);
+    sweep([&] { attempt([&] { referencesOf(cmd); }); });
 }
 
 TEST(Alloc, Commands) {

@@ -1,12 +1,8 @@
 #include "tov/check.h"
 
-#include <algorithm>
-#include <array>
 #include <cstring>
-#include <functional>
 #include <stdexcept>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 
 #include "tov/cmd/number.h"
@@ -15,109 +11,19 @@
 #include "tov/line_reader.h"
 #include "tov/loader.h"
 #include "tov/text.h"
+#include "tov/word_comparison.h"
 
 namespace kiri::tov {
 
 namespace {
-
-constexpr std::array<bool, 256> makeSeparators() {
-    std::array<bool, 256> table{};
-    for (char c : std::string_view(" \t\n\r\v\f[]{}\"\0", 12)) table[static_cast<unsigned char>(c)] = true;
-    return table;
-}
-
-constexpr std::array<bool, 256> separators = makeSeparators();
-
-bool separates(char c) {
-    return separators[static_cast<unsigned char>(c)];
-}
-
-/// A word of a line, and its value where the commands take it as a number.
-struct Word {
-    std::string_view text;
-    float value = 0;
-    bool isNumber;
-
-    explicit Word(std::string_view word) : text(word), isNumber(parseFloatValue(word, value)) {}
-
-    bool operator==(Word const& other) const {
-        return text == other.text || (isNumber && other.isNumber && value == other.value);
-    }
-};
-
-struct HashOfWord {
-    std::size_t operator()(Word const& word) const {
-        // Zero and minus zero are one value.
-        return word.isNumber ? std::hash<float>()(word.value + 0.0F) : std::hash<std::string_view>()(word.text);
-    }
-};
-
-using Words = std::vector<Word>;
-
-Words wordsOf(std::string_view text) {
-    Words words;
-    for (char const *at = text.data(), *const end = at + text.size();;) {
-        while (at != end && separates(*at)) ++at;
-        if (at == end) return words;
-        char const* const first = at;
-        while (at != end && !separates(*at)) ++at;
-        words.emplace_back(std::string_view(first, static_cast<std::size_t>(at - first)));
-    }
-}
-
-// A save writes an infinite number as a word that is no number to the commands.
-bool isWrittenNumber(Word const& word) {
-    return word.isNumber || word.text == "inf" || word.text == "-inf";
-}
-
-std::size_t countNumbers(Words const& words) {
-    return static_cast<std::size_t>(std::count_if(words.begin(), words.end(), isWrittenNumber));
-}
-
-// Takes the words out of `line` and `saved` that stand in both. Of equal words the last ones stay, as the last value of
-// an option does.
-void dropCommonWords(Words& line, Words& saved) {
-    std::unordered_map<Word, std::size_t, HashOfWord> surplus;
-    for (Word const& word : saved) ++surplus[word];
-    auto lost = line.end();
-    for (auto word = line.end(); word != line.begin();) {
-        auto const found = surplus.find(*--word);
-        if (found != surplus.end() && found->second > 0) {
-            --found->second;
-        } else {
-            *--lost = *word;
-        }
-    }
-    line.erase(line.begin(), lost);
-    saved.erase(std::remove_if(saved.begin(), saved.end(),
-                               [&surplus](Word const& word) {
-                                   std::size_t& count = surplus[word];
-                                   return count == 0 || count-- == 0;
-                               }),
-                saved.end());
-}
-
-// Takes the last `count` numbers out of `words`.
-Words takeLastNumbers(Words& words, std::size_t count) {
-    Words taken;
-    std::size_t toKeep = countNumbers(words) - count;
-    auto const end = std::remove_if(words.begin(), words.end(), [&](Word const& word) {
-        if (!isWrittenNumber(word)) return false;
-        if (toKeep > 0) return toKeep-- == 0;
-        taken.push_back(word);
-        return true;
-    });
-    words.erase(end, words.end());
-    return taken;
-}
 
 void append(std::string& text, std::string_view word) {
     if (!text.empty()) text += ' ';
     text += word;
 }
 
-void append(std::string& text, Words const& words) {
-    for (Word const& word : words) append(text, word.text);
+void append(std::string& text, WordComparison::Words const& words) {
+    for (WordComparison::Word const& word : words) append(text, word.text);
 }
 
 /// What is wrong with the words of a line, by kind.
@@ -127,19 +33,6 @@ struct Texts {
     std::string mistaken;
 };
 
-void compare(Texts& texts, std::string_view line, std::string_view saved) {
-    if (startsWith(saved, disablePrefix)) saved.remove_prefix(disablePrefix.size());
-    Words lost = wordsOf(line);
-    Words added = wordsOf(saved);
-    dropCommonWords(lost, added);
-    // A number that is gone was written as another one, if there is another one.
-    std::size_t const changed = std::min(countNumbers(lost), countNumbers(added));
-    append(texts.changed, takeLastNumbers(lost, changed));
-    takeLastNumbers(added, changed);
-    append(texts.changed, added);
-    append(texts.lost, lost);
-}
-
 bool isOption(std::string_view name) {
     float value = 0;
     return startsWith(name, "-") && !parseFloatValue(name, value);
@@ -147,25 +40,49 @@ bool isOption(std::string_view name) {
 
 // Whether the last word is a backslash: the line was meant to go on.
 bool endsInContinuation(std::string_view text) {
-    return !text.empty() && text.back() == '\\' && (text.size() == 1 || separates(text[text.size() - 2]));
+    return !text.empty() && text.back() == '\\' &&
+           (text.size() == 1 || WordComparison::endsWord(text[text.size() - 2]));
 }
 
-void findMistaken(Texts& texts, TovCmd& cmd, std::string_view line) {
-    bool continued = endsInContinuation(line);
+void findMistaken(Texts& texts, TovCmd& cmd, FileLine const& line) {
+    bool continued = endsInContinuation(line.command);
     auto const judge = [&](std::string_view name) {
         if (isOption(name)) append(texts.mistaken, name);
         if (!continued || !endsInContinuation(name)) return;
         append(texts.mistaken, "\\");
         continued = false;
     };
-    if (auto const* clock = dynamic_cast<TovCmdClockDef*>(&cmd)) judge(clock->clockName);
-    if (auto const* clock = dynamic_cast<TovCmdGenClockDef*>(&cmd)) judge(clock->clockName);
+    if (line.kind->list == TOVCMD_CLOCK) judge(static_cast<TovCmdClockDef&>(cmd).clockName);
+    if (line.kind->list == TOVCMD_GENCLOCK) judge(static_cast<TovCmdGenClockDef&>(cmd).clockName);
     for (TovReferences const& references : referencesOf(cmd)) {
         char const* previous = nullptr;
         for (taDciObj const* obj : *references.list) {
             // Many references of one long expression share its text.
             if (obj->name != previous) judge(orEmpty(obj->name));
             previous = obj->name;
+        }
+    }
+}
+
+// Each unknown word of a group stands for the whole expression, and a save writes it as often: n words are n * n. What
+// goes beyond some size repeats the words that stand there, and is left out here.
+void limitGroups(TovCmd& cmd) {
+    constexpr std::size_t enough = std::size_t{64} * 1024;
+    std::size_t size = 0;
+    for (TovReferences const& group : referencesOf(cmd)) {
+        int copies = 0;
+        for (auto obj = group.list->begin(); obj != group.list->end();) {
+            bool const isCopy = (*obj)->type == taDciObjName;
+            if (isCopy && copies >= 2 && size > enough) {
+                delete *obj;
+                obj = group.list->erase(obj);
+                continue;
+            }
+            if (isCopy) {
+                ++copies;
+                size += std::strlen((*obj)->name);
+            }
+            ++obj;
         }
     }
 }
@@ -179,11 +96,14 @@ public:
         FileLine const line(rawLine.data());
         Texts texts;
         if (!checkText(line, texts)) return false;
-        std::size_t const end = std::strlen(rawLine.data());
-        if (end < rawLine.size()) append(texts.lost, wordsOf(rawLine.substr(end)));
-        add(TOVFINDING_LOST_WORD, texts.lost);
-        add(TOVFINDING_CHANGED_VALUE, texts.changed);
-        add(TOVFINDING_MISTAKEN_WORD, texts.mistaken);
+        for (std::size_t end = rawLine.find('\0'); end < rawLine.size(); end = rawLine.find('\0', end + 1)) {
+            WordComparison::Words words;
+            WordComparison::appendWords(words, rawLine.data() + end + 1);
+            append(texts.lost, words);
+        }
+        add(TOVFINDING_LOST_WORD, std::move(texts.lost));
+        add(TOVFINDING_CHANGED_VALUE, std::move(texts.changed));
+        add(TOVFINDING_MISTAKEN_WORD, std::move(texts.mistaken));
         return true;
     }
 
@@ -192,30 +112,37 @@ public:
 private:
     bool checkText(FileLine const& line, Texts& texts) {
         if (line.kind == nullptr) {
-            if (!startsWith(line.text, "#")) add(TOVFINDING_UNKNOWN_COMMAND, line.text);
+            if (!startsWith(line.text, "#")) add(TOVFINDING_UNKNOWN_COMMAND, std::string(line.text));
             return true;
         }
         std::unique_ptr<TovCmd> cmd;
         try {
             cmd = line.makeCommand();
         } catch (std::out_of_range const&) {
-            add(TOVFINDING_ENDS_LOAD, line.text);
+            add(TOVFINDING_ENDS_LOAD, std::string(line.text));
             return false;
         }
         if (cmd == nullptr) {
-            add(TOVFINDING_DROPPED_LINE, line.text);
+            add(TOVFINDING_DROPPED_LINE, std::string(line.text));
             return true;
         }
-        compare(texts, line.command, cmd->toSaveString(nullptr));
-        findMistaken(texts, *cmd, line.command);
+        if (line.kind->list == TOVCMD_CLOCKGROUP) limitGroups(*cmd);
+        std::string const saved = cmd->toSaveString(nullptr);
+        words_.compare(line.command.data(),
+                       saved.data() + (startsWith(saved, disablePrefix) ? disablePrefix.size() : 0));
+        append(texts.lost, words_.lost());
+        append(texts.changed, words_.changed());
+        append(texts.changed, words_.added());
+        findMistaken(texts, *cmd, line);
         return true;
     }
 
-    void add(TovFindingKind kind, std::string_view text) {
-        if (!text.empty()) findings.push_back({number_, kind, std::string(text)});
+    void add(TovFindingKind kind, std::string text) {
+        if (!text.empty()) findings.push_back({number_, kind, std::move(text)});
     }
 
     std::size_t number_ = 0;
+    WordComparison words_;
 };
 
 }  // namespace
