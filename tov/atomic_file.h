@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_ATOMIC_FILE_H
-#define TOVENG_TOV_ATOMIC_FILE_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -11,5 +10,3 @@ namespace kiri::tov {
 std::string replaceFile(char const* path, std::string_view text);
 
 }  // namespace kiri::tov
-
-#endif

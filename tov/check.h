@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_CHECK_H
-#define TOVENG_TOV_CHECK_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -43,5 +42,3 @@ TOVENG_API bool checkTovFile(char const* path, std::vector<TovFinding>& findings
 TOVENG_API std::vector<TovFinding> checkTovLine(std::string const& line);
 
 }  // namespace kiri::tov
-
-#endif

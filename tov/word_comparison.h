@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_WORD_COMPARISON_H
-#define TOVENG_TOV_WORD_COMPARISON_H
+#pragma once
 
 #include <string_view>
 #include <vector>
@@ -44,5 +43,3 @@ private:
 };
 
 }  // namespace kiri::tov
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TOVENG_TOV_CMD_REFERENCES_H
-#define TOVENG_TOV_CMD_REFERENCES_H
+#pragma once
 
 #include <vector>
 
@@ -25,5 +24,3 @@ struct TovReferences {
 TOVENG_API std::vector<TovReferences> referencesOf(TovCmd& cmd);
 
 }  // namespace kiri::tov
-
-#endif
