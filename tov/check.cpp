@@ -127,9 +127,10 @@ private:
             return true;
         }
         if (line.kind->list == TOVCMD_CLOCKGROUP) limitGroups(*cmd);
-        std::string const saved = cmd->toSaveString(nullptr);
-        words_.compare(line.command.data(),
-                       saved.data() + (startsWith(saved, disablePrefix) ? disablePrefix.size() : 0));
+        saved_.clear();
+        line.kind->append(saved_, *cmd, document_);
+        bool const prefixed = startsWith(saved_, disablePrefix);
+        words_.compare(line.command.data(), saved_.data() + (prefixed ? disablePrefix.size() : 0));
         append(texts.lost, words_.lost());
         append(texts.changed, words_.changed());
         append(texts.changed, words_.added());
@@ -143,6 +144,8 @@ private:
 
     std::size_t number_ = 0;
     WordComparison words_;
+    std::string saved_;
+    TOV document_;  // commands are saved for a document
 };
 
 }  // namespace
