@@ -10,6 +10,8 @@
 #include <list>
 #include <string>
 
+#include "../cut.h"
+#include "../progress_bar.h"
 #include "tov/cmd/commands.h"
 #include "tov/design/design.h"
 #include "tov/tov.h"
@@ -28,7 +30,7 @@ void printRow(char const* title, TovDesign const& design, std::size_t (TovDesign
     std::size_t shown = 0;
     for (Node const* node : nodes) {
         if (shown++ == namesShown) break;
-        std::printf(" %s", node->hierachyName('/').c_str());
+        std::printf(" %s", cut(node->hierachyName('/')).c_str());
     }
     std::printf(nodes.size() > namesShown ? " ...\n" : "\n");
 }
@@ -38,7 +40,8 @@ template <class Bus, class Node>
 void printBuses(std::list<Node*> const& nodes) {
     for (Node const* node : nodes) {
         if (auto const* bus = dynamic_cast<Bus const*>(node)) {
-            std::printf("bus        %-24s bits %d to %d\n", node->hierachyName('/').c_str(), bus->low(), bus->high());
+            std::printf("bus        %-24s bits %d to %d\n", cut(node->hierachyName('/')).c_str(), bus->low(),
+                        bus->high());
         }
     }
 }
@@ -76,23 +79,28 @@ void addClocks(TovDesign const& design, TOV& document) {
         auto* cmd = new TovCmdClockDef(10.0F, name.c_str(), nullptr);
         document.getTovCmdList(TOVCMD_CLOCK)->push_back(cmd);
         cmd->targets = TovCmd::fromTclString(query + name + "]", true);
-        std::printf("clock      %s\n", cmd->toSaveString(&document).c_str());
+        std::printf("clock      %s\n", cut(cmd->toSaveString(&document)).c_str());
     }
 }
 
 int tour(char const* dump, char const* constraints) {
     TovDesign design;
-    if (!design.load(dump)) {
-        std::cerr << "no design dump: " << dump << '\n';
+    std::string error;
+    if (!design.load(dump, progressBar(), &error)) {
+        std::cerr << dump << ": " << error << '\n';
         return 1;
     }
+    if (!error.empty()) std::cerr << dump << ": not read whole: " << error << '\n';
+    std::printf("what is in the design, and the first of each kind:\n");
     printDesign(design);
+    std::printf("a constraint for each clock of it:\n");
     TOV document;
     addClocks(design, document);
-    if (!document.save(constraints)) {
-        std::cerr << "cannot write " << constraints << '\n';
+    if (!document.saveAtomically(constraints, &error)) {
+        std::cerr << error << '\n';
         return 1;
     }
+    std::printf("saved to %s\n", constraints);
     return 0;
 }
 

@@ -6,8 +6,10 @@
 #include <cstdio>
 #include <exception>
 #include <string>
+#include <vector>
 
 #include "tov/cmd/commands.h"
+#include "tov/cmd/references.h"
 #include "tov/tov.h"
 
 using namespace kiri::tov;
@@ -24,28 +26,24 @@ bool names(Objects const& objects, std::string const& clock) {
     });
 }
 
+// A definition refers to the clock that it defines.
+std::string definedBy(TovCmd* cmd) {
+    if (auto const* clock = dynamic_cast<TovCmdClockDef*>(cmd)) return clock->clockName;
+    if (auto const* clock = dynamic_cast<TovCmdGenClockDef*>(cmd)) return clock->clockName;
+    return {};
+}
+
 bool refersTo(TovCmd* cmd, std::string const& clock) {
-    if (auto const* c = dynamic_cast<TovCmdClockDef*>(cmd)) return c->clockName == clock;
-    if (auto const* c = dynamic_cast<TovCmdGenClockDef*>(cmd)) {
-        return c->clockName == clock || names(c->masterClock, clock);
-    }
-    if (auto const* c = dynamic_cast<TovCmdClockGroupDef*>(cmd)) {
-        return std::any_of(c->groups.begin(), c->groups.end(),
-                           [&clock](Objects const* group) { return group != nullptr && names(*group, clock); });
-    }
-    if (auto const* c = dynamic_cast<TovCmdIODelay*>(cmd)) return names(c->clock, clock);
-    if (auto const* c = dynamic_cast<TovCmdTimingDelay*>(cmd)) return names(c->from, clock) || names(c->to, clock);
-    if (auto const* c = dynamic_cast<TovCmdMultiPath*>(cmd)) return names(c->from, clock) || names(c->to, clock);
-    if (auto const* c = dynamic_cast<TovCmdFalsePath*>(cmd)) {
-        return names(c->from, clock) || names(c->to, clock) || names(c->through, clock);
-    }
-    return false;
+    if (definedBy(cmd) == clock) return true;
+    std::vector<TovReferences> const lists = referencesOf(*cmd);
+    return std::any_of(lists.begin(), lists.end(),
+                       [&clock](TovReferences const& references) { return names(*references.list, clock); });
 }
 
 int disable(char const* path, std::string const& clock, char const* out) {
     TOV document;
-    if (!document.load(path)) {
-        std::fprintf(stderr, "no such file: %s\n", path);
+    if (!document.parseTovFile(path)) {
+        std::fprintf(stderr, "cannot read %s\n", path);
         return 1;
     }
     int count = 0;
@@ -57,8 +55,9 @@ int disable(char const* path, std::string const& clock, char const* out) {
             std::puts(cmd->toSaveString(&document).c_str());
         }
     }
-    if (!document.save(out)) {
-        std::fprintf(stderr, "cannot write %s\n", out);
+    std::string error;
+    if (!document.saveAtomically(out, &error)) {
+        std::fprintf(stderr, "%s\n", error.c_str());
         return 1;
     }
     std::printf("disabled %d commands that refer to %s\n", count, clock.c_str());
