@@ -142,9 +142,9 @@ TEST(References, StandAsTheyAreWritten) {
 }
 
 // A folder with one file in it, and a document to save.
-class SaveAtomically : public testing::Test {
+class Atomic : public testing::Test {
 protected:
-    SaveAtomically() {
+    Atomic() {
         support::load(document, "# " + std::string(9000, 'x') + "\ncreate_clock -period 5");
         support::write(path, "old");
     }
@@ -171,7 +171,7 @@ protected:
     TOV document;
 };
 
-TEST_F(SaveAtomically, ReplacesTheFile) {
+TEST_F(Atomic, ReplacesTheFile) {
     struct stat info {};
     ::chmod(path.c_str(), 0604);
     EXPECT_EQ(save(path), "");
@@ -184,7 +184,7 @@ TEST_F(SaveAtomically, ReplacesTheFile) {
     EXPECT_EQ(names(), (std::set<std::string>{"file", "new"}));
 }
 
-TEST_F(SaveAtomically, FollowsLinks) {
+TEST_F(Atomic, FollowsLinks) {
     std::filesystem::create_directory(dir / "sub");
     std::filesystem::create_symlink("../file", dir / "sub/link");
     std::filesystem::create_symlink("sub/link", dir / "link");
@@ -197,7 +197,7 @@ TEST_F(SaveAtomically, FollowsLinks) {
     EXPECT_EQ(names(), (std::set<std::string>{"dangling", "file", "link", "sub"}));
 }
 
-TEST_F(SaveAtomically, SaysWhyItFailed) {
+TEST_F(Atomic, SaysWhyItFailed) {
     std::filesystem::create_symlink("loop", dir / "loop");
     std::filesystem::create_directory(dir / "sub");
     std::set<std::string> const before = names();
@@ -226,7 +226,7 @@ TEST_F(SaveAtomically, SaysWhyItFailed) {
     EXPECT_EQ(names(), before);
 }
 
-TEST_F(SaveAtomically, SurvivesLimits) {
+TEST_F(Atomic, SurvivesLimits) {
     rlimit before{};
     ::getrlimit(RLIMIT_FSIZE, &before);
     rlimit const small{4096, before.rlim_max};
