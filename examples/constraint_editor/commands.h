@@ -1,0 +1,36 @@
+#ifndef CONSTRAINT_EDITOR_COMMANDS_H
+#define CONSTRAINT_EDITOR_COMMANDS_H
+
+#include <QString>
+#include <memory>
+#include <string>
+
+#include "tov/cmd/commands.h"
+#include "tov/tov.h"
+
+/// A kind of command: its title, the line of a new command, which begins with the keyword, and how a line is read.
+struct Kind {
+    char const* title;
+    char const* newLine;
+    std::unique_ptr<kiri::tov::TovCmd> (*read)(std::string const& line);
+};
+
+/// The kinds in the order of their lists: that of kinds[0] is TOVCMD_CLOCK.
+constexpr int kindCount = kiri::tov::TOVCMD_ATTRIBUTE;
+extern Kind const kinds[kindCount];
+
+/// Reads a line as a load does. Null if a load makes no command of that kind of it.
+std::unique_ptr<kiri::tov::TovCmd> readCommand(int kind, QString line);
+
+/// What a save would not keep of a line, in words; empty if it keeps all.
+QString findingsIn(QString const& line);
+
+// The bytes of a file are shown as Latin-1, as design names are, so that showing them changes none.
+inline QString toText(std::string const& bytes) {
+    return QString::fromLatin1(QByteArray::fromStdString(bytes));
+}
+inline std::string toBytes(QString const& text) {
+    return text.toLatin1().toStdString();
+}
+
+#endif
