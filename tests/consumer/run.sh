@@ -123,6 +123,11 @@ examples() {
     name=$(basename "$folder")
     configure "$folder" "$work/$name" -DCMAKE_PREFIX_PATH="$prefix" "${without_qt[@]}"
     (cd "$work/$name" && case $name in
+      check_constraints)
+        # One name is wrong on purpose.
+        "./$name" "$file" "$source/examples/design_tour/soc.xml" | tee out
+        test "${PIPESTATUS[0]} $(grep 'no such' out)" = "1 $file:45: no such port: spi_mosl; is it spi_mosi?"
+        ;;
       constraint_tour) "./$name" "$file" ;;
       design_tour) "./$name" "$folder/soc.xml" design.tov ;;
       disable_by_clock)
