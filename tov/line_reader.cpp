@@ -27,7 +27,7 @@ bool LineReader::next(std::string_view& line) {
         searched = size;
         if (fill()) continue;
         line = take(end_ - begin_);
-        return !line.empty();
+        return !line.empty() && !meter_.stopped();
     }
 }
 
