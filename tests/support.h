@@ -36,21 +36,53 @@ inline std::string read(std::string const& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+struct Row {
+    std::string input;
+    std::string expected;
+};
+
+/// The rows of a table in data/, whose README.md tells how they are written.
+inline std::vector<Row> rowsOf(std::string const& table) {
+    std::vector<Row> rows;
+    std::ifstream file(TEST_DATA "/" + table);
+    char before = '>';
+    for (std::string line; std::getline(file, line);) {
+        if (line.empty() || (line[0] != '<' && line[0] != '>')) continue;
+        for (auto at = line.find('\\'); at != line.npos; at = line.find('\\', at + 1)) {
+            bool const tab = line[at + 1] == 't';
+            int const byte = tab ? '\t' : std::stoi(line.substr(at + 1, 2), nullptr, 16);
+            line.replace(at, tab ? 2 : 3, 1, static_cast<char>(byte));
+        }
+        if (line[0] == '<' && before == '>') rows.emplace_back();
+        std::string& text = line[0] == '<' ? rows.back().input : rows.back().expected;
+        if (line[0] == before) text += '\n';
+        text.append(line, std::min<std::size_t>(2, line.size()));
+        before = line[0];
+    }
+    if (rows.empty()) std::abort();
+    return rows;
+}
+
 /// Loads a document from a text.
 inline void load(kiri::tov::TOV& document, std::string const& text) {
     TempDir const dir;
     document.load(write(dir / "in", text).c_str());
 }
 
-/// The lines of all commands that a text gives, in the order of the lists.
-inline std::vector<std::string> savedLines(kiri::tov::TOV& document) {
-    std::vector<std::string> lines;
-    for (int kind = kiri::tov::TOVCMD_CLOCK; kind <= kiri::tov::TOVCMD_ATTRIBUTE; ++kind) {
-        for (auto* cmd : *document.getTovCmdList(static_cast<kiri::tov::TOVCMD_TYPE>(kind))) {
-            lines.push_back(cmd->toSaveString(&document));
-        }
-    }
-    return lines;
+/// What a document saves, without the header before it and with "~" for the one between the
+/// sections.
+inline std::string bodyOf(kiri::tov::TOV& document) {
+    std::string text = document.toSaveString();
+    std::string const between = "\n" + document.attributeComments() + "\n";
+    text.replace(text.rfind(between), between.size(), "~\n");
+    return text.substr(document.sdcComments().size() + 1);
+}
+
+/// What a document saves that was loaded from a text.
+inline std::string bodyOf(std::string const& text) {
+    kiri::tov::TOV document;
+    load(document, text);
+    return bodyOf(document);
 }
 
 /// A list as text: "name:kind name:kind".
@@ -58,8 +90,7 @@ inline std::string textOf(ppStlList<taDciObj*> const& list) {
     std::string text;
     for (taDciObj const* obj : list) {
         if (!text.empty()) text += ' ';
-        text += obj == nullptr ? "null" : obj->name == nullptr ? "noname" : obj->name;
-        if (obj != nullptr) text += ":" + std::to_string(obj->type);
+        text += obj == nullptr ? "null" : std::string(obj->name) + ":" + std::to_string(obj->type);
     }
     return text;
 }

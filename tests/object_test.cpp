@@ -1,0 +1,65 @@
+// Object references: their expressions and their lists.
+
+#include <gtest/gtest.h>
+
+#include "support.h"
+
+namespace {
+
+using namespace kiri::tov;
+using support::textOf;
+
+TEST(Objects, ReadFromExpressions) {
+    for (auto const& [expression, expected] : support::rowsOf("expressions")) {
+        ppStlList<taDciObj*> objects = TovCmd::fromTclString(expression, false);
+        ppStlList<taDciObj*> sources = TovCmd::fromTclString(expression, true);
+        std::string text = textOf(objects);
+        if (textOf(sources) != text) text += "\n" + textOf(sources);
+        EXPECT_EQ(text, expected) << expression;
+        freeDciObjList(objects);
+        freeDciObjList(sources);
+    }
+}
+
+TEST(Objects, WriteAsExpressions) {
+    for (auto const& [object, expected] : support::rowsOf("references")) {
+        std::size_t const name = object.find(' ') + 1;
+        taDciObj obj(name == 0 ? nullptr : &object[name], nullptr,
+                     static_cast<taDciObjTyp>(std::stoi(object)), taDciObjNone);
+        EXPECT_EQ(TovCmd::toTclString(&obj), expected);
+    }
+    EXPECT_EQ(TovCmd::toTclString(nullptr), "");
+    std::string out = "kept";
+    for (char const* key : {"", "@P", static_cast<char const*>(nullptr)}) {
+        EXPECT_FALSE(TovCmd::reservedKey(key, out));
+    }
+    EXPECT_EQ(out, "kept");
+    EXPECT_TRUE(TovCmd::reservedKey("@po", out));
+    EXPECT_EQ(out, "[all_outputs]");
+}
+
+TEST(Objects, CopyDeeply) {
+    ppStlList<taDciObj*> from = TovCmd::fromTclString("get_ports {a b c}", false);
+    ppStlList<taDciObj*> to = TovCmd::fromTclString("old", false);
+    from.push_front(nullptr);
+    deepCopyDciObjList(from, to);
+    EXPECT_EQ(textOf(from), "null a:5 b:5 c:5");
+    freeDciObjList(from);
+    EXPECT_TRUE(from.empty());
+    deepCopyDciObjList(to, to);
+    EXPECT_EQ(textOf(to), "a:5 b:5 c:5");
+    deepCopyDciObjList(from, to);
+    EXPECT_TRUE(to.empty());
+}
+
+TEST(Texts, AreEnclosed) {
+    for (auto const& [text, expected] : support::rowsOf("brackets")) {
+        EXPECT_EQ(TovCmd::encloseBracket(text.c_str()), expected);
+    }
+    for (auto const& [text, expected] : support::rowsOf("quotes")) {
+        EXPECT_EQ(encloseDoubleQuotes(text), expected);
+    }
+    EXPECT_EQ(TovCmd::encloseBracket(nullptr), "");
+}
+
+}  // namespace
