@@ -1,47 +1,42 @@
-// The words of a line, against the rules of the format told step by step.
+// The words of a line, against a plain model of them.
+
+#include <map>
 
 #include "fuzz/fuzz.h"
 #include "tov/tokenizer.h"
 
 namespace {
 
+std::string const space = " \t\n\r\v\f";
+
 std::string trimmed(std::string const& text) {
-    constexpr char const* space = " \t\n\r\v\f";
-    std::size_t const first = text.find_first_not_of(space);
-    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(space) - first + 1);
+    std::size_t const first = std::min(text.find_first_not_of(space), text.size());
+    return text.substr(first, text.find_last_not_of(space) + 1 - first);
 }
 
-// The one nested group that a group may hold is found by where the whole rest first closes.
-std::size_t groupEnd(std::string const& rest, char open, char close) {
-    std::size_t from = 1;
-    for (;;) {
-        std::size_t const opened = rest.find(open, from);
-        std::size_t const closed = rest.find(close, 0);
-        if (opened == std::string::npos || closed == std::string::npos || closed <= opened) break;
-        from = closed + 1;
-    }
-    return rest.find(close, from);
+// Where the first word of a text ends. The one nested group that a group may hold is found by where the whole text
+// first closes.
+std::size_t wordEnd(std::string const& text) {
+    std::map<char, char> const closing = {{'[', ']'}, {'{', '}'}};
+    if (text[0] == '"') return text.find('"', 1);
+    auto const group = closing.find(text[0]);
+    if (group == closing.end()) return text.find_first_of(space);
+    std::size_t const closed = text.find(group->second);
+    bool const nested = closed != text.npos && text.find(group->first, 1) < closed;
+    return text.find(group->second, nested ? closed + 1 : 1);
 }
 
 std::vector<std::string> wordsOf(std::string const& line) {
     std::vector<std::string> words;
     std::string rest = trimmed(line);
-    if (!rest.empty() && ((rest.front() == '[' && rest.back() == ']') || (rest.front() == '{' && rest.back() == '}'))) {
-        rest = trimmed(rest.substr(1, rest.size() - 2));
-    }
+    std::string const ends = {rest[0], rest.empty() ? rest[0] : rest.back()};
+    if (rest.size() > 1 && (ends == "[]" || ends == "{}")) rest = trimmed(rest.substr(1, rest.size() - 2));
     while (!rest.empty()) {
-        if (rest.front() == '"') {
-            std::size_t const quote = rest.find('"', 1);
-            bool const closed = quote != std::string::npos;
-            words.push_back(trimmed(closed ? rest.substr(1, quote - 1) : rest.substr(1)));
-            rest = closed ? trimmed(rest.substr(quote + 1)) : "";
-            continue;
-        }
-        std::size_t const end = rest.front() == '['   ? groupEnd(rest, '[', ']')
-                                : rest.front() == '{' ? groupEnd(rest, '{', '}')
-                                                      : rest.find_first_of(" \t\n\r\v\f");
-        words.push_back(trimmed(end == std::string::npos ? rest : rest.substr(0, end + 1)));
-        rest = end == std::string::npos ? "" : trimmed(rest.substr(end + 1));
+        std::size_t const end = wordEnd(rest);
+        std::string const word = rest.substr(0, end == rest.npos ? end : end + 1);
+        bool const quoted = word[0] == '"';
+        words.push_back(trimmed(quoted ? word.substr(1, end == rest.npos ? end : end - 1) : word));
+        rest = trimmed(rest.substr(word.size()));
     }
     return words;
 }
