@@ -155,7 +155,8 @@ TEST(Alloc, Checks) {
     for (std::string const line : {"set_multicycle_path -setup 2 1", "create_clock -add",
                                    "set_clock_groups -group {c d}", "set_load", "#attribute"}) {
         support::TempDir const dir;
-        std::string const path = support::write(dir / "in", line + words + "\ncreate_clock -waveform");
+        std::string const path =
+            support::write(dir / "in", line + words + "\ncreate_clock -waveform");
         sweep([&] {
             std::vector<TovFinding> findings = {{7, TOVFINDING_LOST_WORD, "old"}};
             bool const done = attempt([&] { checkTovFile(path.c_str(), findings); });
@@ -167,7 +168,8 @@ TEST(Alloc, Checks) {
     TOV document;
     sweep([&] {
         std::string error = "as it was";
-        bool const done = attempt([&] { document.saveAtomically((dir / "none/out").c_str(), &error); });
+        bool const done =
+            attempt([&] { document.saveAtomically((dir / "none/out").c_str(), &error); });
         EXPECT_EQ(error == "as it was", !done);
     });
     TovCmdFalsePath cmd(nullptr);

@@ -1,4 +1,5 @@
-// What stands beside the document: findings, the references of a command, and the save that replaces a file.
+// What stands beside the document: findings, the references of a command, and the save that
+// replaces a file.
 
 #include "tov/check.h"
 
@@ -23,7 +24,8 @@ std::string textOf(std::vector<TovFinding> const& findings) {
     std::string text;
     for (TovFinding const& finding : findings) {
         if (!text.empty()) text += "; ";
-        text += std::to_string(finding.line) + ":" + std::to_string(finding.kind) + " " + finding.text;
+        text +=
+            std::to_string(finding.line) + ":" + std::to_string(finding.kind) + " " + finding.text;
     }
     return text;
 }
@@ -87,9 +89,12 @@ TEST(Check, FindsInFiles) {
     support::TempDir const dir;
     std::vector<TovFinding> findings = {{7, TOVFINDING_LOST_WORD, "old"}};
     std::string const path = dir / "in";
-    support::write(path, "\n# c\nset_load 1\n\ncreate_clock\r\n#attribute\ncreate_clock -waveform\nset_load 2");
+    support::write(
+        path,
+        "\n# c\nset_load 1\n\ncreate_clock\r\n#attribute\ncreate_clock -waveform\nset_load 2");
     EXPECT_TRUE(checkTovFile(path.c_str(), findings));
-    EXPECT_EQ(textOf(findings), "3:2 set_load 1; 5:4 -period 0.000000; 6:1 #attribute; 7:6 create_clock -waveform");
+    EXPECT_EQ(textOf(findings),
+              "3:2 set_load 1; 5:4 -period 0.000000; 6:1 #attribute; 7:6 create_clock -waveform");
     EXPECT_FALSE(checkTovFile((dir / "none").c_str(), findings));
     EXPECT_EQ(textOf(findings), "");
     EXPECT_FALSE(checkTovFile(nullptr, findings));
@@ -102,7 +107,8 @@ TEST(Check, FindsInFiles) {
 TEST(Check, LooksAtGroupsOfManyWordsOnce) {
     std::string many;
     for (int i = 0; i < 30'000; ++i) many += " a";
-    std::string const line = "set_clock_groups -asynchronous -group {b" + many + "} -group {c" + many + "} d";
+    std::string const line =
+        "set_clock_groups -asynchronous -group {b" + many + "} -group {c" + many + "} d";
     std::vector<TovFinding> const findings = checkTovLine(line);
     ASSERT_EQ(findings.size(), 2U);
     EXPECT_EQ(findings[0].text, "d");
@@ -112,7 +118,8 @@ TEST(Check, LooksAtGroupsOfManyWordsOnce) {
 TEST(References, StandAsTheyAreWritten) {
     std::pair<std::string, std::string> const rows[] = {
         {"create_clock [get_ports {a b}]", "=a:15 b:15"},
-        {"create_generated_clock -master_clock m c -source s", "-source=s:59|-master_clock=m:59|=c:59"},
+        {"create_generated_clock -master_clock m c -source s",
+         "-source=s:59|-master_clock=m:59|=c:59"},
         {"set_clock_groups -group a -group {}", "-group=a:59|-group="},
         {"set_input_delay 1 -clock c [get_ports p]", "-clock=c:59|=p:5"},
         {"set_output_delay 1", "-clock=|="},
@@ -152,7 +159,8 @@ protected:
     // The names in the folder.
     std::set<std::string> names() const {
         std::set<std::string> result;
-        for (auto const& entry : std::filesystem::directory_iterator(dir / "")) result.insert(entry.path().filename());
+        for (auto const& entry : std::filesystem::directory_iterator(dir / ""))
+            result.insert(entry.path().filename());
         return result;
     }
 
@@ -234,7 +242,8 @@ TEST_F(Atomic, SurvivesLimits) {
     EXPECT_EQ(save(path), "File too large");
     ::setrlimit(RLIMIT_FSIZE, &before);
     sigset_t mask;
-    EXPECT_TRUE(::pthread_sigmask(SIG_BLOCK, nullptr, &mask) == 0 && ::sigismember(&mask, SIGXFSZ) == 0);
+    EXPECT_TRUE(::pthread_sigmask(SIG_BLOCK, nullptr, &mask) == 0 &&
+                ::sigismember(&mask, SIGXFSZ) == 0);
     EXPECT_EQ(support::read(path), "old");
     EXPECT_EQ(names(), std::set<std::string>{"file"});
     if (::mount("none", (dir / "").c_str(), "tmpfs", 0, "size=4k") != 0) GTEST_SKIP();
