@@ -2,10 +2,12 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "bench/child.h"
 #include "bench/floor.h"
 #include "bench/inputs.h"
+#include "tov/check.h"
 #include "tov/tov.h"
 
 namespace {
@@ -88,6 +90,22 @@ void SaveFile(benchmark::State& state) {
         state, [&path] { return load(path); }, [&saved](TOV* document) { return document->save(saved.c_str()); });
 }
 CHILD_BENCHMARK(SaveFile);
+
+void LoadAndSaveText(benchmark::State& state) {
+    std::string const path = inputs::constraintFile(mixedLines);
+    timeInChild(state, [&path] { return new std::string(load(path)->toSaveString()); });
+}
+CHILD_BENCHMARK(LoadAndSaveText);
+
+void Check(benchmark::State& state) {
+    std::string const path = inputs::constraintFile(mixedLines);
+    timeInChild(state, [&path] {
+        std::vector<kiri::tov::TovFinding> findings;
+        kiri::tov::checkTovFile(path.c_str(), findings);
+        return findings.size();
+    });
+}
+CHILD_BENCHMARK(Check);
 
 void Destroy(benchmark::State& state) {
     std::string const path = inputs::constraintFile(mixedLines);

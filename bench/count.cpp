@@ -12,9 +12,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "bench/all_queries.h"
 #include "bench/inputs.h"
+#include "tov/check.h"
 #include "tov/design/design.h"
 #include "tov/tov.h"
 
@@ -57,6 +59,11 @@ void import(std::string const&) {
     measured([&] { document.loadTaObjects(database.get(), true); });
 }
 
+void check(std::string const& path) {
+    std::vector<kiri::tov::TovFinding> findings;
+    measured([&] { kiri::tov::checkTovFile(path.c_str(), findings); });
+}
+
 void loadDump(std::string const& path) {
     TovDesign design;
     measured([&] { design.load(path.c_str()); });
@@ -96,6 +103,7 @@ constexpr Operation operations[] = {
     {"save", save, inputs::constraintFile, mixedLines},
     {"destroy", destroy, inputs::constraintFile, mixedLines},
     {"import", import, inputs::constraintFile, mixedLines},
+    {"check", check, inputs::constraintFile, mixedLines},
     {"dump-load", loadDump, inputs::designDump, instances},
     {"dump-bare", readDumpBare, inputs::designDump, instances},
     {"dump-queries", queryDump, inputs::designDump, instances},

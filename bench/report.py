@@ -18,6 +18,7 @@ RATIOS = [
     ("import / load of as many lines", "Import", "Load/300000"),
     ("load of 300,000 lines / 30,000 lines", "Load/300000", "Load/30000"),
     ("load of 3,000,000 lines / 300,000 lines", "Load/3000000", "Load/300000"),
+    ("check / load and save", "Check", "LoadAndSaveText"),
     ("load of one line of 400,000 names / 400,000 lines of one name", "LoadOneLineOfNames", "LoadLinesOfOneName"),
     ("dump load / bare pass of the XML reader", "DesignLoad/100000", "BareReaderPass"),
     ("DOM document / dump load", "DomDocument", "DesignLoad/100000"),

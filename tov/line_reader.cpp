@@ -56,8 +56,9 @@ bool LineReader::fill() {
     return true;
 }
 
+// The C library may grow and cut a large block where it stands, so that there are never two of it.
 void LineReader::resize(std::size_t capacity) {
-    void* const block = std::realloc(buffer_.get(), capacity);
+    void* const block = std::realloc(buffer_.get(), capacity);  // NOLINT(cppcoreguidelines-no-malloc)
     if (block == nullptr) throw std::bad_alloc();
     static_cast<void>(buffer_.release());
     buffer_.reset(static_cast<char*>(block));

@@ -25,7 +25,7 @@ public:
 
 private:
     struct Free {
-        void operator()(char* block) const { std::free(block); }
+        void operator()(char* block) const { std::free(block); }  // NOLINT(cppcoreguidelines-no-malloc)
     };
 
     bool fill();

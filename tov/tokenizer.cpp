@@ -26,7 +26,7 @@ std::string_view WordCursor::takeEnclosed() {
     if (*at_ == '"') {
         std::string_view const rest(at_ + 1, static_cast<std::size_t>(end_ - at_ - 1));
         std::string_view const quoted = rest.substr(0, rest.find('"'));
-        at_ = quoted.size() == rest.size() ? end_ : quoted.end() + 1;
+        at_ = quoted.size() == rest.size() ? end_ : at_ + quoted.size() + 2;
         return trim(quoted);
     }
     std::string_view const group = *at_ == '[' ? groupOf(at_, end_, '[', ']') : groupOf(at_, end_, '{', '}');
