@@ -92,8 +92,8 @@ std::vector<std::string> DesignNames::unknownIn(TovCmd& cmd) const {
         std::string const role = references.role;
         bool const isClock = role == "-clock" || role == "-master_clock" || role == "-group";
         for (taDciObj* object : *references.list) {
-            std::string const name = object == nullptr || object->name == nullptr ? "" : object->name;
-            if (!name.empty() && !knows(name, object->type, isClock)) names.push_back(name);
+            if (object == nullptr || object->name == nullptr || *object->name == '\0') continue;
+            if (!knows(object->name, object->type, isClock)) names.emplace_back(object->name);
         }
     }
     return names;

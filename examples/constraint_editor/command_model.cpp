@@ -1,14 +1,11 @@
 #include "command_model.h"
 
-#include <utility>
-
 using namespace kiri::tov;
 
 void CommandModel::show(List& list) {
     beginResetModel();
     list_ = &list;
     rows_.clear();
-    rows_.reserve(list.size());
     for (auto cmd = list.begin(); cmd != list.end(); ++cmd) rows_.push_back(cmd);
     endResetModel();
 }
@@ -17,8 +14,8 @@ void CommandModel::insert(int row, std::unique_ptr<TovCmd> cmd) {
     rows_.reserve(rows_.size() + 1);  // so that nothing fails halfway
     auto const at = rows_.begin() + row;
     beginInsertRows({}, row, row);
-    rows_.insert(at, list_->insert(at == rows_.end() ? list_->end() : *at, cmd.get()));
-    cmd.release();
+    auto const place = rows_.insert(at, list_->insert(at == rows_.end() ? list_->end() : *at, nullptr));
+    **place = cmd.release();
     endInsertRows();
 }
 

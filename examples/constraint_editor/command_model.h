@@ -14,6 +14,8 @@ public:
     enum Column { lineColumn, remarksColumn, columns };
     using List = std::list<kiri::tov::TovCmd*>;
 
+    /// Gets the memory to show that many rows.
+    void reserve(std::size_t rows) { rows_.reserve(rows); }
     /// Shows a list, which outlives its use here.
     void show(List& list);
 

@@ -3,7 +3,6 @@
 
 #include <QString>
 #include <memory>
-#include <string>
 
 #include "tov/cmd/commands.h"
 #include "tov/tov.h"

@@ -1,8 +1,5 @@
 // How the editor opens and saves files, and what it says when that fails.
 
-#include <new>
-#include <stdexcept>
-
 #include "editor_window.h"
 #include "tov/check.h"
 
@@ -90,10 +87,14 @@ bool EditorWindow::openDesign(QString const& path) {
 }
 
 void EditorWindow::setDocument(std::unique_ptr<TOV> document, QString const& path) {
+    auto const listOf = [](TOV& in, int kind) {
+        return in.getTovCmdList(static_cast<TOVCMD_TYPE>(kind + TOVCMD_CLOCK));
+    };
+    for (int kind = 0; kind < kindCount; ++kind) models_[kind].reserve(listOf(*document, kind)->size());
     undo_.clear();
     document_.swap(document);
     for (int kind = 0; kind < kindCount; ++kind) {
-        models_[kind].show(*document_->getTovCmdList(static_cast<TOVCMD_TYPE>(kind + TOVCMD_CLOCK)));
+        models_[kind].show(*listOf(*document_, kind));
         noteChange(kind, 0);
     }
     path_ = path;
@@ -105,9 +106,8 @@ bool EditorWindow::save(QString path) {
     if (path.isEmpty()) path = QFileDialog::getSaveFileName(this, "Save constraints", path_);
     return !path.isEmpty() && withMemory([this, &path] {
         std::string error;
-        if (!document_->saveAtomically(QFile::encodeName(path).constData(), &error)) {
+        if (!document_->saveAtomically(QFile::encodeName(path).constData(), &error))
             return refuse("The document was not saved: " + QString::fromStdString(error));
-        }
         path_ = path;
         setWindowFilePath(path);
         undo_.setClean();

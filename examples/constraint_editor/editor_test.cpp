@@ -154,7 +154,7 @@ private slots:
             {open, "cut.xml", "cut.xml cannot be read to its end: "},
             {saveOnFullDisk, "old.tov", "File too large"},
             {saveOnFullDisk, "no/folder.tov", "No such file"},
-            {type, "", "The line that you are editing is no command"},
+            {type, "", "What you are typing is no command"},
             {removeAndClose, "", "The document has changes that are not saved"},
         };
         for (auto const& row : rows) {

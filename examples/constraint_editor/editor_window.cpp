@@ -66,7 +66,7 @@ EditorWindow::EditorWindow() {
     auto* const splitter = new QSplitter;
     for (QWidget* part : std::initializer_list<QWidget*>{kindList_, table_, makeDesignPane()})
         splitter->addWidget(part);
-    splitter->setSizes({160, 790, 210});
+    splitter->setSizes({150, 900, 190});
     setCentralWidget(splitter);
     makeMenus();
     connect(kindList_, &QListWidget::currentRowChanged, this, [this](int kind) {
@@ -74,13 +74,17 @@ EditorWindow::EditorWindow() {
         QItemSelectionModel* const selection = table_->selectionModel();
         table_->setModel(&models_[kind]);
         delete selection;
-        table_->setColumnWidth(CommandModel::lineColumn, 520);
+        table_->setColumnWidth(CommandModel::lineColumn, 560);
     });
     connect(table_, &QTreeView::doubleClicked, this, [this] { editLine(); });
-    connect(table_->itemDelegate(), &QAbstractItemDelegate::closeEditor, this, [this] { typedRow_ = -1; });
+    connect(table_->itemDelegate(), &QAbstractItemDelegate::closeEditor, this, [this](QWidget* editor) {
+        auto const* const line = qobject_cast<QLineEdit*>(editor);
+        if (!line->hasAcceptableInput()) statusBar()->showMessage("Not taken, as it is no command: " + line->text());
+        typedRow_ = -1;
+    });
     connect(&undo_, &QUndoStack::cleanChanged, this, [this](bool clean) { setWindowModified(!clean); });
     setDocument(std::make_unique<TOV>(), {});
-    resize(1160, 500);
+    resize(1240, 600);
 }
 
 // The widgets use the members, and go first.
@@ -178,9 +182,7 @@ QString EditorWindow::remarksOn(QString const& line, TovCmd* cmd) const {
 bool EditorWindow::takeTyped() {
     QLineEdit* const editor = typing();
     if (editor == nullptr) return true;
-    if (!editor->hasAcceptableInput()) {
-        return refuse(QString("The line that you are editing is no command: %1").arg(typedRemarks_));
-    }
+    if (!editor->hasAcceptableInput()) return refuse("What you are typing is no command: " + typedRemarks_);
     emit table_->itemDelegate()->commitData(editor);
     emit table_->itemDelegate()->closeEditor(editor);
     return true;

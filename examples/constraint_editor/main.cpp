@@ -15,6 +15,7 @@ int main(int argc, char** argv) {
     for (QString const& file : files.mid(picture ? 2 : 0)) window.open(file);
     if (!picture) return QApplication::exec();
     window.showRow(kiri::tov::TOVCMD_INPUTDELAY - kiri::tov::TOVCMD_CLOCK, 3);
+    window.resize(window.width(), 400);
     window.editLine();
     if (auto* line = qobject_cast<QLineEdit*>(window.focusWidget())) line->insert(" -add_delay");
     QApplication::processEvents();
