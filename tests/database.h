@@ -1,5 +1,4 @@
-#ifndef TOVENG_TESTS_DATABASE_H
-#define TOVENG_TESTS_DATABASE_H
+#pragma once
 
 #include <limits>
 #include <memory>
@@ -62,5 +61,3 @@ inline std::unique_ptr<taDci> makeDatabase() {
 }
 
 }  // namespace support
-
-#endif

@@ -12,18 +12,15 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
-#include <set>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
-#include "../cut.h"
-#include "../progress_bar.h"
-#include "design_names.h"
+#include "../common/cut.h"
+#include "../common/design_names.h"
+#include "../common/progress_bar.h"
 #include "tov/check.h"
-#include "tov/cmd/commands.h"
-#include "tov/cmd/references.h"
+#include "tov/make_command.h"
 
 using namespace kiri::tov;
 
@@ -40,8 +37,7 @@ struct Message {
 
 struct Missing {
     std::size_t line;
-    taDciObjTyp type;
-    std::string name;
+    DesignNames::Missing name;
 };
 
 char const* titleOf(TovFindingKind kind) {
@@ -62,69 +58,23 @@ char const* titleOf(TovFindingKind kind) {
     return "";
 }
 
-template <class Cmd>
-std::unique_ptr<TovCmd> make(std::string const& line) {
-    return std::make_unique<Cmd>(line);
-}
-
-// The command of a line that begins with a keyword; null for other lines.
-std::unique_ptr<TovCmd> commandOf(std::string const& line) {
-    constexpr std::pair<std::string_view, std::unique_ptr<TovCmd> (*)(std::string const&)> commands[] = {
-        {"create_clock", make<TovCmdClockDef>},          {"create_generated_clock", make<TovCmdGenClockDef>},
-        {"set_clock_groups", make<TovCmdClockGroupDef>}, {"set_input_delay", make<TovCmdInputDelay>},
-        {"set_output_delay", make<TovCmdOutputDelay>},   {"set_max_delay", make<TovCmdMaxDelay>},
-        {"set_min_delay", make<TovCmdMinDelay>},         {"set_multicycle_path", make<TovCmdMultiPath>},
-        {"set_false_path", make<TovCmdFalsePath>},
-    };
-    std::size_t const first = line.find_first_not_of(" \t\r\v\f");
-    if (first == std::string::npos) return nullptr;
-    for (auto const& [keyword, makeCommand] : commands) {
-        if (line.compare(first, keyword.size(), keyword) == 0) return makeCommand(line);
-    }
-    return nullptr;
-}
-
-std::string firstName(ppStlList<taDciObj*> const& targets) {
-    return targets.empty() || targets.front()->name == nullptr ? std::string() : targets.front()->name;
-}
-
-// Words of a plain name: "{a b}" is a list of two.
-std::vector<std::string> wordsOf(std::string const& name) {
-    std::vector<std::string> words;
-    constexpr char const* separators = " \t{}\"";
-    for (std::size_t at = name.find_first_not_of(separators); at < name.size();) {
-        std::size_t const end = std::min(name.find_first_of(separators, at), name.size());
-        words.push_back(name.substr(at, end - at));
-        at = name.find_first_not_of(separators, end);
-    }
-    return words;
-}
-
 /// Looks up what the commands of a file refer to.
 class Lookup {
 public:
     explicit Lookup(TovDesign const& design) : names_(design) {}
 
     void read(std::size_t line, std::string const& text) {
-        std::unique_ptr<TovCmd> const cmd = commandOf(text);
-        if (cmd == nullptr) return;
-        if (auto const* clock = dynamic_cast<TovCmdClockDef*>(cmd.get())) define(clock->clockName, clock->targets);
-        if (auto const* clock = dynamic_cast<TovCmdGenClockDef*>(cmd.get())) define(clock->clockName, clock->targets);
-        std::set<std::pair<taDciObjTyp, std::string>> seen;
-        for (TovReferences const& references : referencesOf(*cmd)) {
-            for (taDciObj const* object : *references.list) {
-                std::string const name = object->name == nullptr ? "" : object->name;
-                if (!seen.emplace(object->type, name).second || names_.has(object->type, name)) continue;
-                if (object->type != taDciObjName) missing_.push_back({line, object->type, name});
-                if (object->type == taDciObjName) readPlainName(line, name);
-            }
-        }
+        std::unique_ptr<TovCmd> const cmd = makeCommand(text);
+        if (cmd == nullptr || !cmd->enabled) return;
+        names_.addClockOf(*cmd);
+        for (DesignNames::Missing& name : names_.missingIn(*cmd)) missing_.push_back({line, std::move(name)});
     }
 
     /// Appends a message for each name that neither the design nor the file has.
     void report(std::vector<Message>& messages) {
         int suggestions = 0;
-        for (auto const& [line, type, name] : missing_) {
+        for (auto const& [line, missing] : missing_) {
+            auto const& [type, name] = missing;
             // A clock may be defined after it is used.
             if (names_.has(type, name)) continue;
             std::string text = std::string("no such ") + DesignNames::titleOf(type) + ": " + cut(name, textShown);
@@ -135,17 +85,6 @@ public:
     }
 
 private:
-    // A clock without a name has that of its first target.
-    void define(std::string const& name, ppStlList<taDciObj*> const& targets) {
-        names_.addClock(name.empty() ? firstName(targets) : name);
-    }
-
-    void readPlainName(std::size_t line, std::string const& name) {
-        for (std::string& word : wordsOf(name)) {
-            if (!names_.has(taDciObjName, word)) missing_.push_back({line, taDciObjName, std::move(word)});
-        }
-    }
-
     DesignNames names_;
     std::vector<Missing> missing_;
 };

@@ -1,33 +1,59 @@
-#ifndef COMMON_DESIGN_NAMES_H
-#define COMMON_DESIGN_NAMES_H
+#pragma once
 
+#include <array>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 #include <vector>
 
+#include "platform/dci.h"
 #include "tov/cmd/commands.h"
 #include "tov/design/design.h"
-#include "tov/tov.h"
 
-/// The names by which constraints may refer to the objects of a design. A vector "data[7:0]" is known as "data", too; a
-/// net also by its hierarchy name; a cell with "." or "/" between its parts; a pin by its cell, "/" and its name; a
-/// clock also if the document defines it. A name with "*" or "?" is known if one of these fits it.
-class DesignNames {
+/// Names of one kind of object. In all of them '.' reads as '/'.
+class NameSet {
 public:
-    explicit DesignNames(kiri::tov::TovDesign const& design);
-
-    /// Takes over the clocks that the document defines, in place of those before.
-    void takeClocksOf(kiri::tov::TOV& document);
-
-    /// The names in a command that the design does not have.
-    std::vector<std::string> unknownIn(kiri::tov::TovCmd& cmd) const;
+    void add(std::string name);
+    /// Whether a name, a range of bits or a pattern stands for any of the names.
+    bool matches(std::string const& name) const;
+    /// The name that is most like it; empty unless one is close.
+    std::string nearest(std::string const& name) const;
 
 private:
-    using Names = std::unordered_set<std::string>;
+    bool has(std::string const& name) const { return names_.count(name) != 0; }
+    bool hasRange(std::string const& name) const;
 
-    bool knows(std::string const& name, taDciObjTyp type, bool isClock) const;
-
-    Names ports_, nets_, cells_, pins_, clocks_, documentClocks_;
+    std::unordered_set<std::string> names_;
 };
 
-#endif
+/// The names by which constraints may call the objects of a design.
+class DesignNames {
+public:
+    enum Kind { port, pin, net, cell, clock, kinds };
+
+    /// A name that the design does not have, and the type of object that it should be.
+    struct Missing {
+        taDciObjTyp type;
+        std::string name;
+    };
+
+    explicit DesignNames(kiri::tov::TovDesign const& design);
+
+    /// Takes the clock that a command defines, if it defines one, into the names.
+    void addClockOf(kiri::tov::TovCmd const& cmd);
+    /// Gives up all clocks taken from commands.
+    void forgetClocks() { defined_ = {}; }
+
+    /// The names in a command that neither the design has nor a command defined.
+    std::vector<Missing> missingIn(kiri::tov::TovCmd& cmd) const;
+    /// Whether there is an object of that name and type; true for what is no name, and for types of no object.
+    bool has(taDciObjTyp type, std::string const& name) const;
+    /// The nearest name of that type; empty unless one is close.
+    std::string nearest(taDciObjTyp type, std::string const& name) const;
+    /// What the type is called.
+    static char const* titleOf(taDciObjTyp type);
+
+private:
+    std::array<NameSet, kinds> sets_;
+    NameSet defined_;
+};

@@ -1,5 +1,4 @@
-#ifndef CONSTRAINT_EDITOR_COMMAND_MODEL_H
-#define CONSTRAINT_EDITOR_COMMAND_MODEL_H
+#pragma once
 
 #include <QtWidgets>
 #include <list>
@@ -43,5 +42,3 @@ private:
     List* list_ = nullptr;
     std::vector<List::iterator> rows_;
 };
-
-#endif

@@ -1,42 +1,35 @@
 #include "commands.h"
 
 #include <QStringList>
+#include <stdexcept>
 
 #include "tov/check.h"
+#include "tov/make_command.h"
 
 using namespace kiri::tov;
 
-template <class Cmd>
-static std::unique_ptr<TovCmd> read(std::string const& line) {
-    return std::make_unique<Cmd>(line);
-}
-
 Kind const kinds[kindCount] = {
-    {"Clocks", "create_clock -period 10 -name clock", read<TovCmdClockDef>},
-    {"Generated clocks", "create_generated_clock -divide_by 2 -name clock", read<TovCmdGenClockDef>},
-    {"Clock groups", "set_clock_groups -asynchronous", read<TovCmdClockGroupDef>},
-    {"Input delays", "set_input_delay 0", read<TovCmdInputDelay>},
-    {"Output delays", "set_output_delay 0", read<TovCmdOutputDelay>},
-    {"Maximum delays", "set_max_delay 0", read<TovCmdMaxDelay>},
-    {"Minimum delays", "set_min_delay 0", read<TovCmdMinDelay>},
-    {"Multicycle paths", "set_multicycle_path 2", read<TovCmdMultiPath>},
-    {"False paths", "set_false_path", read<TovCmdFalsePath>},
-    {"Attributes", "#attribute port name attribute value type", read<TovCmdAttr>},
+    {"Clocks", "create_clock -period 10 -name clock"},
+    {"Generated clocks", "create_generated_clock -divide_by 2 -name clock"},
+    {"Clock groups", "set_clock_groups -asynchronous"},
+    {"Input delays", "set_input_delay 0"},
+    {"Output delays", "set_output_delay 0"},
+    {"Maximum delays", "set_max_delay 0"},
+    {"Minimum delays", "set_min_delay 0"},
+    {"Multicycle paths", "set_multicycle_path 2"},
+    {"False paths", "set_false_path"},
+    {"Attributes", "#attribute port name attribute value type"},
 };
 
-std::unique_ptr<TovCmd> readCommand(int kind, QString line) {
+std::unique_ptr<TovCmd> readCommand(int kind, QString const& line) {
     if (toText(toBytes(line)) != line) return nullptr;
-    for (TovFinding const& finding : checkTovLine(toBytes(line))) {
-        if (finding.kind == TOVFINDING_DROPPED_LINE || finding.kind == TOVFINDING_ENDS_LOAD) return nullptr;
+    try {
+        TOVCMD_TYPE list = TOVCMD_NONE;
+        std::unique_ptr<TovCmd> cmd = makeCommand(toBytes(line), &list);
+        return list == kind + TOVCMD_CLOCK ? std::move(cmd) : nullptr;
+    } catch (std::out_of_range const&) {
+        return nullptr;  // no load would get beyond this line
     }
-    bool const attribute = kind + TOVCMD_CLOCK == TOVCMD_ATTRIBUTE;  // which tells itself whether it is enabled
-    line = line.trimmed();
-    bool const disabled = !attribute && line.startsWith("#disable ");
-    if (disabled) line = line.section(' ', 1).trimmed();
-    if (!line.startsWith(QString(kinds[kind].newLine).section(' ', 0, 0))) return nullptr;
-    std::unique_ptr<TovCmd> cmd = kinds[kind].read(toBytes(line));
-    if (!attribute) cmd->enabled = !disabled;
-    return cmd;
 }
 
 QString findingsIn(QString const& line) {

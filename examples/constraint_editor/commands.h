@@ -1,5 +1,4 @@
-#ifndef CONSTRAINT_EDITOR_COMMANDS_H
-#define CONSTRAINT_EDITOR_COMMANDS_H
+#pragma once
 
 #include <QString>
 #include <memory>
@@ -7,11 +6,10 @@
 #include "tov/cmd/commands.h"
 #include "tov/tov.h"
 
-/// A kind of command: its title, the line of a new command, which begins with the keyword, and how a line is read.
+/// A kind of command: its title, and the line of a new command.
 struct Kind {
     char const* title;
     char const* newLine;
-    std::unique_ptr<kiri::tov::TovCmd> (*read)(std::string const& line);
 };
 
 /// The kinds in the order of their lists: that of kinds[0] is TOVCMD_CLOCK.
@@ -19,7 +17,7 @@ constexpr int kindCount = kiri::tov::TOVCMD_ATTRIBUTE;
 extern Kind const kinds[kindCount];
 
 /// Reads a line as a load does. Null if a load makes no command of that kind of it.
-std::unique_ptr<kiri::tov::TovCmd> readCommand(int kind, QString line);
+std::unique_ptr<kiri::tov::TovCmd> readCommand(int kind, QString const& line);
 
 /// What a save would not keep of a line, in words; empty if it keeps all.
 QString findingsIn(QString const& line);
@@ -31,5 +29,3 @@ inline QString toText(std::string const& bytes) {
 inline std::string toBytes(QString const& text) {
     return text.toLatin1().toStdString();
 }
-
-#endif

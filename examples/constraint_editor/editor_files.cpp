@@ -76,7 +76,7 @@ bool EditorWindow::openDesign(QString const& path) {
     if (progress.dialog.wasCanceled()) return false;
     if (loaded) {
         names_ = std::make_unique<DesignNames>(*design);
-        names_->takeClocksOf(*document_);
+        takeClocks();
         design_ = std::move(design);
         showObjects_();
         table_->viewport()->update();
@@ -84,6 +84,15 @@ bool EditorWindow::openDesign(QString const& path) {
     if (error.empty()) return true;
     return refuse(
         QString("%1 cannot be read%2: %3").arg(path, loaded ? " to its end" : "", QString::fromStdString(error)));
+}
+
+// The clocks that the document defines are names, too.
+void EditorWindow::takeClocks() {
+    if (!names_) return;
+    names_->forgetClocks();
+    for (TOVCMD_TYPE type : {TOVCMD_CLOCK, TOVCMD_GENCLOCK}) {
+        for (TovCmd const* cmd : *document_->getTovCmdList(type)) names_->addClockOf(*cmd);
+    }
 }
 
 void EditorWindow::setDocument(std::unique_ptr<TOV> document, QString const& path) {

@@ -172,7 +172,7 @@ QString EditorWindow::remarksOn(QString const& line, TovCmd* cmd) const {
     QStringList remarks(findingsIn(line));
     if (cmd == nullptr) remarks << QString("not one of the %1").arg(kinds[kind_].title).toLower();
     if (cmd != nullptr && names_) {
-        for (std::string const& name : names_->unknownIn(*cmd)) remarks << "not in the design: " + toText(name);
+        for (auto const& [type, name] : names_->missingIn(*cmd)) remarks << "not in the design: " + toText(name);
     }
     remarks.removeAll({});
     return remarks.join("; ");
@@ -192,7 +192,7 @@ void EditorWindow::noteChange(int kind, int row) {
     changedKind_ = kind;
     changedRow_ = row;
     kindList_->item(kind)->setText(QString("%1 (%2)").arg(kinds[kind].title).arg(models_[kind].rowCount()));
-    if (names_ && kind < TOVCMD_GENCLOCK) names_->takeClocksOf(*document_);
+    if (kind < TOVCMD_GENCLOCK) takeClocks();
 }
 
 void EditorWindow::findNext(QString const& text) {

@@ -1,5 +1,4 @@
-#ifndef CONSTRAINT_EDITOR_EDITOR_WINDOW_H
-#define CONSTRAINT_EDITOR_EDITOR_WINDOW_H
+#pragma once
 
 #include <QtWidgets>
 
@@ -52,6 +51,7 @@ private:
     bool openDesign(QString const& path);
     void setDocument(std::unique_ptr<kiri::tov::TOV> document, QString const& path);
     bool mayDiscard();
+    void takeClocks();
 
     std::unique_ptr<kiri::tov::TOV> document_;
     QString path_;  // empty: the document has no file
@@ -68,5 +68,3 @@ private:
     QTreeView* table_ = new QTreeView;
     std::function<void()> showObjects_;
 };
-
-#endif

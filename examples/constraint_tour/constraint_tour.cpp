@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "../cut.h"
-#include "../progress_bar.h"
+#include "../common/cut.h"
+#include "../common/progress_bar.h"
 #include "tov/check.h"
 #include "tov/cmd/commands.h"
 #include "tov/tov.h"

@@ -10,8 +10,8 @@
 #include <list>
 #include <string>
 
-#include "../cut.h"
-#include "../progress_bar.h"
+#include "../common/cut.h"
+#include "../common/progress_bar.h"
 #include "tov/cmd/commands.h"
 #include "tov/design/design.h"
 #include "tov/tov.h"
