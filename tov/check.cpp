@@ -17,13 +17,13 @@ namespace kiri::tov {
 
 namespace {
 
-void append(std::string& text, std::string_view word) {
+void addWord(std::string& text, std::string_view word) {
     if (!text.empty()) text += ' ';
     text += word;
 }
 
-void append(std::string& text, WordComparison::Words const& words) {
-    for (WordComparison::Word const& word : words) append(text, word.text);
+void addWords(std::string& text, WordComparison::Words const& words) {
+    for (WordComparison::Word const& word : words) addWord(text, word.text);
 }
 
 /// What is wrong with the words of a line, by kind.
@@ -47,9 +47,9 @@ bool endsInContinuation(std::string_view text) {
 void findMistaken(Texts& texts, TovCmd& cmd, FileLine const& line) {
     bool continued = endsInContinuation(line.command);
     auto const judge = [&](std::string_view name) {
-        if (isOption(name)) append(texts.mistaken, name);
+        if (isOption(name)) addWord(texts.mistaken, name);
         if (!continued || !endsInContinuation(name)) return;
-        append(texts.mistaken, "\\");
+        addWord(texts.mistaken, "\\");
         continued = false;
     };
     if (line.kind->list == TOVCMD_CLOCK) judge(static_cast<TovCmdClockDef&>(cmd).clockName);
@@ -99,7 +99,7 @@ public:
         for (std::size_t end = rawLine.find('\0'); end < rawLine.size(); end = rawLine.find('\0', end + 1)) {
             WordComparison::Words words;
             WordComparison::appendWords(words, rawLine.data() + end + 1);
-            append(texts.lost, words);
+            addWords(texts.lost, words);
         }
         add(TOVFINDING_LOST_WORD, std::move(texts.lost));
         add(TOVFINDING_CHANGED_VALUE, std::move(texts.changed));
@@ -131,9 +131,9 @@ private:
         line.kind->append(saved_, *cmd, document_);
         bool const prefixed = startsWith(saved_, disablePrefix);
         words_.compare(line.command.data(), saved_.data() + (prefixed ? disablePrefix.size() : 0));
-        append(texts.lost, words_.lost());
-        append(texts.changed, words_.changed());
-        append(texts.changed, words_.added());
+        addWords(texts.lost, words_.lost());
+        addWords(texts.changed, words_.changed());
+        addWords(texts.changed, words_.added());
         findMistaken(texts, *cmd, line);
         return true;
     }

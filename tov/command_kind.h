@@ -57,16 +57,6 @@ inline constexpr CommandKind commandKinds[] = {
 
 static_assert(std::size(commandKinds) == TOVCMD_ATTRIBUTE, "each list has its kind");
 
-/// The list of a class.
-template <class Cmd>
-constexpr TOVCMD_TYPE listOf() {
-    TOVCMD_TYPE list = TOVCMD_NONE;
-    for (CommandKind const& kind : commandKinds) {
-        if (kind.read == readCommand<Cmd>) list = kind.list;
-    }
-    return list;
-}
-
 /// Adds a command to the list of its kind; the document owns it then. Returns the command.
 template <class Cmd>
 Cmd& addCommand(TOV& document, TOVCMD_TYPE list, std::unique_ptr<Cmd> cmd) {

@@ -10,48 +10,45 @@ namespace kiri::tov {
 namespace {
 
 template <class Cmd, class Record>
-Cmd& import(TOV& document, Record* record) {
-    return addCommand(document, listOf<Cmd>(), std::make_unique<Cmd>(record));
-}
-
-// Calls `take` for each record of a list; null entries are skipped.
-template <class Record, class Take>
-void forEach(ppStlList<Record*> const& records, Take take) {
-    for (Record* record : records) {
-        if (record != nullptr) take(record);
-    }
+Cmd& add(TOV& document, TOVCMD_TYPE list, Record* record) {
+    return addCommand(document, list, std::make_unique<Cmd>(record));
 }
 
 }  // namespace
 
-// The order of the database's lists is the import's own; only input and output delays heed `ioEnabled`.
+// The order of the database's lists is the import's own. Only input and output delays heed `ioEnabled`. Null entries
+// are skipped.
 void importRecords(TOV& document, taDci const& db, bool ioEnabled) {
-    forEach(db.clocks, [&document](taDciSynClk* record) {
+    for (taDciSynClk* record : db.clocks) {
+        if (record == nullptr) continue;
         if (record->master != 0) {
-            import <TovCmdClockDef>(document, record);
+            add<TovCmdClockDef>(document, TOVCMD_CLOCK, record);
         } else {
-            import <TovCmdGenClockDef>(document, record);
+            add<TovCmdGenClockDef>(document, TOVCMD_GENCLOCK, record);
         }
-    });
-    forEach(db.clockGroups, [&document](taDciSynClkGroup* record) { import <TovCmdClockGroupDef>(document, record); });
-    forEach(db.ios, [&document, ioEnabled](taDciSynIo* record) {
-        if (record->direction == 0) {
-            import <TovCmdInputDelay>(document, record).enabled = ioEnabled;
-        } else if (record->direction == 1) {
-            import <TovCmdOutputDelay>(document, record).enabled = ioEnabled;
-        }
-    });
-    forEach(db.maxs, [&document](taDciSynMax* record) {
+    }
+    for (taDciSynClkGroup* record : db.clockGroups) {
+        if (record != nullptr) add<TovCmdClockGroupDef>(document, TOVCMD_CLOCKGROUP, record);
+    }
+    for (taDciSynIo* record : db.ios) {
+        if (record == nullptr) continue;
+        if (record->direction == 0) add<TovCmdInputDelay>(document, TOVCMD_INPUTDELAY, record).enabled = ioEnabled;
+        if (record->direction == 1) add<TovCmdOutputDelay>(document, TOVCMD_OUTPUTDELAY, record).enabled = ioEnabled;
+    }
+    for (taDciSynMax* record : db.maxs) {
+        if (record == nullptr) continue;
         if (hasText(record->minMarker)) {
-            import <TovCmdMinDelay>(document, record);
+            add<TovCmdMinDelay>(document, TOVCMD_MINDELAY, record);
         } else {
-            import <TovCmdMaxDelay>(document, record);
+            add<TovCmdMaxDelay>(document, TOVCMD_MAXDELAY, record);
         }
-    });
-    forEach(db.mcycs, [&document](taDciSynMcyc* record) { import <TovCmdMultiPath>(document, record); });
-    forEach(db.falses, [&document](taDciSynFalse* record) {
-        if (record->flag != 0) import <TovCmdFalsePath>(document, record);
-    });
+    }
+    for (taDciSynMcyc* record : db.mcycs) {
+        if (record != nullptr) add<TovCmdMultiPath>(document, TOVCMD_MULTICYCLE, record);
+    }
+    for (taDciSynFalse* record : db.falses) {
+        if (record != nullptr && record->flag != 0) add<TovCmdFalsePath>(document, TOVCMD_FALSEPATH, record);
+    }
 }
 
 }  // namespace kiri::tov

@@ -7,7 +7,7 @@ namespace kiri::tov {
 
 namespace {
 
-constexpr std::size_t chunkSize = std::size_t{32} * 1024;
+constexpr std::size_t chunkSize = std::size_t{16} * 1024;
 
 }  // namespace
 
@@ -27,14 +27,14 @@ bool LineReader::next(std::string_view& line) {
         searched = size;
         if (fill()) continue;
         line = take(end_ - begin_);
-        return !line.empty() && !meter_.stopped();
+        return !line.empty() && !failed_ && !meter_.stopped();
     }
 }
 
 // Gives out what was read and not given out, up to `size`. A long line is complete here: the buffer gives back what it
 // has beyond it and a chunk.
 std::string_view LineReader::take(std::size_t size) {
-    if (capacity_ - end_ > chunkSize + 1) resize(end_ + 1);
+    if (capacity_ - end_ > chunkSize + 1) resize(end_ + chunkSize + 1);
     char* const text = buffer_.get() + begin_;
     text[size] = '\0';
     begin_ += size;
@@ -43,6 +43,7 @@ std::string_view LineReader::take(std::size_t size) {
 
 // Reads a chunk after what is unread, which moves to the front of the buffer. A line that fills the buffer doubles it.
 bool LineReader::fill() {
+    if (failed_) return false;
     std::size_t const unread = end_ - begin_;
     if (begin_ > 0) std::memmove(buffer_.get(), buffer_.get() + begin_, unread);
     begin_ = 0;

@@ -7,7 +7,7 @@ namespace kiri::tov {
 
 namespace {
 
-constexpr std::uint64_t firstStep = std::uint64_t{32} * 1024;
+constexpr std::uint64_t firstStep = std::uint64_t{24} * 1024;
 
 }  // namespace
 
@@ -17,7 +17,7 @@ ProgressMeter::ProgressMeter(TovProgress const& progress, std::uint64_t size)
 // The steps grow with what was read, so that a file of any size, known or not, gives less than a thousand calls.
 bool ProgressMeter::report() noexcept {
     next_ = read_ + std::max(firstStep, read_ / 50);
-    return call(std::max(size_, read_));
+    return call(size_ == 0 ? 0 : std::max(size_, read_));
 }
 
 bool ProgressMeter::finish() noexcept {
@@ -26,7 +26,7 @@ bool ProgressMeter::finish() noexcept {
 
 bool ProgressMeter::call(std::uint64_t size) noexcept {
     try {
-        stopped_ = stopped_ || !progress_(read_, size_ == 0 ? 0 : size);
+        stopped_ = stopped_ || !progress_(read_, size);
     } catch (...) {
         stopped_ = true;
         thrown_ = std::current_exception();

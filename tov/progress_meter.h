@@ -38,7 +38,7 @@ private:
     TovProgress const& progress_;
     std::uint64_t size_;
     std::uint64_t read_ = 0;
-    std::uint64_t next_;  // the count of the next call
+    std::uint64_t next_;  // the next call comes when read_ reaches this
     bool stopped_ = false;
     std::exception_ptr thrown_;
 };

@@ -38,19 +38,19 @@ inline bool isEnclosing(char c) {
     return chars::classes[static_cast<unsigned char>(c)] == chars::enclosing;
 }
 
-/// The first white space of a text; its end if there is none. Eight characters are looked at together: a load looks at
-/// each character for the end of its word, most of them twice.
+/// The first white space of a text; its end if there is none. Eight characters are looked at together: with one at a
+/// time a load takes a tenth more instructions.
 inline char const* findSpace(char const* at, char const* end) {
     constexpr std::uint64_t ones = 0x0101010101010101;
-    for (; end - at >= 8; at += 8) {
+    while (end - at >= 8) {
         std::uint64_t chars = 0;
         std::memcpy(&chars, at, sizeof chars);
         // The high bit of each character up to a blank, exact up to the first one.
         std::uint64_t const found = (chars - ones * (' ' + 1)) & ~chars & (ones * 0x80);
+        at += found == 0 ? 8 : __builtin_ctzll(found) / 8;
         if (found == 0) continue;
-        at += __builtin_ctzll(found) / 8;
         if (isSpace(*at)) return at;
-        at -= 7;  // a control character: goes on after it
+        ++at;  // a control character
     }
     while (at != end && !isSpace(*at)) ++at;
     return at;

@@ -22,9 +22,6 @@ void freeCommands(std::list<TovCmd*>& list) {
 TOV::TOV() : cmdLists_(new std::list<TovCmd*>[std::size(commandKinds)]) {}
 
 TOV::~TOV() {
-    // Large blocks go first: an allocator may merge all the small blocks freed so far when a large one follows them.
-    std::string().swap(sdcCommentText);
-    std::string().swap(attributeCommentText);
     reset();
 }
 

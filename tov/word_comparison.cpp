@@ -43,9 +43,11 @@ std::string_view wordAt(char const* text) {
 // Whether two lines have the same words in the same order, as most lines and their saved lines have.
 bool haveSameWords(char const* line, char const* saved) {
     for (;;) {
-        char const* a = line = nextWord(line);
-        char const* b = saved = nextWord(saved);
-        while (*a == *b && !isWordEnd(*a)) ++a, ++b;
+        line = nextWord(line);
+        saved = nextWord(saved);
+        char const* a = line;
+        char const* b = saved;
+        for (; *a == *b && !isWordEnd(*a); ++a) ++b;
         if (!isWordEnd(*a) || !isWordEnd(*b)) {
             Word const word(wordAt(line));
             Word const other(wordAt(saved));

@@ -29,10 +29,6 @@ TovCmdAttr::TovCmdAttr(char const* line) {
     enabled = !(marked && !words.next(word));
 }
 
-TovCmdAttr::TovCmdAttr(std::string const& line) : TovCmdAttr(line.c_str()) {}
-
-TovCmdAttr::~TovCmdAttr() = default;
-
 std::string TovCmdAttr::toSaveString(TOV*) {
     return saveString(*this);
 }

@@ -29,17 +29,11 @@ constexpr Option<TovCmdClockDef> options[] = {
     {"-waveform", OptionValue::throwsAtEnd, readWaveform},
 };
 
-void readTargets(TovCmdClockDef& cmd, std::string_view word) {
-    readObjs(cmd.targets, word, true);
-}
-
 }  // namespace
 
 TovCmdClockDef::TovCmdClockDef(char const* line) : TovCmdClockDef(0, nullptr, nullptr) {
-    readLine(*this, line, keywords, options, readTargets);
+    readCommandLine(*this, line, keywords, options, readInto<&TovCmdClockDef::targets, true>);
 }
-
-TovCmdClockDef::TovCmdClockDef(std::string const& line) : TovCmdClockDef(line.c_str()) {}
 
 TovCmdClockDef::TovCmdClockDef(taDciSynClk* record)
     : TovCmdClockDef(fromThousandths(record->period), record->name, record->text) {

@@ -11,7 +11,7 @@ namespace kiri::tov {
 class TOVENG_API TovCmdClockDef : public TovCmd {
 public:
     /// Reads a line (null reads as ""); std::out_of_range if "-waveform" is its last word.
-    explicit TovCmdClockDef(std::string const& line);
+    explicit TovCmdClockDef(std::string const& line) : TovCmdClockDef(line.c_str()) {}
     explicit TovCmdClockDef(char const* line);
     /// Copies a database record.
     explicit TovCmdClockDef(taDciSynClk* record);
@@ -20,12 +20,12 @@ public:
     ~TovCmdClockDef() override;
 
     std::string toSaveString(TOV* document) override;
-    /// Appends the line that this class saves to `text`.
-    void appendSaveString(std::string& text) const;
+    /// Appends the line that this class saves to `line`.
+    void appendSaveString(std::string& line) const;
 
-    float period = 0;             ///< in the file's time unit
-    std::vector<float> waveform;  ///< edge times in the file's time unit
-    std::string clockName;
+    float period = 0;              ///< in the file's time unit
+    std::vector<float> waveform;   ///< edge times in the file's time unit
+    std::string clockName;         ///< empty when none
     ppStlList<taDciObj*> targets;  ///< owned
 };
 

@@ -71,10 +71,8 @@ void appendGroup(std::string& line, ppStlList<taDciObj*> const& group) {
 }  // namespace
 
 TovCmdClockGroupDef::TovCmdClockGroupDef(char const* line) : TovCmdClockGroupDef(true) {
-    readLine(*this, line, keywords, options, ignoreWord);
+    readCommandLine(*this, line, keywords, options, ignoreWord);
 }
-
-TovCmdClockGroupDef::TovCmdClockGroupDef(std::string const& line) : TovCmdClockGroupDef(line.c_str()) {}
 
 TovCmdClockGroupDef::TovCmdClockGroupDef(taDciSynClkGroup* record)
     : TovCmdClockGroupDef((record->asynchronous ^ 1) != 0) {

@@ -11,11 +11,11 @@ namespace kiri::tov {
 /// "set_clock_groups": groups of clocks that are exclusive or asynchronous to each other.
 class TOVENG_API TovCmdClockGroupDef : public TovCmd {
 public:
-    /// Takes a bool alone: no pointer and no text turns into one on the way.
+    /// Makes a command without groups. Takes a bool alone: no pointer and no text turns into one on the way.
     template <class Bool, class = std::enable_if_t<std::is_same_v<Bool, bool>>>
     explicit TovCmdClockGroupDef(Bool exclusive_) : exclusive(exclusive_) {}
     /// Reads a line (null reads as ""); exclusive unless it holds "-asynchronous".
-    explicit TovCmdClockGroupDef(std::string const& line);
+    explicit TovCmdClockGroupDef(std::string const& line) : TovCmdClockGroupDef(line.c_str()) {}
     explicit TovCmdClockGroupDef(char const* line);
     /// Copies a database record.
     explicit TovCmdClockGroupDef(taDciSynClkGroup* record);
@@ -25,8 +25,8 @@ public:
     void reset();
 
     std::string toSaveString(TOV* document) override;
-    /// Appends the line that this class saves to `text`.
-    void appendSaveString(std::string& text) const;
+    /// Appends the line that this class saves to `line`.
+    void appendSaveString(std::string& line) const;
 
     bool exclusive = true;                      ///< false: asynchronous
     std::vector<ppStlList<taDciObj*>*> groups;  ///< owned with their references; entries may be null

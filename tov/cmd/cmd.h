@@ -12,9 +12,10 @@ class TOV;
 /// A command of a constraint file. It owns the object references in its lists and frees them when it is destroyed.
 ///
 /// Commands come from a line of a file, from a record of the constraint database, or from plain values. A line is read
-/// up to its first NUL byte. Parsing ignores what the command does not understand. A command that is made from a line
-/// is disabled until someone enables it: "#disable " before a command is read by the loader, not by the constructors.
-/// Any constructor or operation may throw std::bad_alloc. One command is used by one thread at a time.
+/// up to its first NUL byte. Parsing ignores what the command does not understand. A timing command that is made from a
+/// line with its own keyword is disabled until someone enables it, and another line leaves it enabled and empty:
+/// "#disable " before a command is read by the loader, not by the constructors. makeCommand reads a line as the loader
+/// does. Any constructor or operation may throw std::bad_alloc. One command is used by one thread at a time.
 class TOVENG_API TovCmd {
 public:
     TovCmd(TovCmd const&) = delete;
@@ -43,7 +44,7 @@ public:
     /// any case. Null reads as "".
     static std::string encloseBracket(char const* text);
 
-    bool enabled = true;  ///< false: written with the prefix "#disable "
+    bool enabled = true;  ///< false: written with the prefix "#disable ", an attribute with "-disable" at its end
     std::string note;     ///< free text; never written
 
 protected:

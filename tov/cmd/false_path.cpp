@@ -12,9 +12,9 @@ namespace {
 constexpr std::string_view keywords[] = {"set_false_path"};
 
 constexpr Option<TovCmdFalsePath> options[] = {
-    {"-from", OptionValue::ignoredAtEnd, readFrom},
-    {"-to", OptionValue::ignoredAtEnd, readTo},
-    {"-through", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readObjs(cmd.through, value, false); }},
+    {"-from", OptionValue::ignoredAtEnd, readInto<&TovCmdFalsePath::from, false>},
+    {"-to", OptionValue::ignoredAtEnd, readInto<&TovCmdFalsePath::to, false>},
+    {"-through", OptionValue::ignoredAtEnd, readInto<&TovCmdFalsePath::through, false>},
 };
 
 }  // namespace
@@ -30,10 +30,8 @@ TovCmdFalsePath::TovCmdFalsePath(taDciSynFalse* record) : TovCmdFalsePath(record
 }
 
 TovCmdFalsePath::TovCmdFalsePath(char const* line) : TovCmdFalsePath(nullptr) {
-    readLine(*this, line, keywords, options, ignoreWord);
+    readCommandLine(*this, line, keywords, options, ignoreWord);
 }
-
-TovCmdFalsePath::TovCmdFalsePath(std::string const& line) : TovCmdFalsePath(line.c_str()) {}
 
 TovCmdFalsePath::~TovCmdFalsePath() {
     freeDciObjList(from);

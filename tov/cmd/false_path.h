@@ -16,13 +16,13 @@ public:
     /// Copies a database record.
     explicit TovCmdFalsePath(taDciSynFalse* record);
     /// Reads a line (null reads as ""); unknown words are skipped.
-    explicit TovCmdFalsePath(std::string const& line);
+    explicit TovCmdFalsePath(std::string const& line) : TovCmdFalsePath(line.c_str()) {}
     explicit TovCmdFalsePath(char const* line);
     ~TovCmdFalsePath() override;
 
     std::string toSaveString(TOV* document) override;
-    /// Appends the line that this class saves to `text`.
-    void appendSaveString(std::string& text) const;
+    /// Appends the line that this class saves to `line`.
+    void appendSaveString(std::string& line) const;
 
     ppStlList<taDciObj*> from;     ///< owned
     ppStlList<taDciObj*> to;       ///< owned

@@ -31,13 +31,9 @@ constexpr Option<TovCmdGenClockDef> options[] = {
     {"-multiply_by", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readInteger(cmd.multiplyBy, value); }},
     {"-name", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { cmd.clockName = value; }},
     {"-duty_cycle", OptionValue::ignoredAtEnd, readDutyCycle},
-    {"-source", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readObjs(cmd.sources, value, true); }},
-    {"-master_clock", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readObjs(cmd.masterClock, value, true); }},
+    {"-source", OptionValue::ignoredAtEnd, readInto<&TovCmdGenClockDef::sources, true>},
+    {"-master_clock", OptionValue::ignoredAtEnd, readInto<&TovCmdGenClockDef::masterClock, true>},
 };
-
-void readTargets(TovCmdGenClockDef& cmd, std::string_view word) {
-    readObjs(cmd.targets, word, true);
-}
 
 void appendInteger(std::string& line, char const* format, std::string const& text) {
     float number = 0;
@@ -47,10 +43,8 @@ void appendInteger(std::string& line, char const* format, std::string const& tex
 }  // namespace
 
 TovCmdGenClockDef::TovCmdGenClockDef(char const* line) : TovCmdGenClockDef(nullptr, nullptr) {
-    readLine(*this, line, keywords, options, readTargets);
+    readCommandLine(*this, line, keywords, options, readInto<&TovCmdGenClockDef::targets, true>);
 }
-
-TovCmdGenClockDef::TovCmdGenClockDef(std::string const& line) : TovCmdGenClockDef(line.c_str()) {}
 
 TovCmdGenClockDef::TovCmdGenClockDef(taDciSynClk* record) : TovCmdGenClockDef(record->name, record->text) {
     divideBy = orEmpty(record->divideBy);

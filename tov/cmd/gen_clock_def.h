@@ -10,7 +10,7 @@ namespace kiri::tov {
 class TOVENG_API TovCmdGenClockDef : public TovCmd {
 public:
     /// Reads a line (null reads as ""); numbers become normal decimal texts.
-    explicit TovCmdGenClockDef(std::string const& line);
+    explicit TovCmdGenClockDef(std::string const& line) : TovCmdGenClockDef(line.c_str()) {}
     explicit TovCmdGenClockDef(char const* line);
     /// Copies a database record; its numbers stay the texts they are.
     explicit TovCmdGenClockDef(taDciSynClk* record);
@@ -19,16 +19,16 @@ public:
     ~TovCmdGenClockDef() override;
 
     std::string toSaveString(TOV* document) override;
-    /// Appends the line that this class saves to `text`.
-    void appendSaveString(std::string& text) const;
+    /// Appends the line that this class saves to `line`.
+    void appendSaveString(std::string& line) const;
 
     ppStlList<taDciObj*> sources;      ///< owned
     ppStlList<taDciObj*> masterClock;  ///< owned
     std::string divideBy;              ///< an integer; empty when none; not written unless it is a number
     std::string multiplyBy;            ///< as divideBy
     std::string dutyCycle;             ///< per cent, with six decimals; else as divideBy
-    std::string clockName;
-    ppStlList<taDciObj*> targets;  ///< owned
+    std::string clockName;             ///< empty when none
+    ppStlList<taDciObj*> targets;      ///< owned
 };
 
 }  // namespace kiri::tov

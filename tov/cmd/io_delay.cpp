@@ -14,7 +14,7 @@ constexpr std::string_view keywords[] = {"set_input_delay", "set_output_delay"};
 constexpr Option<TovCmdIODelay> options[] = {
     {"-max", OptionValue::none, [](auto& cmd, auto) { cmd.max = true; }},
     {"-min", OptionValue::none, [](auto& cmd, auto) { cmd.min = true; }},
-    {"-clock", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readObjs(cmd.clock, value, false); }},
+    {"-clock", OptionValue::ignoredAtEnd, readInto<&TovCmdIODelay::clock, false>},
 };
 
 void readDelayOrObjects(TovCmdIODelay& cmd, std::string_view word) {
@@ -45,17 +45,13 @@ TovCmdIODelay::TovCmdIODelay(taDciSynIo* record)
 }
 
 TovCmdIODelay::TovCmdIODelay(char const* line) : TovCmdIODelay(0, nullptr, nullptr) {
-    readLine(*this, line, keywords, options, readDelayOrObjects);
+    readCommandLine(*this, line, keywords, options, readDelayOrObjects);
 }
-
-TovCmdIODelay::TovCmdIODelay(std::string const& line) : TovCmdIODelay(line.c_str()) {}
 
 TovCmdIODelay::~TovCmdIODelay() {
     freeDciObjList(objects);
     freeDciObjList(clock);
 }
-
-TovCmdInputDelay::~TovCmdInputDelay() = default;
 
 std::string TovCmdInputDelay::toSaveString(TOV*) {
     return saveString(*this);
@@ -66,8 +62,6 @@ void TovCmdInputDelay::appendSaveString(std::string& line) const {
     line += "set_input_delay";
     appendDelay(line, *this);
 }
-
-TovCmdOutputDelay::~TovCmdOutputDelay() = default;
 
 std::string TovCmdOutputDelay::toSaveString(TOV*) {
     return saveString(*this);

@@ -14,7 +14,7 @@ public:
     /// Copies a database record.
     explicit TovCmdIODelay(taDciSynIo* record);
     /// Reads a line (null reads as ""); either keyword will do.
-    explicit TovCmdIODelay(std::string const& line);
+    explicit TovCmdIODelay(std::string const& line) : TovCmdIODelay(line.c_str()) {}
     explicit TovCmdIODelay(char const* line);
     ~TovCmdIODelay() override;
 
@@ -30,20 +30,18 @@ public:
 class TOVENG_API TovCmdInputDelay : public TovCmdIODelay {
 public:
     using TovCmdIODelay::TovCmdIODelay;
-    ~TovCmdInputDelay() override;
     std::string toSaveString(TOV* document) override;
-    /// Appends the line that this class saves to `text`.
-    void appendSaveString(std::string& text) const;
+    /// Appends the line that this class saves to `line`.
+    void appendSaveString(std::string& line) const;
 };
 
 /// "set_output_delay".
 class TOVENG_API TovCmdOutputDelay : public TovCmdIODelay {
 public:
     using TovCmdIODelay::TovCmdIODelay;
-    ~TovCmdOutputDelay() override;
     std::string toSaveString(TOV* document) override;
-    /// Appends the line that this class saves to `text`.
-    void appendSaveString(std::string& text) const;
+    /// Appends the line that this class saves to `line`.
+    void appendSaveString(std::string& line) const;
 };
 
 }  // namespace kiri::tov

@@ -12,8 +12,8 @@ namespace {
 constexpr std::string_view keywords[] = {"set_multicycle_path"};
 
 constexpr Option<TovCmdMultiPath> options[] = {
-    {"-from", OptionValue::ignoredAtEnd, readFrom},
-    {"-to", OptionValue::ignoredAtEnd, readTo},
+    {"-from", OptionValue::ignoredAtEnd, readInto<&TovCmdMultiPath::from, false>},
+    {"-to", OptionValue::ignoredAtEnd, readInto<&TovCmdMultiPath::to, false>},
 };
 
 void readMultiplier(TovCmdMultiPath& cmd, std::string_view word) {
@@ -32,10 +32,8 @@ TovCmdMultiPath::TovCmdMultiPath(taDciSynMcyc* record)
 }
 
 TovCmdMultiPath::TovCmdMultiPath(char const* line) : TovCmdMultiPath(0, nullptr) {
-    readLine(*this, line, keywords, options, readMultiplier);
+    readCommandLine(*this, line, keywords, options, readMultiplier);
 }
-
-TovCmdMultiPath::TovCmdMultiPath(std::string const& line) : TovCmdMultiPath(line.c_str()) {}
 
 TovCmdMultiPath::~TovCmdMultiPath() {
     freeDciObjList(from);

@@ -14,13 +14,13 @@ public:
     /// Copies a database record; its multiplier is cut to an integer.
     explicit TovCmdMultiPath(taDciSynMcyc* record);
     /// Reads a line (null reads as ""); unknown words are skipped.
-    explicit TovCmdMultiPath(std::string const& line);
+    explicit TovCmdMultiPath(std::string const& line) : TovCmdMultiPath(line.c_str()) {}
     explicit TovCmdMultiPath(char const* line);
     ~TovCmdMultiPath() override;
 
     std::string toSaveString(TOV* document) override;
-    /// Appends the line that this class saves to `text`.
-    void appendSaveString(std::string& text) const;
+    /// Appends the line that this class saves to `line`.
+    void appendSaveString(std::string& line) const;
 
     int multiplier = 0;         ///< clock cycles
     ppStlList<taDciObj*> from;  ///< owned

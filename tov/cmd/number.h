@@ -11,7 +11,7 @@ bool parseFloatValue(std::string_view text, float& out);
 /// Truncates; out of range saturates; NaN gives 0.
 int truncateToInt(float value);
 
-/// A thousandth of a database number: picoseconds to nanoseconds.
+/// A thousandth of a database number: picoseconds to nanoseconds, or thousandths of the file's time unit to that unit.
 float fromThousandths(int value);
 
 }  // namespace kiri::tov

@@ -29,15 +29,15 @@ struct Option {
     void (*apply)(Cmd& cmd, std::string_view value);
 };
 
-/// Reads a line whose first word is one of `keywords`: options as the table tells, any other word by `other`. Another
-/// line leaves the command as it is. Empty words between options are skipped; as the value of an option an empty word
-/// counts. A command that is read is disabled; the loader sets `enabled` afterwards.
+/// Reads a line whose first word is one of `keywords`: options as the table tells, any other word by `readOther`.
+/// Another line leaves the command as it is. Empty words between options are skipped; as the value of an option an
+/// empty word counts. A command that is read is disabled; the loader sets `enabled` afterwards.
 ///
 /// The constructors that read a line or a record first delegate to the one from values: the command is complete then,
 /// and its destructor frees its lists if the reading throws.
 template <class Cmd, std::size_t Keywords, std::size_t Options>
-void readLine(Cmd& cmd, char const* line, std::string_view const (&keywords)[Keywords],
-              Option<Cmd> const (&options)[Options], void (*other)(Cmd& cmd, std::string_view word)) {
+void readCommandLine(Cmd& cmd, char const* line, std::string_view const (&keywords)[Keywords],
+                     Option<Cmd> const (&options)[Options], void (*readOther)(Cmd& cmd, std::string_view word)) {
     WordCursor words(orEmpty(line));
     std::string_view word;
     if (!words.next(word) || std::find(std::begin(keywords), std::end(keywords), word) == std::end(keywords)) return;
@@ -50,7 +50,7 @@ void readLine(Cmd& cmd, char const* line, std::string_view const (&keywords)[Key
                                   [word](Option<Cmd> const& o) { return o.word == word; });
         }
         if (option == std::end(options)) {
-            other(cmd, word);
+            readOther(cmd, word);
             continue;
         }
         std::string_view value;
@@ -66,14 +66,10 @@ void readLine(Cmd& cmd, char const* line, std::string_view const (&keywords)[Key
 template <class Cmd>
 void ignoreWord(Cmd&, std::string_view) {}
 
-/// The start and end points of a path, for all commands that have them.
-template <class Cmd>
-void readFrom(Cmd& cmd, std::string_view value) {
-    readObjs(cmd.from, value, false);
-}
-template <class Cmd>
-void readTo(Cmd& cmd, std::string_view value) {
-    readObjs(cmd.to, value, false);
+/// For options and words that stand for objects.
+template <auto list, bool source, class Cmd>
+void readInto(Cmd& cmd, std::string_view value) {
+    readObjs(cmd.*list, value, source);
 }
 
 }  // namespace kiri::tov

@@ -12,8 +12,8 @@ namespace {
 constexpr std::string_view keywords[] = {"set_max_delay", "set_min_delay"};
 
 constexpr Option<TovCmdTimingDelay> options[] = {
-    {"-from", OptionValue::ignoredAtEnd, readFrom},
-    {"-to", OptionValue::ignoredAtEnd, readTo},
+    {"-from", OptionValue::ignoredAtEnd, readInto<&TovCmdTimingDelay::from, false>},
+    {"-to", OptionValue::ignoredAtEnd, readInto<&TovCmdTimingDelay::to, false>},
 };
 
 void readDelay(TovCmdTimingDelay& cmd, std::string_view word) {
@@ -38,17 +38,13 @@ TovCmdTimingDelay::TovCmdTimingDelay(taDciSynMax* record)
 }
 
 TovCmdTimingDelay::TovCmdTimingDelay(char const* line) : TovCmdTimingDelay(0, nullptr) {
-    readLine(*this, line, keywords, options, readDelay);
+    readCommandLine(*this, line, keywords, options, readDelay);
 }
-
-TovCmdTimingDelay::TovCmdTimingDelay(std::string const& line) : TovCmdTimingDelay(line.c_str()) {}
 
 TovCmdTimingDelay::~TovCmdTimingDelay() {
     freeDciObjList(from);
     freeDciObjList(to);
 }
-
-TovCmdMaxDelay::~TovCmdMaxDelay() = default;
 
 std::string TovCmdMaxDelay::toSaveString(TOV*) {
     return saveString(*this);
@@ -57,8 +53,6 @@ std::string TovCmdMaxDelay::toSaveString(TOV*) {
 void TovCmdMaxDelay::appendSaveString(std::string& line) const {
     appendLine(line, *this, "set_max_delay %f");
 }
-
-TovCmdMinDelay::~TovCmdMinDelay() = default;
 
 std::string TovCmdMinDelay::toSaveString(TOV*) {
     return saveString(*this);

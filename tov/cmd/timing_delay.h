@@ -14,7 +14,7 @@ public:
     /// Copies a database record.
     explicit TovCmdTimingDelay(taDciSynMax* record);
     /// Reads a line (null reads as ""); either keyword will do.
-    explicit TovCmdTimingDelay(std::string const& line);
+    explicit TovCmdTimingDelay(std::string const& line) : TovCmdTimingDelay(line.c_str()) {}
     explicit TovCmdTimingDelay(char const* line);
     ~TovCmdTimingDelay() override;
 
@@ -27,20 +27,18 @@ public:
 class TOVENG_API TovCmdMaxDelay : public TovCmdTimingDelay {
 public:
     using TovCmdTimingDelay::TovCmdTimingDelay;
-    ~TovCmdMaxDelay() override;
     std::string toSaveString(TOV* document) override;
-    /// Appends the line that this class saves to `text`.
-    void appendSaveString(std::string& text) const;
+    /// Appends the line that this class saves to `line`.
+    void appendSaveString(std::string& line) const;
 };
 
 /// "set_min_delay".
 class TOVENG_API TovCmdMinDelay : public TovCmdTimingDelay {
 public:
     using TovCmdTimingDelay::TovCmdTimingDelay;
-    ~TovCmdMinDelay() override;
     std::string toSaveString(TOV* document) override;
-    /// Appends the line that this class saves to `text`.
-    void appendSaveString(std::string& text) const;
+    /// Appends the line that this class saves to `line`.
+    void appendSaveString(std::string& line) const;
 };
 
 }  // namespace kiri::tov
