@@ -51,8 +51,7 @@ bool EditorWindow::openDocument(QString const& path) {
     auto document = std::make_unique<TOV>();
     QString problem;
     try {
-        document->load(name.constData(), std::ref(progress));
-        if (progress.dialog.wasCanceled()) return false;
+        if (!document->load(name.constData(), std::ref(progress))) return false;  // canceled
         if (!progress.whole) problem = "the file cannot be read further";
     } catch (std::out_of_range const&) {
         std::vector<TovFinding> findings;
