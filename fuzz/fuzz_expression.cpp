@@ -62,7 +62,5 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
         fuzz::require(textOf(std::move(list)) == model, "the references of an expression", text);
         fuzz::require(textOf(std::move(copy)) == model, "a copy outlives its original", text);
     }
-    std::string const bracketed = TovCmd::encloseBracket(text.c_str());
-    fuzz::require(TovCmd::encloseBracket(bracketed.c_str()) == bracketed, "brackets come once", text);
     return 0;
 }

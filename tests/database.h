@@ -1,6 +1,5 @@
 #pragma once
 
-#include <limits>
 #include <memory>
 
 #include "support.h"
@@ -39,14 +38,14 @@ inline std::unique_ptr<taDci> makeDatabase() {
     }
     for (int direction : {-1, 0, 1, 2}) {
         char const* const min = direction == 0 ? "min" : "";
-        char const* const max = direction == 0 ? nullptr : "max";
+        char const* const max = direction == 0 ? "" : "max";
         db->ios.push_back(new taDciSynIo{nullptr, -1500, text("label"), text("io"), text(min),
                                          text(max), direction == 0 ? nullptr : clock,
                                          refs("get_cells d"), direction});
     }
     for (char const* marker : {"", "min", static_cast<char const*>(nullptr)}) {
-        db->maxs.push_back(new taDciSynMax{0, std::numeric_limits<int>::min(), refs("get_cells f"),
-                                           refs("get_pins t"), text("max"), text(marker)});
+        db->maxs.push_back(new taDciSynMax{0, 16777219, refs("get_cells f"), refs("get_pins t"),
+                                           text("max"), text(marker)});
     }
     for (float multiplier : {2.9F, -1.5F, 1e30F}) {
         db->mcycs.push_back(

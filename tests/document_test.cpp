@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <stdexcept>
-
 #include "support.h"
 
 namespace {
@@ -70,7 +68,6 @@ TEST(Document, ResetKeepsTheCommentsAlone) {
     support::load(document, "c\nset_false_path");
     EXPECT_EQ(document.getErrorList(), nullptr);
     document.dci = new taDci();
-    document.dci->errors.push_back(taDciText("error"));
     EXPECT_EQ(document.getErrorList(), &document.dci->errors);
     document.reset();
     EXPECT_EQ(document.getErrorList(), nullptr);
@@ -88,13 +85,6 @@ TEST(Document, ParsingAddsCommandsAndReplacesTheRest) {
               "set_false_path\nset_false_path\nc\n~\n#attribute\ta\tb\tc\td\te\nd\n");
     EXPECT_TRUE(document.load(path.c_str()));
     EXPECT_EQ(bodyOf(document), "set_false_path\nc\n~\n#attribute\ta\tb\tc\td\te\nd\n");
-}
-
-TEST(Document, TrailingWaveformPassesThroughLoad) {
-    TOV document;
-    std::string const text = "c\nset_false_path\nd\ncreate_clock [get_ports a] -waveform\nx";
-    EXPECT_THROW(support::load(document, document.sdcComments() + text), std::out_of_range);
-    EXPECT_EQ(bodyOf(document), "set_false_path\nc\nd\n~\n");
 }
 
 }  // namespace

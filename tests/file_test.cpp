@@ -53,8 +53,10 @@ TEST(Files, MayBePipesAndAreNotInherited) {
     // A save waits for a reader of the pipe, and for room in it.
     std::thread reader([&] {
         int const fd = ::open(fifo.c_str(), O_RDONLY | O_CLOEXEC);
+        std::string text(1, ' ');
+        EXPECT_EQ(::read(fd, text.data(), 1), 1);
         EXPECT_EQ(descriptors(true), inherited);
-        EXPECT_EQ(support::read(fifo), document.toSaveString());
+        EXPECT_EQ(text + support::read(fifo), document.toSaveString());
         ::close(fd);
     });
     EXPECT_TRUE(document.save(fifo.c_str()));
@@ -116,19 +118,37 @@ std::string content(int lines) {
 
 TEST(Progress, ComesBetweenTwentyAndAThousandTimes) {
     TempDir const dir;
-    for (int lines : {0, 2, 25, 1000}) {
-        std::string const path = support::write(dir / "in", content(lines));
+    for (auto const& text :
+         {content(0), content(2), content(25), content(1000), std::string(3000000, 'x')}) {
+        std::string const path = support::write(dir / "in", text);
         Calls calls;
         EXPECT_TRUE(TOV().load(path.c_str(), std::ref(calls)));
         EXPECT_EQ(calls.read, std::filesystem::file_size(path));
         EXPECT_EQ(calls.size, calls.read);
-        EXPECT_TRUE(calls.count <= 1000 && calls.count >= (lines < 25 ? 1 : 20)) << calls.count;
+        EXPECT_TRUE(calls.count <= 1000 && calls.count >= (text.size() < 1000000 ? 1 : 20))
+            << calls.count;
         EXPECT_TRUE(TOV().load(path.c_str(), nullptr));
     }
     std::string const path = support::write(dir / "in", content(0) + "create_clock -waveform\nx");
     TOV document;
     EXPECT_THROW(document.load(path.c_str(), Calls()), std::out_of_range);
     EXPECT_EQ(bodyOf(document), "set_false_path\nc\n~\n#attribute\ta\tb\tc\td\te\nd\n");
+}
+
+TEST(Progress, FollowsAFileThatChanges) {
+    TempDir const dir;
+    std::string const text(1000000, '\n');
+    for (auto change : {std::ios::app, std::ios::trunc}) {
+        std::string const path = support::write(dir / "in", text);
+        Calls calls;
+        EXPECT_TRUE(TOV().load(path.c_str(), [&](auto read, auto size) {
+            EXPECT_LE(read, size);
+            if (calls.count == 0) std::ofstream(path, change) << text.substr(9999);
+            return calls(read, size);
+        }));
+        EXPECT_EQ(calls.read, std::filesystem::file_size(path));
+        EXPECT_EQ(calls.size, calls.read);
+    }
 }
 
 TEST(Progress, StopsALoad) {

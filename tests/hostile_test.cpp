@@ -68,10 +68,9 @@ TEST(Hostile, ContentOnThreadsWithSmallStacks) {
     pthread_getattr_default_np(&attributes);
     pthread_attr_setstacksize(&attributes, 64 * 1024);
     pthread_setattr_default_np(&attributes);
-    std::thread first(checkContent);
-    std::thread second(checkContent);
-    first.join();
-    second.join();
+    std::thread other(checkContent);
+    std::thread(checkContent).join();
+    other.join();
 }
 
 TEST(Hostile, DecimalComma) {

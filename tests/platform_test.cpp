@@ -90,7 +90,7 @@ TEST(List, KeepsItsLinksThroughEveryOperation) {
 
 // Short names stand in the record and long ones beside it.
 TEST(Records, CopyAndOwnTheirTexts) {
-    for (std::size_t size : {0U, 1U, 43U, 44U, 45U, 5000U}) {
+    for (std::size_t size : {0U, 43U, 44U, 5000U}) {
         std::string const name(size, 'n');
         auto* first = new taDciObj(name.c_str(), "text", taDciObjPort, taDciObjCell);
         taDciObj copy(first);

@@ -1,13 +1,25 @@
-// Object references: their expressions and their lists.
+// The words of a line, and the object references that stand in them.
 
 #include <gtest/gtest.h>
 
 #include "support.h"
+#include "tov/tokenizer.h"
 
 namespace {
 
 using namespace kiri::tov;
 using support::textOf;
+
+TEST(Words, AreCutFromLines) {
+    for (auto const& [line, expected] : support::rowsOf("words")) {
+        std::string words;
+        for (std::string const& word : tokenizeTclString(line)) {
+            words += (words.empty() ? "" : "|") + word;
+        }
+        EXPECT_EQ(words, expected) << line;
+    }
+    EXPECT_EQ(tokenizeTclString("\""), std::vector<std::string>{""});
+}
 
 TEST(Objects, ReadFromExpressions) {
     for (auto const& [expression, expected] : support::rowsOf("expressions")) {
@@ -18,6 +30,15 @@ TEST(Objects, ReadFromExpressions) {
         EXPECT_EQ(text, expected) << expression;
         freeDciObjList(objects);
         freeDciObjList(sources);
+    }
+}
+
+TEST(Objects, HaveNamesOfAnyLength) {
+    for (std::size_t size : {127U, 128U, 5000U}) {
+        std::string const name(size, 'n');
+        ppStlList<taDciObj*> list = TovCmd::fromTclString("get_ports " + name, false);
+        EXPECT_EQ(textOf(list), name + ":5");
+        freeDciObjList(list);
     }
 }
 
