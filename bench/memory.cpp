@@ -83,7 +83,7 @@ void reportKind(Kind const& kind) {
     FieldSizes sizes;
     std::size_t fields = 0;
     for (TovCmd const* command : *document.getTovCmdList(kind.list)) fields += kind.fields(sizes, *command);
-    std::printf("| %s | %.1f | %.1f | %.1f | %.1f |\n", kind.name, ratio(std::filesystem::file_size(path), lines),
+    std::printf("| `%s` | %.1f | %.1f | %.1f | %.1f |\n", kind.name, ratio(std::filesystem::file_size(path), lines),
                 ratio(fields, lines), ratio(usage.kept, lines), ratio(usage.kept, lines) - ratio(fields, lines));
     // Where the allocator finds no block of the right size, it gives a slightly larger one.
     promise(usage.kept <= fields + lines / 10, "keeps more than its fields take", kind.name);
