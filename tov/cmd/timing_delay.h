@@ -13,7 +13,7 @@ public:
     TovCmdTimingDelay(float delay, char* note);
     /// Copies a database record.
     explicit TovCmdTimingDelay(taDciSynMax* record);
-    /// Reads a line (null reads as ""); either keyword will do.
+    /// Reads a line (null reads as ""); either keyword is taken.
     explicit TovCmdTimingDelay(std::string const& line) : TovCmdTimingDelay(line.c_str()) {}
     explicit TovCmdTimingDelay(char const* line);
     ~TovCmdTimingDelay() override;
