@@ -98,16 +98,7 @@ TEST(Commands, AreMadeFromValues) {
     EXPECT_EQ(attribute.toSaveString(nullptr), "#attribute\ta\t\"b c\"\td\"e f\t\t\"tab\there\"");
 }
 
-TEST(Commands, KeepWhatTheyDoNotWrite) {
-    using support::textOf;
-    EXPECT_EQ(textOf(TovCmdClockDef("create_clock [get_nets {n o}]").targets), "n:16 o:16");
-    TovCmdGenClockDef clock(
-        "create_generated_clock -source [get_ports {a b}] -master_clock [get_nets m] [get_nets n]");
-    EXPECT_EQ(textOf(clock.sources), "a:15 b:15");
-    EXPECT_EQ(textOf(clock.masterClock), "m:16");
-    EXPECT_EQ(textOf(clock.targets), "n:16");
-    TovCmdFalsePath path("set_false_path -from a -through [get_nets {x y}]");
-    EXPECT_EQ(textOf(path.through), "x:2 y:2");
+TEST(Commands, WriteNoNullGroups) {
     TovCmdClockGroupDef groups(false);
     groups.groups = {
         nullptr,

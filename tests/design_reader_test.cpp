@@ -5,7 +5,6 @@
 #include <iostream>
 #include <sstream>
 #include <string>
-#include <utility>
 
 #include "support.h"
 #include "tov/design/mrc_dump_reader.h"
@@ -62,83 +61,27 @@ std::string inUnit(std::string const& content) {
     return top + "<library><unit>" + content + "</unit></library></top>";
 }
 
+// What a dump gives, without the first words of the top cell.
+std::string addedBy(std::string const& dump) {
+    std::string const tree = read(dump);
+    return tree.substr(tree.find(' ') + 1);
+}
+
 TEST(Reader, GivesTheTree) {
-    std::pair<std::string, std::string> const rows[] = {
-        {"", ",,work,"},
-        {"<?xml version='1.0'?>", ",,work,"},
-        {"<design/>", "false Line 1 Column 9: Tag design is not valid tag"},
-        {"<?xml version='1.0'?>\n\n  <Top>", "false Line 3 Column 7: Tag Top is not valid tag"},
-        {"<top/>", ",,,"},
-        {"<top name='a' entry='e' library='l' arch='r'/><top name='b'/>", "a,e,l,r"},
-        {"<top xmlns:x='y' name='a' x:name='b'><x:clocks><x:clockitem name='c' x:type='net'/>"
-         "<clockitem type='port'/><clockitem type='net'/><clockitem type='Port'/></x:clocks></top>",
-         "a,,, C c:15 :7 :8 :15"},
-        {"<top><library><instance name='.a'/></library><library><unit><mults><mult/></mults></unit>"
-         "<unit><mults><mult name='b'/></mults></unit></library></top>",
-         ",,, / a,0,, M :14 b:14"},
-    };
-    for (auto const& [dump, tree] : rows) EXPECT_EQ(read(dump), tree) << dump;
+    support::expectRows("dumps", [](std::string const& dump) { return read(dump); });
+    support::expectRows("units",
+                        [](std::string const& content) { return addedBy(inUnit(content)); });
 }
-
-TEST(Reader, GivesWhatStandsInAUnit) {
-    std::pair<std::string, std::string> const rows[] = {
-        {"text<!--c--><foo><bar a='&lt;'/>text<unit/></foo><views>text<view name='a'><x><view/></x>"
-         "<![CDATA[<view/>]]><?pi <view?></view>]]&gt;<view/><View name='b'/><mult/></views>",
-         " V a:9 :9"},
-        {"<views><view name='\xc3\xa9&#x263a;&#x1F600;&amp;'/></views>", " V \xe9???&:9"},
-        {"<views><view name='a'/><view name='b'><x></view></views>", " V a:9"},
-        {"<views><view name='a'/><view name='b' name='c'/></views>", " V a:9"},
-        {"<instance name='a' library='l' arch='r'><nets><nitem/><nitem>", " / a,0,l,r N :1"},
-        {"<instance type='reg'/><instance type='comb'/>", " / ,2,, / ,1,,"},
-        {"<instance type='pad'/><instance type='seq'/>", " / ,4,, / ,3,,"},
-        {"<instance type='REG'/><instance/>", " / ,0,, / ,0,,"},
-        {"<instance name='t.a'/><instance name='t.t.a'/>", " / a,0,, / t.a,0,,"},
-        {"<instance name='t.'/><instance name='tt.a'/>", " / ,0,, / tt.a,0,,"},
-        {"<pins><pitem name='a' Name='b' Direction='in' direction='In'/><pitem direction='in'/>"
-         "<pitem direction='out'/><pitem direction='inout'/></pins>",
-         " P a:3:0 :3:1 :3:2 :3:3"},
-        {"<pins><pitem name='a'/><pitem name='a[0]' direction='in'/><pitem name='a[2]'/></pins>",
-         " P a:3:0 a[0]:3:1 a[2:0]:3:1 a[2]:3:0"},
-        {"<instance><pins><pitem name='d[4]'/></pins><nets><nitem name='n[3]'/></nets></instance>"
-         "<instance><pins><pitem name='d[9]'/></pins><nets><nitem name='d[1]'/></nets></instance>",
-         " / ,0,, P d[4]:2:0 d[9:4]:2:0 N n[3]:1 n[3:3]:1 / ,0,, P d[9]:2:0 N d[1]:1 d[1:1]:1"},
-        {"<nets><nitem name='n[3]'/><nitem name='n[5]'/></nets>", " N n[3]:1 n[5:3]:1 n[5]:1"},
-    };
-    for (auto const& [content, tree] : rows) {
-        EXPECT_EQ(read(inUnit(content)), "t,E,L,A" + tree) << content;
-    }
-}
-
-/// Lists, and what they give below each of these.
-struct {
-    std::string list;
-    std::string top;
-    std::string library;
-    std::string unit;
-    std::string instance;
-} const places[] = {
-    {"<clocks><clockitem/></clocks>", " C :15 M :14", " M :14", " M :14", " / ,0,, C :15 M :14"},
-    {"<pins><pitem/></pins>", "", " M :14", " P :3:0 M :14", " / ,0,, P :2:0 M :14"},
-    {"<nets><nitem/></nets>", "", " M :14", " N :1 M :14", " / ,0,, N :1 M :14"},
-    {"<views><view/></views>", "", " M :14", " V :9 M :14", " / ,0,, M :14"},
-    {"<ramnets><ramnet/></ramnets>", "", " M :14", " R :10 M :14", " / ,0,, M :14"},
-    {"<romnets><romnet/></romnets>", "", " M :14", " O :11 M :14", " / ,0,, M :14"},
-    {"<mults><mult/></mults>", "", " M :14", " M :14 :14", " / ,0,, M :14"},
-    {"<instance/>", "", " / ,0,, M :14", " / ,0,, M :14", " / ,0,, M :14"},
-    {"<unit><views><view/></views></unit>", "", " V :9 M :14", " M :14", " / ,0,, M :14"},
-    {"<library><instance/></library>", " / ,0,, M :14", " M :14", " M :14", " / ,0,, M :14"},
-    {"<top><library/></top>", "", " M :14", " M :14", " / ,0,, M :14"},
-};
 
 TEST(Reader, TakesEachListOnlyInItsPlaces) {
-    std::string const end = "<unit><mults><mult/></mults></unit></library></top>";
-    for (auto const& row : places) {
-        std::string const inInstance = "<instance>" + row.list + "</instance>";
-        EXPECT_EQ(read("<top>" + row.list + "<library>" + end), ",,," + row.top);
-        EXPECT_EQ(read("<top><library>" + row.list + end), ",,," + row.library);
-        EXPECT_EQ(read("<top><library><unit>" + row.list + "</unit>" + end), ",,," + row.unit);
-        EXPECT_EQ(read("<top><library>" + inInstance + end), ",,," + row.instance);
-    }
+    support::expectRows("places", [](std::string const& list) {
+        std::string const end = "<unit><mults><mult/></mults></unit></library></top>";
+        std::string const instance = "<instance>" + list + "</instance>";
+        return addedBy("<top>" + list + "<library>" + end) + "\n" +
+               addedBy("<top><library>" + list + end) + "\n" +
+               addedBy("<top><library><unit>" + list + "</unit>" + end) + "\n" +
+               addedBy("<top><library>" + instance + end);
+    });
 }
 
 // What is large or looks odd is content all the same, as far as the XML parser's own limits go.
@@ -187,29 +130,16 @@ TEST(Reader, ForgetsTheBusesOfTheFileBefore) {
 }
 
 TEST(Reader, TreesAreListed) {
-    support::TempDir const dir;
-    std::string const dump = inUnit(
-        "<pins><pitem name='d[0]'/></pins><instance name='t.u' library='l' arch='a'><clocks>"
-        "<clockitem name='c'/></clocks><pins><pitem name='Q'/></pins><nets><nitem name='n'/>"
-        "</nets></instance><views><view name='v'/></views><ramnets><ramnet name='r'/></ramnets>"
-        "<romnets><romnet name='o'/></romnets><mults><mult name='m'/></mults>");
-    TovTopNode top("", "", "", "work");
-    MrcDumpReader(&top).doRead(support::write(dir / "dump.xml", dump).c_str());
-    std::ostringstream captured;
-    std::streambuf* const console = std::cout.rdbuf(captured.rdbuf());
-    top.dump();
-    std::cout.rdbuf(console);
-    std::string const rule = std::string(54, '-') + "\n";
-    std::string const ofTop =
-        "Cell:(t)\nClock list:\nPort list:\nd[0](d[0])\n"
-        "d[0:0](d[0:0])\nNet list:\nChild Cell list:\n";
-    std::string const cell =
-        "Cell:l/u/a(u) - Parent:(t)\nClock list:\nl/u/a/c(c)\nPort list:\n"
-        "l/u/a/Q(Q)\nNet list:\nl/u/a/n(n)\n";
-    std::string const rest =
-        "View list:\nv(v)\nRam list:\nr(r)\nRom list:\no(o)\n"
-        "Mult list:\nm(m)\n";
-    EXPECT_EQ(captured.str(), rule + ofTop + rule + cell + rest);
+    support::expectRows("listing", [](std::string const& content) {
+        support::TempDir const dir;
+        TovTopNode top("", "", "", "work");
+        MrcDumpReader(&top).doRead(support::write(dir / "dump.xml", inUnit(content)).c_str());
+        std::ostringstream captured;
+        std::streambuf* const console = std::cout.rdbuf(captured.rdbuf());
+        top.dump();
+        std::cout.rdbuf(console);
+        return captured.str();
+    });
 }
 
 }  // namespace

@@ -4,9 +4,7 @@
 #include <sys/stat.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <fstream>
-#include <stdexcept>
 #include <string>
 #include <thread>
 
@@ -72,84 +70,47 @@ TEST(Design, AnswersQueriesAndIsEmptyAfterAFailedLoad) {
 
 TEST(Design, SaysWhyADumpWasNotReadWhole) {
     support::TempDir const dir;
-    auto const file = [&dir](std::string const& name, std::string const& text) {
-        return support::write(dir / name, text);
-    };
-    struct {
-        std::string path;
-        bool loaded;
-        std::string error;
-    } const rows[] = {
-        {file("whole", dump), true, ""},
-        {file("root", "<design/>"), false, "Line 1 Column 9: Tag design is not valid tag"},
-        {file("child", "<top>\n<pins>"), true, "Line 2 Column 6: Tag pins is not valid tag"},
-        {file("empty", ""), true, "Line 1 Column 0: Premature end of document."},
-        {file("cut", "<top>\n<library>"), true, "Line 2 Column 9: Premature end of document."},
-        {file("end", "<top></tip>"), true, "Line 1 Column 11: Opening and ending tag mismatch."},
-        {"/proc/self/mem", true, "Line 1 Column 0: Premature end of document."},
-        {dir / "missing", false, "No such file or directory"},
-        {dir / "", false, "Is a directory"},
-    };
-    for (auto const& row : rows) {
+    auto const load = [](std::string const& path) {
         std::string error = "before";
         int calls = 0;
         auto const progress = [&calls](std::uint64_t at, std::uint64_t size) {
             EXPECT_EQ(at, size);
             return ++calls > 0;
         };
-        EXPECT_EQ(TovDesign().load(row.path.c_str(), progress, &error), row.loaded) << row.error;
-        EXPECT_EQ(error, row.error);
-        EXPECT_EQ(calls, row.error.empty() ? 1 : 0) << row.error;
-        EXPECT_EQ(TovDesign().load(row.path.c_str(), nullptr), row.loaded);
-    }
+        bool const loaded = TovDesign().load(path.c_str(), progress, &error);
+        EXPECT_EQ(calls, error.empty() ? 1 : 0) << error;
+        EXPECT_EQ(TovDesign().load(path.c_str(), nullptr), loaded) << error;
+        return (loaded ? "true " : "false ") + error;
+    };
+    support::expectRows("dump_errors", [&](std::string const& text) {
+        return load(support::write(dir / "dump", text));
+    });
+    EXPECT_EQ(load("/proc/self/mem"), "true Line 1 Column 0: Premature end of document.");
+    EXPECT_EQ(load(dir / "missing"), "false No such file or directory");
+    EXPECT_EQ(load(dir / ""), "false Is a directory");
     std::string error;
     EXPECT_FALSE(TovDesign().load(nullptr, nullptr, &error));
     EXPECT_EQ(error, "No such file or directory");
 }
 
-std::size_t openDescriptors() {
-    std::filesystem::directory_iterator const all("/proc/self/fd");
-    return static_cast<std::size_t>(std::distance(begin(all), end(all)));
-}
-
 TEST(Design, TellsProgressAndStops) {
     support::TempDir const dir;
     std::string const path = support::write(dir / "large", dump + std::string(1'000'000, '\n'));
-    std::uint64_t const size = std::filesystem::file_size(path);
-    std::size_t const descriptors = openDescriptors();
+    std::size_t const descriptors = support::descriptors();
     TovDesign design;
-    int calls = 0;
-    int lastCall = 0;
-    bool throws = false;
-    std::uint64_t before = 0;
-    auto const progress = [&](std::uint64_t at, std::uint64_t of) {
-        EXPECT_TRUE(of == size && at <= size && (at >= before || calls == 0)) << at;
-        before = at;
-        ++calls;
-        if (throws && calls == lastCall) throw std::runtime_error("stop");
-        return calls != lastCall;
-    };
-    EXPECT_TRUE(design.load(path.c_str(), progress));
-    EXPECT_EQ(answers(design), dumpAnswers);
-    EXPECT_TRUE(calls >= 20 && calls <= 1000) << calls;
-    EXPECT_EQ(before, size);
-
-    for (int const last : {1, calls / 2, calls, -1, -calls}) {
+    std::string error;
+    auto const load = [&](auto progress) {
         EXPECT_TRUE(design.load(path.c_str()));
-        calls = 0;
-        lastCall = std::abs(last);
-        throws = last < 0;
-        std::string error;
-        try {
-            EXPECT_FALSE(design.load(path.c_str(), progress, &error));
-            EXPECT_EQ(error, "The caller stopped the load");
-        } catch (std::runtime_error const&) {
-            EXPECT_EQ(error, "");
-        }
-        EXPECT_EQ(calls, lastCall);
+        error.clear();
+        return design.load(path.c_str(), progress, &error);
+    };
+    int const calls = support::expectProgress(path, load);
+    EXPECT_EQ(answers(design), dumpAnswers);
+    support::expectStops(calls, load, [&](bool thrown) {
+        EXPECT_EQ(error, thrown ? "" : "The caller stopped the load");
         EXPECT_EQ(answers(design), noAnswers);
-    }
-    EXPECT_EQ(openDescriptors(), descriptors);
+    });
+    EXPECT_EQ(support::descriptors(), descriptors);
 }
 
 TEST(Design, ReadsAPipe) {

@@ -52,7 +52,7 @@ void checkContent() {
         {from + "\"" + many + " x\"" + repeated("\""), from + many + "\n~\n"},
         {many + repeated("\n") + "\xff\x80", many + "\n\xff\x80\n~\n"},
     };
-    for (auto const& [text, body] : files) EXPECT_EQ(savedTwice(text), body);
+    for (auto const& [text, body] : files) EXPECT_TRUE(savedTwice(text) == body);
     std::string const net = "<top><library><unit><nets><nitem name=\"";
     std::string const nested = repeated("<z>") + repeated("</z>");
     support::Row const dumps[] = {
@@ -60,7 +60,7 @@ void checkContent() {
         {net + "a\">" + nested + "</nitem>" + nested + "<nitem/>", "a;;"},
         {"<!DOCTYPE top [<!ENTITY a \"" + many + "\">]>" + net + "&a;&a;\"/>", ""},
     };
-    for (auto const& [text, names] : dumps) EXPECT_EQ(netsOf(text), names);
+    for (auto const& [text, names] : dumps) EXPECT_TRUE(netsOf(text) == names);
 }
 
 TEST(Hostile, ContentOnThreadsWithSmallStacks) {

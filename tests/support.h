@@ -1,12 +1,16 @@
 #pragma once
 
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
+#include <stdexcept>
 #include <string>
 #include <vector>
-
-#include <stdlib.h>
 
 #include "tov/cmd/commands.h"
 #include "tov/tov.h"
@@ -61,6 +65,68 @@ inline std::vector<Row> rowsOf(std::string const& table) {
     }
     if (rows.empty()) std::abort();
     return rows;
+}
+
+/// Gives each input of a table to a function, and compares what it returns.
+template <class Function>
+void expectRows(std::string const& table, Function give) {
+    for (auto const& [input, expected] : rowsOf(table)) EXPECT_EQ(give(input), expected) << input;
+}
+
+/// The open descriptors of the process, or those alone that another program would inherit.
+inline std::size_t descriptors(bool inheritedAlone = false) {
+    std::size_t count = 0;
+    for (int fd = 0; fd < 1000; ++fd) {
+        int const flags = ::fcntl(fd, F_GETFD);
+        count += flags >= 0 && !(inheritedAlone && (flags & FD_CLOEXEC) != 0);
+    }
+    return count;
+}
+
+/// Counts the calls of a load, and stops it at one of them.
+struct Calls {
+    int stop = -1;
+    bool throws = false;
+    int count = 0;
+    std::uint64_t read = 0;
+    std::uint64_t size = 0;
+
+    bool operator()(std::uint64_t readNow, std::uint64_t sizeNow) {
+        EXPECT_TRUE(readNow >= read && readNow <= sizeNow && count != stop);
+        read = readNow;
+        size = sizeNow;
+        if (++count == stop && throws) throw std::runtime_error("stop");
+        return count != stop;
+    }
+};
+
+/// Loads a file whole, with the calls that are promised; returns their number.
+template <class Load>
+int expectProgress(std::string const& path, Load load) {
+    Calls calls;
+    EXPECT_TRUE(load(std::ref(calls)));
+    std::uint64_t const size = std::filesystem::file_size(path);
+    EXPECT_TRUE(calls.read == size && calls.size == size) << calls.read;
+    EXPECT_TRUE(calls.count <= 1000 && calls.count >= (size < 1000000 ? 1 : 20)) << calls.count;
+    return calls.count;
+}
+
+/// Stops a load at one call after another of those that it makes, in both ways.
+template <class Load, class Check>
+void expectStops(int count, Load load, Check checkIsEmpty) {
+    for (int stop : {1, 2, count / 2, count}) {
+        for (bool throws : {false, true}) {
+            Calls calls{stop, throws};
+            bool thrown = false;
+            try {
+                EXPECT_FALSE(load(std::ref(calls)));
+            } catch (std::runtime_error const&) {
+                thrown = true;
+            }
+            EXPECT_TRUE(thrown == throws && calls.count == stop) << stop;
+            checkIsEmpty(thrown);
+        }
+    }
 }
 
 /// Loads a document from a text.

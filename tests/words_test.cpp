@@ -11,26 +11,26 @@ using namespace kiri::tov;
 using support::textOf;
 
 TEST(Words, AreCutFromLines) {
-    for (auto const& [line, expected] : support::rowsOf("words")) {
+    support::expectRows("words", [](std::string const& line) {
         std::string words;
         for (std::string const& word : tokenizeTclString(line)) {
             words += (words.empty() ? "" : "|") + word;
         }
-        EXPECT_EQ(words, expected) << line;
-    }
+        return words;
+    });
     EXPECT_EQ(tokenizeTclString("\""), std::vector<std::string>{""});
 }
 
 TEST(Objects, ReadFromExpressions) {
-    for (auto const& [expression, expected] : support::rowsOf("expressions")) {
+    support::expectRows("expressions", [](std::string const& expression) {
         ppStlList<taDciObj*> objects = TovCmd::fromTclString(expression, false);
         ppStlList<taDciObj*> sources = TovCmd::fromTclString(expression, true);
         std::string text = textOf(objects);
         if (textOf(sources) != text) text += "\n" + textOf(sources);
-        EXPECT_EQ(text, expected) << expression;
         freeDciObjList(objects);
         freeDciObjList(sources);
-    }
+        return text;
+    });
 }
 
 TEST(Objects, HaveNamesOfAnyLength) {
@@ -43,12 +43,12 @@ TEST(Objects, HaveNamesOfAnyLength) {
 }
 
 TEST(Objects, WriteAsExpressions) {
-    for (auto const& [object, expected] : support::rowsOf("references")) {
+    support::expectRows("references", [](std::string const& object) {
         std::size_t const name = object.find(' ') + 1;
         taDciObj obj(name == 0 ? nullptr : &object[name], nullptr,
                      static_cast<taDciObjTyp>(std::stoi(object)), taDciObjNone);
-        EXPECT_EQ(TovCmd::toTclString(&obj), expected);
-    }
+        return TovCmd::toTclString(&obj);
+    });
     EXPECT_EQ(TovCmd::toTclString(nullptr), "");
     std::string out = "kept";
     for (char const* key : {"", "@P", static_cast<char const*>(nullptr)}) {
@@ -74,12 +74,10 @@ TEST(Objects, CopyDeeply) {
 }
 
 TEST(Texts, AreEnclosed) {
-    for (auto const& [text, expected] : support::rowsOf("brackets")) {
-        EXPECT_EQ(TovCmd::encloseBracket(text.c_str()), expected);
-    }
-    for (auto const& [text, expected] : support::rowsOf("quotes")) {
-        EXPECT_EQ(encloseDoubleQuotes(text), expected);
-    }
+    support::expectRows(
+        "brackets", [](std::string const& text) { return TovCmd::encloseBracket(text.c_str()); });
+    support::expectRows("quotes",
+                        [](std::string const& text) { return encloseDoubleQuotes(text); });
     EXPECT_EQ(TovCmd::encloseBracket(nullptr), "");
 }
 
