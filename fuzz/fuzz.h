@@ -34,4 +34,12 @@ private:
     int fd_;
 };
 
+/// What a target does with an input.
+void run(std::string const& input);
+
 }  // namespace fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+    fuzz::run({reinterpret_cast<char const*>(data), size});
+    return 0;
+}

@@ -13,12 +13,13 @@ std::string const keywords[] = {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    if (size == 0) return 0;
-    std::string const& keyword = keywords[data[0] % std::size(keywords)];
-    std::string text(reinterpret_cast<char const*>(data) + 1, size - 1);
+void fuzz::run(std::string const& input) {
+    if (input.empty()) return;
+    auto const choice = static_cast<unsigned char>(input[0]);
+    std::string const& keyword = keywords[choice % std::size(keywords)];
+    std::string const text = input.substr(1, input.find_first_of("\r\n", 1) - 1);
     // With the top bit nothing stands between the keyword and the text.
-    std::string const line = keyword + ((data[0] & 0x80) != 0 ? "" : " ") + text.substr(0, text.find_first_of("\r\n"));
+    std::string const line = keyword + ((choice & 0x80) != 0 ? "" : " ") + text;
     try {
         std::string const enabled = fuzz::savedAgain(line);
         std::string const disabled = fuzz::savedAgain("#disable " + line);
@@ -30,5 +31,4 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     } catch (std::out_of_range const&) {
         fuzz::require(keyword == "create_clock" && line.find("-waveform") != line.npos, "no exception", line);
     }
-    return 0;
 }

@@ -10,7 +10,8 @@ namespace {
 using namespace kiri::tov;
 
 template <class Node>
-void ask(std::string& text, TovDesign const& design, std::size_t (TovDesign::*query)(std::list<Node*>&) const) {
+std::string ask(TovDesign const& design, std::size_t (TovDesign::*query)(std::list<Node*>&) const) {
+    std::string text;
     std::list<Node*> out;
     std::size_t const count = (design.*query)(out);
     fuzz::require(count == out.size(), "a query returns the length of its list");
@@ -20,28 +21,21 @@ void ask(std::string& text, TovDesign const& design, std::size_t (TovDesign::*qu
         fuzz::require(bus == nullptr || (bus->low() >= 0 && bus->low() <= bus->high()), "a bus has a range");
         text.append(node->hierachyName('.')).append("|").append(node->name()).append("\n");
     }
+    return text;
 }
 
 // All that a design answers, as one text.
 std::string contentOf(TovDesign const& design) {
-    std::string text;
-    ask(text, design, &TovDesign::getPorts);
-    ask(text, design, &TovDesign::getPins);
-    ask(text, design, &TovDesign::getNets);
-    ask(text, design, &TovDesign::getCells);
-    ask(text, design, &TovDesign::getRegs);
-    ask(text, design, &TovDesign::getClocks);
-    ask(text, design, &TovDesign::getViews);
-    ask(text, design, &TovDesign::getRams);
-    ask(text, design, &TovDesign::getRoms);
-    ask(text, design, &TovDesign::getMults);
-    return text;
+    using D = TovDesign;
+    auto const all = [&design](auto... query) { return (ask(design, query) + ...); };
+    return all(&D::getPorts, &D::getPins, &D::getNets, &D::getCells, &D::getRegs) +
+           all(&D::getClocks, &D::getViews, &D::getRams, &D::getRoms, &D::getMults);
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    fuzz::MemoryFile const file(std::string_view(reinterpret_cast<char const*>(data), size));
+void fuzz::run(std::string const& input) {
+    fuzz::MemoryFile const file(input);
     TovDesign design;
     bool const loaded = design.load(file.path().c_str());
     std::string const first = contentOf(design);
@@ -55,5 +49,4 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     fuzz::require(error.find('\n') == std::string::npos, "the reason is one line");
     bool const stopped = whole && !design.load(file.path().c_str(), [](auto, auto) { return false; });
     fuzz::require(stopped == whole && (!stopped || contentOf(design).empty()), "a stopped load leaves nothing");
-    return 0;
 }

@@ -28,14 +28,13 @@ void requireNothingLost(std::string const& text) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+void fuzz::run(std::string const& input) {
     TOV document;
-    fuzz::MemoryFile const file(std::string_view(reinterpret_cast<char const*>(data), size));
+    fuzz::MemoryFile const file(input);
     try {
         fuzz::require(document.load(file.path().c_str()), "an existing file loads");
     } catch (std::out_of_range const&) {
-        requireChecked(file.path(), false);
-        return 0;
+        return requireChecked(file.path(), false);
     }
     requireChecked(file.path(), true);
     std::string const text = document.toSaveString();
@@ -45,5 +44,4 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
         if (saved == from) requireNothingLost(from);
         return saved;
     });
-    return 0;
 }

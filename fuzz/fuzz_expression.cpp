@@ -52,15 +52,13 @@ std::string modelOf(std::string const& expression, bool source) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    std::string const text(reinterpret_cast<char const*>(data), size);
+void fuzz::run(std::string const& input) {
     for (bool source : {false, true}) {
-        ppStlList<taDciObj*> list = TovCmd::fromTclString(text, source);
+        ppStlList<taDciObj*> list = TovCmd::fromTclString(input, source);
         ppStlList<taDciObj*> copy;
         deepCopyDciObjList(list, copy);
-        std::string const model = modelOf(text, source);
-        fuzz::require(textOf(std::move(list)) == model, "the references of an expression", text);
-        fuzz::require(textOf(std::move(copy)) == model, "a copy outlives its original", text);
+        std::string const model = modelOf(input, source);
+        fuzz::require(textOf(std::move(list)) == model, "the references of an expression", input);
+        fuzz::require(textOf(std::move(copy)) == model, "a copy outlives its original", input);
     }
-    return 0;
 }

@@ -55,9 +55,9 @@ void fill(taDci& db, FuzzedDataProvider& bytes) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+void fuzz::run(std::string const& input) {
     auto db = std::make_unique<taDci>();
-    FuzzedDataProvider bytes(data, size);
+    FuzzedDataProvider bytes(reinterpret_cast<std::uint8_t const*>(input.data()), input.size());
     fill(*db, bytes);
     kiri::tov::TOV document, again;
     document.loadTaObjects(db.get(), true);
@@ -67,5 +67,4 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     db.reset();
     fuzz::require(document.toSaveString() == text, "commands outlive the database", text);
     fuzz::requireSettled(text, fuzz::savedAgain);
-    return 0;
 }

@@ -43,8 +43,6 @@ std::vector<std::string> wordsOf(std::string const& line) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    std::string const line(reinterpret_cast<char const*>(data), size);
-    fuzz::require(kiri::tov::tokenizeTclString(line) == wordsOf(line), "the words of a line", line);
-    return 0;
+void fuzz::run(std::string const& input) {
+    fuzz::require(kiri::tov::tokenizeTclString(input) == wordsOf(input), "the words of a line", input);
 }

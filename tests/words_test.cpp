@@ -33,15 +33,6 @@ TEST(Objects, ReadFromExpressions) {
     });
 }
 
-TEST(Objects, HaveNamesOfAnyLength) {
-    for (std::size_t size : {127U, 128U, 5000U}) {
-        std::string const name(size, 'n');
-        ppStlList<taDciObj*> list = TovCmd::fromTclString("get_ports " + name, false);
-        EXPECT_EQ(textOf(list), name + ":5");
-        freeDciObjList(list);
-    }
-}
-
 TEST(Objects, WriteAsExpressions) {
     support::expectRows("references", [](std::string const& object) {
         std::size_t const name = object.find(' ') + 1;
