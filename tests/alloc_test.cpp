@@ -151,10 +151,10 @@ TEST(Alloc, Documents) {
 }
 
 TEST(Alloc, Checks) {
+    support::TempDir const dir;
     std::string const words = " a_word_that_is_beyond_any_small_text 2.9 b \\";
     for (std::string const line : {"set_multicycle_path -setup 2 1", "create_clock -add",
                                    "set_clock_groups -group {c d}", "set_load", "#attribute"}) {
-        support::TempDir const dir;
         std::string const path =
             support::write(dir / "in", line + words + "\ncreate_clock -waveform");
         sweep([&] {
@@ -164,7 +164,6 @@ TEST(Alloc, Checks) {
         });
         sweep([&] { attempt([&] { checkTovLine(line + words); }); });
     }
-    support::TempDir const dir;
     TOV document;
     sweep([&] {
         std::string error = "as it was";
@@ -172,13 +171,13 @@ TEST(Alloc, Checks) {
             attempt([&] { document.saveAtomically((dir / "none/out").c_str(), &error); });
         EXPECT_EQ(error == "as it was", !done);
     });
-    TovCmdFalsePath cmd(nullptr);
-    sweep([&] { attempt([&] { referencesOf(cmd); }); });
 }
 
 TEST(Alloc, Commands) {
     char text[] = "[ get_pins { a_name_of_an_object_that_is_beyond_any_small_text b } ]";
+    TovCmdFalsePath cmd(nullptr);
     std::function<void()> const operations[] = {
+        [&] { referencesOf(cmd); },
         [&] { TovCmdClockDef(1, text, text); },
         [&] { TovCmdOutputDelay(1, text, text); },
         [&] { encloseDoubleQuotes(TovCmd::encloseBracket(text)); },
@@ -236,10 +235,8 @@ std::pair<std::size_t, std::size_t> bytesOf(std::function<void()> const& operati
 
 TEST(Alloc, CopiesOfALongTextShareIt) {
     constexpr std::size_t words = 1000;
-    std::string text = "{";
-    for (std::size_t i = 0; i < words; ++i)
-        text += "name_of_an_unknown_object" + std::to_string(i) + " ";
-    text += "}";
+    std::string text;
+    for (std::size_t i = 0; i < words; ++i) text += "the_name_of_an_unknown_object ";
     taDci db;
     db.mcycs.push_back(new taDciSynMcyc());
     ppStlList<taDciObj*>& list = db.mcycs.front()->from;

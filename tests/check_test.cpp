@@ -22,10 +22,9 @@ using namespace kiri::tov;
 // Findings as text: "line:kind text; ...".
 std::string textOf(std::vector<TovFinding> const& findings) {
     std::string text;
-    for (TovFinding const& finding : findings) {
-        if (!text.empty()) text += "; ";
-        text +=
-            std::to_string(finding.line) + ":" + std::to_string(finding.kind) + " " + finding.text;
+    for (auto const& [line, kind, words] : findings) {
+        text += (text.empty() ? "" : "; ") + std::to_string(line) + ":";
+        text += std::to_string(kind) + " " + words;
     }
     return text;
 }

@@ -103,8 +103,6 @@ TEST(Reader, AltersNothing) {
     EXPECT_EQ(addedBy(inUnit("<mults><mult/><mult" + attributes + " bad/><mult/></mults>")),
               "M :14");
     EXPECT_EQ(addedBy(withEntity(name4000, use)), "M " + name4000 + ":14");
-    std::string const name8000 = name4000 + name4000;
-    EXPECT_EQ(addedBy(withEntity(name8000, use), 9000), "M " + name8000 + ":14");
     EXPECT_EQ(addedBy(withEntity("12345678901", use), 5), "t,E,L,A");
 }
 

@@ -39,9 +39,7 @@ std::string answers(TovDesign const& design) {
 std::string const noAnswers =
     " | 0 null | 0 null | 0 null | 0 null | 0 null | 0 null | 0 null | 0 null | 0 null | 0 null";
 
-support::Row const soc = support::rowsOf("answers").front();
-std::string const& dump = soc.input;
-std::string const& dumpAnswers = soc.expected;
+auto const [dump, dumpAnswers] = support::rowsOf("answers").front();
 
 TEST(Design, AnswersQueriesAndIsEmptyAfterAFailedLoad) {
     support::TempDir const dir;

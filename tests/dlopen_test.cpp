@@ -18,8 +18,6 @@
 
 namespace {
 
-using Format = char const* (*)(char const*, ...);
-
 std::size_t entries(char const* folder) {
     std::filesystem::directory_iterator const all(folder);
     return static_cast<std::size_t>(std::distance(begin(all), end(all)));
@@ -51,7 +49,8 @@ std::size_t freeKeys() {
 
 // Whether the formatter works on a new thread, which lives on until the library is unloaded.
 bool formatsAndUnloads(void* library, char const* path) {
-    auto const neoform = reinterpret_cast<Format>(::dlsym(library, "_Z7neoformPKcz"));
+    auto const neoform =
+        reinterpret_cast<char const* (*)(char const*, ...)>(::dlsym(library, "_Z7neoformPKcz"));
     std::promise<bool> formatted;
     std::promise<void> unloaded;
     std::thread user([&] {

