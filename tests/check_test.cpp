@@ -18,6 +18,7 @@
 namespace {
 
 using namespace kiri::tov;
+namespace fs = std::filesystem;
 
 // Findings as text: "line:kind text; ...".
 std::string textOf(std::vector<TovFinding> const& findings) {
@@ -95,7 +96,7 @@ protected:
     // The names in the folder.
     std::set<std::string> names() const {
         std::set<std::string> result;
-        for (auto const& entry : std::filesystem::directory_iterator(dir / ""))
+        for (auto const& entry : fs::directory_iterator(dir / ""))
             result.insert(entry.path().filename());
         return result;
     }
@@ -116,34 +117,33 @@ protected:
 };
 
 TEST_F(Atomic, ReplacesTheFile) {
-    struct stat info {};
     ::chmod(path.c_str(), 0604);
     EXPECT_EQ(save(path), "");
     EXPECT_TRUE(support::read(path) == document.toSaveString());
-    EXPECT_TRUE(::stat(path.c_str(), &info) == 0 && (info.st_mode & 07777U) == 0604);
+    EXPECT_EQ(fs::status(path).permissions(), fs::perms(0604));
     mode_t const before = ::umask(0027);
     EXPECT_TRUE(document.saveAtomically((dir / "new").c_str()));
     ::umask(before);
-    EXPECT_TRUE(::stat((dir / "new").c_str(), &info) == 0 && (info.st_mode & 07777U) == 0640);
+    EXPECT_EQ(fs::status(dir / "new").permissions(), fs::perms(0640));
     EXPECT_EQ(names(), (std::set<std::string>{"file", "new"}));
 }
 
 TEST_F(Atomic, FollowsLinks) {
-    std::filesystem::create_directory(dir / "sub");
-    std::filesystem::create_symlink("../file", dir / "sub/link");
-    std::filesystem::create_symlink("sub/link", dir / "link");
-    std::filesystem::create_symlink(dir / "sub/made", dir / "dangling");
+    fs::create_directory(dir / "sub");
+    fs::create_symlink("../file", dir / "sub/link");
+    fs::create_symlink("sub/link", dir / "link");
+    fs::create_symlink(dir / "sub/made", dir / "dangling");
     EXPECT_EQ(save(dir / "link"), "");
     EXPECT_TRUE(support::read(path) == document.toSaveString());
     EXPECT_EQ(save(dir / "dangling"), "");
     EXPECT_EQ(support::read(dir / "sub/made"), document.toSaveString());
-    EXPECT_EQ(std::filesystem::read_symlink(dir / "link"), "sub/link");
+    EXPECT_EQ(fs::read_symlink(dir / "link"), "sub/link");
     EXPECT_EQ(names(), (std::set<std::string>{"dangling", "file", "link", "sub"}));
 }
 
 TEST_F(Atomic, SaysWhyItFailed) {
-    std::filesystem::create_symlink("loop", dir / "loop");
-    std::filesystem::create_directory(dir / "sub");
+    fs::create_symlink("loop", dir / "loop");
+    fs::create_directory(dir / "sub");
     std::set<std::string> const before = names();
     support::expectRows("save_errors", [this](std::string const& to) { return save(dir / to); });
     EXPECT_EQ(save("/dev/full"), "not a regular file");

@@ -4,7 +4,6 @@
 
 #include <iostream>
 #include <sstream>
-#include <string>
 
 #include "support.h"
 #include "tov/design/mrc_dump_reader.h"

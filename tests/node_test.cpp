@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
-#include <string>
 #include <type_traits>
 
 #include "support.h"
