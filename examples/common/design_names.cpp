@@ -120,9 +120,9 @@ std::vector<std::string> namesIn(taDciObj const& object) {
 }
 
 constexpr std::pair<taDciObjTyp, DesignNames::Kind> kindsOfTypes[] = {
-    {taDciObjPort, DesignNames::port}, {taDciObjSourcePort, DesignNames::port}, {taDciObjPin, DesignNames::pin},
-    {taDciObjPin2, DesignNames::pin},  {taDciObjNet, DesignNames::net},         {taDciObjSourceNet, DesignNames::net},
-    {taDciObjCell, DesignNames::cell}, {taDciObjClock, DesignNames::clock},
+    {taDciObjPort, DesignNames::ports}, {taDciObjSourcePort, DesignNames::ports}, {taDciObjPin, DesignNames::pins},
+    {taDciObjPin2, DesignNames::pins},  {taDciObjNet, DesignNames::nets},         {taDciObjSourceNet, DesignNames::nets},
+    {taDciObjCell, DesignNames::cells}, {taDciObjClock, DesignNames::clocks},
 };
 
 // A plain name may be any of them.
@@ -173,14 +173,14 @@ std::string NameSet::nearest(std::string const& name) const {
 }
 
 DesignNames::DesignNames(TovDesign const& design) {
-    addNodes(sets_[port], design, &TovDesign::getPorts);
-    addNodes(sets_[pin], design, &TovDesign::getPins);
-    addNodes(sets_[net], design, &TovDesign::getNets);
-    addNodes(sets_[cell], design, &TovDesign::getCells);
-    addNodes(sets_[clock], design, &TovDesign::getClocks);
-    std::list<TovClockNode*> clocks;
-    design.getClocks(clocks);
-    for (TovClockNode const* node : clocks) sets_[clock].add(node->name());
+    addNodes(sets_[ports], design, &TovDesign::getPorts);
+    addNodes(sets_[pins], design, &TovDesign::getPins);
+    addNodes(sets_[nets], design, &TovDesign::getNets);
+    addNodes(sets_[cells], design, &TovDesign::getCells);
+    addNodes(sets_[clocks], design, &TovDesign::getClocks);
+    std::list<TovClockNode*> clockNodes;
+    design.getClocks(clockNodes);
+    for (TovClockNode const* node : clockNodes) sets_[clocks].add(node->name());
 }
 
 // A clock without a name has that of its first target.
@@ -217,7 +217,7 @@ bool DesignNames::has(taDciObjTyp type, std::string const& name) const {
         if (!isOf(type, static_cast<Kind>(kind))) continue;
         isName = true;
         if (sets_[static_cast<std::size_t>(kind)].matches(name)) return true;
-        if (kind == clock && defined_.matches(name)) return true;
+        if (kind == clocks && defined_.matches(name)) return true;
     }
     return !isName;
 }

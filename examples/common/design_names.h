@@ -29,7 +29,7 @@ private:
 /// The names by which constraints may call the objects of a design.
 class DesignNames {
 public:
-    enum Kind { port, pin, net, cell, clock, kinds };
+    enum Kind { ports, pins, nets, cells, clocks, kinds };
 
     /// A name that the design does not have, and the type of object that it should be.
     struct Missing {
