@@ -120,8 +120,9 @@ std::vector<std::string> namesIn(taDciObj const& object) {
 }
 
 constexpr std::pair<taDciObjTyp, DesignNames::Kind> kindsOfTypes[] = {
-    {taDciObjPort, DesignNames::ports}, {taDciObjSourcePort, DesignNames::ports}, {taDciObjPin, DesignNames::pins},
-    {taDciObjPin2, DesignNames::pins},  {taDciObjNet, DesignNames::nets},         {taDciObjSourceNet, DesignNames::nets},
+    {taDciObjPort, DesignNames::ports}, {taDciObjSourcePort, DesignNames::ports},
+    {taDciObjPin, DesignNames::pins},   {taDciObjPin2, DesignNames::pins},
+    {taDciObjNet, DesignNames::nets},   {taDciObjSourceNet, DesignNames::nets},
     {taDciObjCell, DesignNames::cells}, {taDciObjClock, DesignNames::clocks},
 };
 
