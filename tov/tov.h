@@ -65,11 +65,12 @@ public:
 
     /// Writes toSaveString() so that the file at `path` is either the old one, byte for byte, or the new one, complete
     /// and on the disk: a new file in the same folder takes the old one's place when it is whole. False if anything
-    /// fails, and `error`, unless null, says why in one line; no other file is left behind. True empties `error`. A
-    /// symbolic link stays, and what it leads to is replaced, or made if it does not exist. What is no regular file and
-    /// what the process may not write is refused. Permission bits are kept, owner and group where the process may set
-    /// them; other names of the old file (hard links) keep the old text. A size limit of the process is an error; its
-    /// signal does not come. Nothing is touched when std::bad_alloc comes out.
+    /// fails, and `error`, unless null, says why in one line; no other file is left behind. The old file stands then,
+    /// unless the folder alone could not be written to the disk. True empties `error`. A symbolic link stays, and what
+    /// it leads to is replaced, or made if it does not exist. What is no regular file and what the process may not
+    /// write is refused. Permission bits are kept, owner and group where the process may set them; other names of the
+    /// old file (hard links) keep the old text. A size limit of the process is an error; its signal does not come.
+    /// Nothing is touched when std::bad_alloc comes out.
     bool saveAtomically(char const* path, std::string* error = nullptr);
 
     /// Appends a command for each record of the database, which is not null. The document keeps no part of it. Input
