@@ -16,12 +16,13 @@
 
 namespace {
 
+// NOLINTBEGIN(cppcoreguidelines-no-malloc): the key frees by free()
 /// The text that neoform returns, one for each thread. No thread-local variable holds it: the first use of one may end
 /// the process when memory is short, and its destructor would keep the library from being unloaded. A key has neither
 /// fault, as its destructor is free() itself. When the library is unloaded, the texts of other threads stay allocated.
 class ThreadText {
 public:
-    ThreadText() : made_(::pthread_key_create(&key_, std::free) == 0) {}
+    ThreadText() noexcept : made_(::pthread_key_create(&key_, std::free) == 0) {}
     ~ThreadText() {
         if (!std::exchange(made_, false)) return;
         std::free(::pthread_getspecific(key_));
@@ -60,6 +61,7 @@ private:
     pthread_key_t key_{};
     bool made_;
 };
+// NOLINTEND(cppcoreguidelines-no-malloc)
 
 ThreadText threadText;
 
