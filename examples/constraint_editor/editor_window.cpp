@@ -79,6 +79,7 @@ EditorWindow::EditorWindow() {
     connect(table_, &QTreeView::doubleClicked, this, [this] { editLine(); });
     connect(table_->itemDelegate(), &QAbstractItemDelegate::closeEditor, this, [this](QWidget* editor) {
         auto const* const line = qobject_cast<QLineEdit*>(editor);
+        if (line == nullptr) return;  // the window is being destroyed
         if (!line->hasAcceptableInput()) statusBar()->showMessage("Not taken, as it is no command: " + line->text());
         typedRow_ = -1;
     });
