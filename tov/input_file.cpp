@@ -1,20 +1,17 @@
 #include "tov/input_file.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <cerrno>
+
+#include "tov/open_file.h"
 
 namespace kiri::tov {
 
 namespace {
 
 int openForReading(char const* path) {
-    if (path == nullptr) return -1;
-    int fd = -1;
-    do {
-        fd = ::open(path, O_RDONLY | O_CLOEXEC);
-    } while (fd < 0 && errno == EINTR);
+    int const fd = openFile(path, O_RDONLY);
     struct stat info {};
     if (fd >= 0 && (::fstat(fd, &info) != 0 || S_ISDIR(info.st_mode))) {
         ::close(fd);

@@ -1,26 +1,14 @@
 #include "tov/output_file.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 
+#include "tov/open_file.h"
+
 namespace kiri::tov {
 
-namespace {
-
-int openForWriting(char const* path) {
-    if (path == nullptr) return -1;
-    int fd = -1;
-    do {
-        fd = ::open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-    } while (fd < 0 && errno == EINTR);
-    return fd;
-}
-
-}  // namespace
-
-OutputFile::OutputFile(char const* path) : fd_(openForWriting(path)) {}
+OutputFile::OutputFile(char const* path) : fd_(openFile(path, O_WRONLY | O_CREAT | O_TRUNC)) {}
 
 OutputFile::~OutputFile() {
     if (fd_ >= 0) ::close(fd_);

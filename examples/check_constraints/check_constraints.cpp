@@ -19,6 +19,7 @@
 #include "../common/cut.h"
 #include "../common/design_names.h"
 #include "../common/progress_bar.h"
+#include "../common/titles.h"
 #include "tov/check.h"
 #include "tov/make_command.h"
 
@@ -39,24 +40,6 @@ struct Missing {
     std::size_t line;
     DesignNames::Missing name;
 };
-
-char const* titleOf(TovFindingKind kind) {
-    switch (kind) {
-        case TOVFINDING_DROPPED_LINE:
-            return "dropped";
-        case TOVFINDING_UNKNOWN_COMMAND:
-            return "unknown command";
-        case TOVFINDING_LOST_WORD:
-            return "lost";
-        case TOVFINDING_CHANGED_VALUE:
-            return "changed or added";
-        case TOVFINDING_MISTAKEN_WORD:
-            return "taken as a name";
-        case TOVFINDING_ENDS_LOAD:
-            return "ends the load";
-    }
-    return "";
-}
 
 /// Looks up what the commands of a file refer to.
 class Lookup {

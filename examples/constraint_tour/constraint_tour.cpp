@@ -13,6 +13,7 @@
 
 #include "../common/cut.h"
 #include "../common/progress_bar.h"
+#include "../common/titles.h"
 #include "tov/check.h"
 #include "tov/cmd/commands.h"
 #include "tov/tov.h"
@@ -73,24 +74,6 @@ std::string contentOf(std::string const& path) {
     std::ostringstream text;
     text << std::ifstream(path).rdbuf();
     return text.str();
-}
-
-char const* titleOf(TovFindingKind kind) {
-    switch (kind) {
-        case TOVFINDING_DROPPED_LINE:
-            return "line dropped";
-        case TOVFINDING_UNKNOWN_COMMAND:
-            return "kept as a comment";
-        case TOVFINDING_LOST_WORD:
-            return "lost";
-        case TOVFINDING_CHANGED_VALUE:
-            return "changed or added";
-        case TOVFINDING_MISTAKEN_WORD:
-            return "taken as a name";
-        case TOVFINDING_ENDS_LOAD:
-            return "the load ends here";
-    }
-    return "";
 }
 
 // Tells what of the file the saved one will not have. False if the file cannot be loaded whole.
