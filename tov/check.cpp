@@ -7,8 +7,8 @@
 
 #include "tov/cmd/number.h"
 #include "tov/cmd/references.h"
-#include "tov/input_file.h"
-#include "tov/line_reader.h"
+#include "tov/io/file.h"
+#include "tov/io/line_reader.h"
 #include "tov/loader.h"
 #include "tov/text.h"
 #include "tov/word_comparison.h"
@@ -152,10 +152,8 @@ private:
 
 bool checkTovFile(char const* path, std::vector<TovFinding>& findings) {
     Checker checker;
-    InputFile file(path);
-    TovProgress const nobody;
-    ProgressMeter meter(nobody, 0);
-    LineReader lines(file, meter);
+    File const file = openForReading(path);
+    LineReader lines(file);
     if (file.isOpen()) {
         for (std::string_view line; lines.next(line) && checker.check(line);) {
         }

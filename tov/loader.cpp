@@ -14,8 +14,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "tov/input_file.h"
-#include "tov/line_reader.h"
+#include "tov/io/file.h"
+#include "tov/io/line_reader.h"
 #include "tov/text.h"
 #include "tov/tokenizer.h"
 #include "tov/writer.h"
@@ -110,12 +110,12 @@ std::unique_ptr<TovCmd> FileLine::makeCommand() const {
 }
 
 ReadResult readTovFile(TOV& document, char const* path, TovProgress const& progress) {
-    InputFile file(path);
+    File const file = openForReading(path);
     if (!file.isOpen()) return ReadResult::failed;
     document.sdcCommentText.clear();
     document.attributeCommentText.clear();
-    ProgressMeter meter(progress, file.remaining());
-    LineReader lines(file, meter);
+    ProgressMeter meter(progress, bytesLeft(file));
+    LineReader lines(file, &meter);
     FileParser parser(document);
     try {
         for (std::string_view line; lines.next(line);) parser.readLine(line.data());

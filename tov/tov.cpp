@@ -1,11 +1,10 @@
 #include "tov/tov.h"
 
-#include "tov/atomic_file.h"
 #include "tov/command_kind.h"
 #include "tov/import.h"
-#include "tov/input_file.h"
+#include "tov/io/atomic_file.h"
+#include "tov/io/file.h"
 #include "tov/loader.h"
-#include "tov/output_file.h"
 #include "tov/writer.h"
 
 namespace kiri::tov {
@@ -40,14 +39,14 @@ bool TOV::load(char const* path) {
 }
 
 bool TOV::load(char const* path, TovProgress const& progress) {
-    if (!InputFile::exists(path)) return false;
+    if (!exists(path)) return false;
     reset();
     // A file that cannot be opened gives no command: callers test existence only.
     return readTovFile(*this, path, progress) != ReadResult::stopped;
 }
 
 bool TOV::parseTovFile(char const* path) {
-    if (!InputFile::exists(path)) return false;
+    if (!exists(path)) return false;
     // The other lists keep their commands: the file's are added to them.
     freeCommands(*getTovCmdList(TOVCMD_ATTRIBUTE));
     return readTovFile(*this, path, {}) == ReadResult::whole;
@@ -59,9 +58,9 @@ std::string TOV::toSaveString() {
 
 bool TOV::save(char const* path) {
     std::string const text = toSaveString();
-    OutputFile file(path);
+    File const file = openForWriting(path);
     if (!file.isOpen()) return false;
-    file.write(text);
+    writeAll(file, text);
     return true;
 }
 

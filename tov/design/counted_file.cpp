@@ -2,7 +2,7 @@
 
 namespace kiri::tov::impl_detail {
 
-CountedFile::CountedFile(InputFile const& input, ProgressMeter& meter) : meter_(meter) {
+CountedFile::CountedFile(File const& input, ProgressMeter& meter) : meter_(meter) {
     open(input.descriptor(), QIODevice::ReadOnly);
 }
 

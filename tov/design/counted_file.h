@@ -2,8 +2,8 @@
 
 #include <QFile>
 
-#include "tov/input_file.h"
-#include "tov/progress_meter.h"
+#include "tov/io/file.h"
+#include "tov/io/progress_meter.h"
 
 namespace kiri::tov::impl_detail {
 
@@ -11,7 +11,7 @@ namespace kiri::tov::impl_detail {
 class CountedFile : public QFile {
 public:
     /// `input` and `meter` outlive the object.
-    CountedFile(InputFile const& input, ProgressMeter& meter);
+    CountedFile(File const& input, ProgressMeter& meter);
 
 protected:
     qint64 readData(char* data, qint64 size) override;

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "tov/design/counted_file.h"
-#include "tov/input_file.h"
+#include "tov/io/file.h"
 
 // The dump, with the attributes that are read; whatever else stands in it is skipped with its content.
 //
@@ -115,13 +115,12 @@ bool MrcDumpReader::doRead(char const* path, TovProgress const& progress, std::s
     std::string ignored;
     std::string& why = error != nullptr ? *error : ignored;
     clear();
-    errno = path == nullptr ? ENOENT : EISDIR;  // unless the system says what else is wrong
-    InputFile const input(path);
+    File const input = openForReading(path);
     if (!input.isOpen()) {
         why = std::generic_category().message(errno);
         return false;
     }
-    ProgressMeter meter(progress, input.remaining());
+    ProgressMeter meter(progress, bytesLeft(input));
     CountedFile file(input, meter);
     bool valid = false;
     QString refusal;

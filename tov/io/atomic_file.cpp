@@ -1,4 +1,4 @@
-#include "tov/atomic_file.h"
+#include "tov/io/atomic_file.h"
 
 #include <fcntl.h>
 #include <limits.h>
@@ -12,7 +12,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "tov/output_file.h"
+#include "tov/io/file.h"
 
 namespace kiri::tov {
 
@@ -98,7 +98,7 @@ public:
     /// Writes the text to the disk.
     bool write(std::string_view text) {
         SizeLimitWithoutSignal const guard;
-        return file_.write(text) && synchronise(file_.descriptor());
+        return writeAll(file_, text) && synchronise(file_.descriptor());
     }
 
     /// Puts the file in the place of another one in the folder.
@@ -127,7 +127,7 @@ private:
 
     int folder_;
     char name_[32] = {};
-    OutputFile file_;
+    File file_;
     bool named_ = false;
 };
 
@@ -142,7 +142,7 @@ std::string replaceFile(char const* path, std::string_view text) {
     if (exists && ::faccessat(AT_FDCWD, path, W_OK, AT_EACCESS) != 0) return reason(path, errno);
 
     Place const place = followLinks(path);
-    OutputFile const folder(::open(place.folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    File const folder = openFile(place.folder.c_str(), O_RDONLY | O_DIRECTORY);
     if (!folder.isOpen()) return reason(path, errno);
     // A file without a name of its own, as an open one that was deleted, cannot be replaced.
     struct stat found {};

@@ -1,5 +1,6 @@
-#include "tov/line_reader.h"
+#include "tov/io/line_reader.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 
@@ -11,7 +12,7 @@ constexpr std::size_t chunkSize = std::size_t{16} * 1024;
 
 }  // namespace
 
-LineReader::LineReader(InputFile& file, ProgressMeter& meter) : file_(file), meter_(meter) {
+LineReader::LineReader(File const& file, ProgressMeter* meter) : file_(file), meter_(meter) {
     resize(chunkSize + 1);
 }
 
@@ -27,12 +28,11 @@ bool LineReader::next(std::string_view& line) {
         searched = size;
         if (fill()) continue;
         line = take(end_ - begin_);
-        return !line.empty() && !failed_ && !meter_.stopped();
+        return !line.empty() && !failed_ && !stopped();
     }
 }
 
-// Gives out what was read and not given out, up to `size`. A long line is complete here: the buffer gives back what it
-// has beyond it and a chunk.
+// Consumes `size` of the unconsumed bytes. A long line is complete here: the buffer shrinks to it and a chunk.
 std::string_view LineReader::take(std::size_t size) {
     if (capacity_ - end_ > chunkSize + 1) resize(end_ + chunkSize + 1);
     char* const text = buffer_.get() + begin_;
@@ -41,23 +41,24 @@ std::string_view LineReader::take(std::size_t size) {
     return {text, size};
 }
 
-// Reads a chunk after what is unread, which moves to the front of the buffer. A line that fills the buffer doubles it.
+// Reads a chunk after the unconsumed bytes, which move to the front of the buffer. A line that fills the buffer doubles
+// it.
 bool LineReader::fill() {
     if (failed_) return false;
-    std::size_t const unread = end_ - begin_;
-    if (begin_ > 0) std::memmove(buffer_.get(), buffer_.get() + begin_, unread);
+    std::size_t const unconsumed = end_ - begin_;
+    if (begin_ > 0) std::memmove(buffer_.get(), buffer_.get() + begin_, unconsumed);
     begin_ = 0;
-    end_ = unread;
-    if (unread + 1 == capacity_) resize(2 * capacity_);
-    std::size_t const space = capacity_ - unread - 1;
-    ssize_t const got = file_.read(buffer_.get() + unread, space < chunkSize ? space : chunkSize);
+    end_ = unconsumed;
+    if (unconsumed + 1 == capacity_) resize(2 * capacity_);
+    std::size_t const space = capacity_ - unconsumed - 1;
+    ssize_t const got = readSome(file_, buffer_.get() + unconsumed, std::min(space, chunkSize));
     failed_ = got < 0;
-    if (got <= 0 || !meter_.add(static_cast<std::size_t>(got))) return false;
+    if (got <= 0 || (meter_ != nullptr && !meter_->add(static_cast<std::size_t>(got)))) return false;
     end_ += static_cast<std::size_t>(got);
     return true;
 }
 
-// The C library may grow and cut a large block where it stands, so that there are never two of it.
+// The C library may grow and cut a large block where it is, so that there are never two of it.
 void LineReader::resize(std::size_t capacity) {
     void* const block = std::realloc(buffer_.get(), capacity);  // NOLINT(cppcoreguidelines-no-malloc)
     if (block == nullptr) throw std::bad_alloc();

@@ -8,19 +8,19 @@
 
 namespace kiri::tov {
 
-/// Counts the bytes of a load and tells the caller's function from time to time.
+/// Counts the bytes of a load and calls the caller's function from time to time.
 class ProgressMeter {
 public:
     /// `progress` outlives the meter; `size` is 0 where the file has none.
     ProgressMeter(TovProgress const& progress, std::uint64_t size);
 
-    /// Counts so many bytes more. False if the load is to stop.
+    /// Counts bytes that were read. False if the load is to stop.
     bool add(std::size_t bytes) noexcept {
         read_ += bytes;
         return read_ < next_ || report();
     }
 
-    /// Tells that the file was read to its end. False if the load is to stop all the same.
+    /// Reports that the file was read and used to its end. Returns false if the callback cancels even now.
     bool finish() noexcept;
 
     /// Whether the function asked for a stop, by its result or by an exception.

@@ -1,4 +1,4 @@
-#include "tov/progress_meter.h"
+#include "tov/io/progress_meter.h"
 
 #include <algorithm>
 #include <limits>
@@ -14,10 +14,12 @@ constexpr std::uint64_t firstStep = std::uint64_t{24} * 1024;
 ProgressMeter::ProgressMeter(TovProgress const& progress, std::uint64_t size)
     : progress_(progress), size_(size), next_(progress ? firstStep : std::numeric_limits<std::uint64_t>::max()) {}
 
-// The steps grow with what was read, so that a file of any size, known or not, gives less than a thousand calls.
+// The steps grow with what was read, so that a file of any size, known or not, makes less than a thousand calls. What
+// was read is not used yet: only finish() may tell that all of the file was.
 bool ProgressMeter::report() noexcept {
+    if (read_ == size_) return true;
     next_ = read_ + std::max(firstStep, read_ / 50);
-    return call(size_ == 0 ? 0 : std::max(size_, read_));
+    return call(size_ == 0 ? 0 : std::max(size_, read_ + 1));
 }
 
 bool ProgressMeter::finish() noexcept {

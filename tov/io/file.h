@@ -1,0 +1,56 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <utility>
+
+namespace kiri::tov {
+
+/// Owns an open file descriptor and closes it, once.
+class File {
+public:
+    File() = default;
+    /// Takes over `descriptor`; a negative one is no open file.
+    explicit File(int descriptor) : descriptor_(descriptor) {}
+    File(File&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+    File& operator=(File&& other) noexcept {
+        std::swap(descriptor_, other.descriptor_);
+        return *this;
+    }
+    ~File();
+
+    bool isOpen() const { return descriptor_ >= 0; }
+    int descriptor() const { return descriptor_; }
+
+private:
+    int descriptor_ = -1;
+};
+
+// A path's bytes go to the system as they are, whatever the locale is. A null path names nothing (ENOENT). No other
+// program inherits an open file. Where a function fails, the reason is in errno.
+
+/// Whether something exists at `path`.
+bool exists(char const* path);
+
+/// Opens a file with the flags of open(2).
+File openFile(char const* path, int flags);
+
+/// Opens a file for reading; a directory is refused (EISDIR).
+File openForReading(char const* path);
+
+/// Opens a file for writing: makes it if there is none, and empties it if there is one.
+File openForWriting(char const* path);
+
+/// Reads up to `size` bytes; 0 at the end of the file, -1 if that fails.
+ssize_t readSome(File const& file, char* to, std::size_t size);
+
+/// Writes all of `text`; false if that fails.
+bool writeAll(File const& file, std::string_view text);
+
+/// Bytes from the read position to the end as the file is now; 0 for a file without a size, such as a pipe.
+std::uint64_t bytesLeft(File const& file);
+
+}  // namespace kiri::tov

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+
+#include "tov/io/file.h"
+#include "tov/io/progress_meter.h"
+
+namespace kiri::tov {
+
+/// Reads a file line by line. The lines are views into the reader's buffer, which grows with the longest line.
+class LineReader {
+public:
+    /// The file and the meter, if there is one, outlive the reader.
+    explicit LineReader(File const& file, ProgressMeter* meter = nullptr);
+
+    /// Puts the next line, without its line feed, into `line`; a NUL byte follows it. The view lives until the next
+    /// call. False at the end, and where the meter stops the load.
+    bool next(std::string_view& line);
+
+    /// Whether reading stopped at an error rather than at the end of the file.
+    bool failed() const { return failed_; }
+
+private:
+    struct Free {
+        void operator()(char* block) const { std::free(block); }  // NOLINT(cppcoreguidelines-no-malloc)
+    };
+
+    bool fill();
+    void resize(std::size_t capacity);
+    std::string_view take(std::size_t size);
+
+    bool stopped() const { return meter_ != nullptr && meter_->stopped(); }
+
+    File const& file_;
+    ProgressMeter* meter_;
+    std::size_t capacity_ = 0;
+    std::unique_ptr<char, Free> buffer_;
+    std::size_t begin_ = 0;  // start of the unconsumed bytes
+    std::size_t end_ = 0;    // their end; the buffer has room for a byte after it
+    bool failed_ = false;
+};
+
+}  // namespace kiri::tov
