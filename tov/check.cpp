@@ -1,6 +1,7 @@
 #include "tov/check.h"
 
 #include <cstring>
+#include <iterator>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
@@ -149,6 +150,13 @@ private:
 };
 
 }  // namespace
+
+char const* titleOf(TovFindingKind kind) {
+    constexpr char const* titles[] = {"dropped line",  "unknown command", "lost word",     "changed value",
+                                      "mistaken word", "ends load",       "unstable line", "missing name"};
+    auto const index = static_cast<std::size_t>(kind) - 1;
+    return index < std::size(titles) ? titles[index] : "";
+}
 
 bool checkTovFile(char const* path, std::vector<TovFinding>& findings) {
     Checker checker;

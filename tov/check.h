@@ -15,8 +15,14 @@ enum TovFindingKind : int {
     TOVFINDING_LOST_WORD = 3,        ///< a word that a save does not write, or what stands after a NUL byte
     TOVFINDING_CHANGED_VALUE = 4,    ///< a number that a save writes as another one, or a word that a save adds
     TOVFINDING_MISTAKEN_WORD = 5,    ///< an option, or a "\" at the end of the line, taken as an object or a name
-    TOVFINDING_ENDS_LOAD = 6         ///< the load ends here by an exception
+    TOVFINDING_ENDS_LOAD = 6,        ///< the load ends here by an exception
+    TOVFINDING_UNSTABLE_LINE = 7,    ///< a load reads the saved line as something else
+    TOVFINDING_MISSING_NAME = 8      ///< names an object that is not in the design; only checks with names find it
 };
+
+/// Returns the title of a kind, "dropped line" or "lost word"; "" for a value that is no kind. The text lives as long
+/// as the library.
+TOVENG_API char const* titleOf(TovFindingKind kind);
 
 /// Something that a load and a save of a line would not keep. A line has at most one finding of each kind.
 struct TovFinding {

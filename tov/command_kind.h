@@ -1,7 +1,6 @@
 #pragma once
 
 #include <iterator>
-#include <list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -56,12 +55,5 @@ inline constexpr CommandKind commandKinds[] = {
 };
 
 static_assert(std::size(commandKinds) == TOVCMD_ATTRIBUTE, "each list has its kind");
-
-/// Adds a command to the list of its kind; the document owns it then. Returns the command.
-template <class Cmd>
-Cmd& addCommand(TOV& document, TOVCMD_TYPE list, std::unique_ptr<Cmd> cmd) {
-    document.getTovCmdList(list)->push_back(cmd.get());
-    return *cmd.release();
-}
 
 }  // namespace kiri::tov

@@ -2,7 +2,8 @@
 
 #include <memory>
 
-#include "tov/command_kind.h"
+#include "tov/cmd/commands.h"
+#include "tov/edit.h"
 #include "tov/text.h"
 
 namespace kiri::tov {
@@ -10,7 +11,7 @@ namespace kiri::tov {
 namespace {
 
 template <class Cmd, class Record>
-Cmd& add(TOV& document, TOVCMD_TYPE list, Record* record) {
+TovCmd& add(TOV& document, TOVCMD_TYPE list, Record* record) {
     return addCommand(document, list, std::make_unique<Cmd>(record));
 }
 

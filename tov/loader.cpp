@@ -14,6 +14,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "tov/edit.h"
 #include "tov/io/file.h"
 #include "tov/io/line_reader.h"
 #include "tov/text.h"

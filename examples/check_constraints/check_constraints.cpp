@@ -19,7 +19,6 @@
 #include "../common/cut.h"
 #include "../common/design_names.h"
 #include "../common/progress_bar.h"
-#include "../common/titles.h"
 #include "tov/check.h"
 #include "tov/make_command.h"
 

@@ -13,7 +13,6 @@
 
 #include "../common/cut.h"
 #include "../common/progress_bar.h"
-#include "../common/titles.h"
 #include "tov/check.h"
 #include "tov/cmd/commands.h"
 #include "tov/tov.h"

@@ -1,6 +1,11 @@
 #include "tov/cmd/references.h"
 
+#include <string_view>
+
 #include "tov/cmd/commands.h"
+#include "tov/cmd/obj_list.h"
+#include "tov/text.h"
+#include "tov/tokenizer.h"
 
 namespace kiri::tov {
 
@@ -12,6 +17,28 @@ std::vector<TovReferences> groupsOf(TovCmdClockGroupDef& cmd) {
         if (group != nullptr) groups.push_back({"-group", group});
     }
     return groups;
+}
+
+// The first word of a plain name without its braces, or the first name of a query that is kept as a plain name.
+std::string_view firstName(std::string_view expression) {
+    bool const isQuery = startsWith(expression, "[");
+    WordCursor words(expression);
+    std::string_view word;
+    if (!words.next(word) || !isQuery) return word;
+    if (!startsWith(word, "get_")) return {};
+    while (words.next(word)) {
+        if (startsWith(word, "-")) continue;
+        WordCursor names(word);
+        if (names.next(word)) return word;
+    }
+    return {};
+}
+
+std::string clockOf(std::string const& name, ppStlList<taDciObj*> const& targets) {
+    if (!name.empty() || targets.empty() || targets.front() == nullptr) return name;
+    taDciObj const& target = *targets.front();
+    std::string_view const word = orEmpty(target.name);
+    return std::string(target.type == taDciObjName ? firstName(word) : word);
 }
 
 }  // namespace
@@ -28,6 +55,18 @@ std::vector<TovReferences> referencesOf(TovCmd& cmd) {
         return {{"-source", &c->sources}, {"-master_clock", &c->masterClock}, {"", &c->targets}};
     }
     if (auto* c = dynamic_cast<TovCmdClockGroupDef*>(&cmd)) return groupsOf(*c);
+    return {};
+}
+
+void replaceReferences(ppStlList<taDciObj*>& list, std::string const& expression, bool source) {
+    OwnedObjList objs;
+    readObjs(objs.list, expression, source);
+    list.swap(objs.list);
+}
+
+std::string definedClock(TovCmd& cmd) {
+    if (auto const* clock = dynamic_cast<TovCmdClockDef*>(&cmd)) return clockOf(clock->clockName, clock->targets);
+    if (auto const* clock = dynamic_cast<TovCmdGenClockDef*>(&cmd)) return clockOf(clock->clockName, clock->targets);
     return {};
 }
 

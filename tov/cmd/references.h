@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "platform/dci.h"
@@ -22,5 +23,13 @@ struct TovReferences {
 /// group command is a list of its own; null groups are left out. An attribute has none. The lists live as long as the
 /// command and its groups. May throw std::bad_alloc. Used by the thread that uses the command.
 TOVENG_API std::vector<TovReferences> referencesOf(TovCmd& cmd);
+
+/// Replaces the object references of a list by those that an expression names, see TovCmd::fromTclString, and frees the
+/// old ones. std::bad_alloc leaves the list as it was.
+TOVENG_API void replaceReferences(ppStlList<taDciObj*>& list, std::string const& expression, bool source);
+
+/// Returns the clock that a TovCmdClockDef or TovCmdGenClockDef defines: its `clockName` or, if that is empty, the
+/// first name in its first target. "" if there is none, and for any other command.
+TOVENG_API std::string definedClock(TovCmd& cmd);
 
 }  // namespace kiri::tov

@@ -1,0 +1,34 @@
+#include "tov/edit.h"
+
+#include <stdexcept>
+
+#include "tov/command_kind.h"
+
+namespace kiri::tov {
+
+char const* keywordOf(TOVCMD_TYPE list) {
+    for (CommandKind const& kind : commandKinds) {
+        if (kind.list == list) return kind.keyword.data();
+    }
+    return "";
+}
+
+void forEachCommand(TOV& document, std::function<void(TOVCMD_TYPE list, TovCmd& cmd)> const& visit) {
+    for (CommandKind const& kind : commandKinds) {
+        std::list<TovCmd*>& list = *document.getTovCmdList(kind.list);
+        for (auto at = list.begin(); at != list.end();) {
+            // Step first: `visit` may take the command out of the list.
+            TovCmd* const cmd = *at++;
+            if (cmd != nullptr) visit(kind.list, *cmd);
+        }
+    }
+}
+
+TovCmd& addCommand(TOV& document, TOVCMD_TYPE list, std::unique_ptr<TovCmd> cmd) {
+    std::list<TovCmd*>* const cmds = document.getTovCmdList(list);
+    if (cmds == nullptr || cmd == nullptr) throw std::invalid_argument("addCommand: no such list, or no command");
+    cmds->push_back(cmd.get());
+    return *cmd.release();
+}
+
+}  // namespace kiri::tov

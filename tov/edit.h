@@ -1,0 +1,25 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/export.h"
+#include "tov/cmd/cmd.h"
+#include "tov/tov.h"
+
+namespace kiri::tov {
+
+/// Returns the keyword with which the lines of a list begin, "create_clock" or "#attribute"; "" for TOVCMD_NONE and any
+/// other value that names no list. The text lives as long as the library.
+TOVENG_API char const* keywordOf(TOVCMD_TYPE list);
+
+/// Calls `visit` with each command of the document and its list, in the order in which a save writes them; null entries
+/// are skipped. `visit` may change the command, take it out of its list, and append others, which are visited as well.
+/// What `visit` throws comes out.
+TOVENG_API void forEachCommand(TOV& document, std::function<void(TOVCMD_TYPE list, TovCmd& cmd)> const& visit);
+
+/// Appends a command to a list of the document, which owns it from then on, and returns it. std::invalid_argument for a
+/// null command and for a value that names no list; std::bad_alloc leaves the document as it was.
+TOVENG_API TovCmd& addCommand(TOV& document, TOVCMD_TYPE list, std::unique_ptr<TovCmd> cmd);
+
+}  // namespace kiri::tov
