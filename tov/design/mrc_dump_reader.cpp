@@ -6,10 +6,10 @@
 #include <initializer_list>
 #include <memory>
 #include <new>
-#include <system_error>
 #include <utility>
 
-#include "tov/design/counted_file.h"
+#include "tov/design/metered_file.h"
+#include "tov/io/error_text.h"
 #include "tov/io/file.h"
 
 // The dump, with the attributes that are read; whatever else stands in it is skipped with its content.
@@ -35,8 +35,8 @@ constexpr QStringView operator""_v(char16_t const* text, std::size_t size) {
     return {text, static_cast<qsizetype>(size)};
 }
 
-/// The text of an attribute, valid as long as `attributes`; empty when there is none of that name.
-QStringView textOf(QXmlStreamAttributes const& attributes, QStringView name) {
+/// The value of an attribute, valid as long as `attributes`; empty when there is none of that name.
+QStringView attributeValue(QXmlStreamAttributes const& attributes, QStringView name) {
     for (QXmlStreamAttribute const& attribute : attributes) {
         if (QStringView(attribute.qualifiedName()) == name) return attribute.value();
     }
@@ -44,8 +44,8 @@ QStringView textOf(QXmlStreamAttributes const& attributes, QStringView name) {
 }
 
 /// The same in Latin-1, as the tree holds it; every UTF-16 unit outside it becomes '?'.
-std::string latin1Of(QXmlStreamAttributes const& attributes, QStringView name) {
-    QStringView const text = textOf(attributes, name);
+std::string latin1Attribute(QXmlStreamAttributes const& attributes, QStringView name) {
+    QStringView const text = attributeValue(attributes, name);
     std::string latin1(static_cast<std::size_t>(text.size()), '?');
     std::transform(text.begin(), text.end(), latin1.begin(),
                    [](QChar c) { return c.unicode() <= 0xff ? static_cast<char>(c.unicode()) : '?'; });
@@ -64,7 +64,7 @@ struct EnumAttribute {
     Value fallback;
 
     Value decode(QXmlStreamAttributes const& attributes) const {
-        QStringView const text = textOf(attributes, name);
+        QStringView const text = attributeValue(attributes, name);
         for (Word const& word : words) {
             if (word.text == text) return word.value;
         }
@@ -85,7 +85,7 @@ Owned* appendNode(std::list<Node*>& nodes, std::unique_ptr<Owned> node) {
     return node.release();
 }
 
-/// Takes the reader off its file before the file is gone.
+/// Takes the reader off its file before the file is gone. That also drops the reader's error.
 class DeviceScope {
 public:
     DeviceScope(QXmlStreamReader& reader, QIODevice& device) : reader_(reader) { reader_.setDevice(&device); }
@@ -112,34 +112,36 @@ bool MrcDumpReader::doRead(char const* path) {
 }
 
 bool MrcDumpReader::doRead(char const* path, TovProgress const& progress, std::string* error) {
-    std::string ignored;
-    std::string& why = error != nullptr ? *error : ignored;
     clear();
+    Outcome outcome = readPath(path, progress);
+    if (error != nullptr) *error = std::move(outcome.problem);
+    return outcome.accepted;
+}
+
+/// Opens the dump and reads it; throws what came out of the caller's function.
+MrcDumpReader::Outcome MrcDumpReader::readPath(char const* path, TovProgress const& progress) {
     File const input = openForReading(path);
-    if (!input.isOpen()) {
-        why = std::generic_category().message(errno);
-        return false;
-    }
+    if (!input.isOpen()) return {false, systemText(errno)};
     ProgressMeter meter(progress, bytesLeft(input));
-    CountedFile file(input, meter);
-    bool valid = false;
-    QString refusal;
-    std::string problem;
+    Outcome outcome = readFile(input, meter);
+    if (outcome.problem.empty()) meter.finish();
+    if (!meter.stopped()) return outcome;
+    meter.rethrow();
+    return {false, stoppedText};
+}
+
+/// Parses an open dump. The error of a refused root is raised again for the caller.
+MrcDumpReader::Outcome MrcDumpReader::readFile(File const& input, ProgressMeter& meter) {
+    MeteredFile file(input, meter);
+    bool accepted = false;
+    QString problem;
     {
         DeviceScope const scope(*this, file);
-        valid = readDocument();
-        if (!valid) refusal = errorString();
-        if (hasError()) problem = describeError();
+        accepted = readDocument();
+        problem = problemText();
     }
-    if (problem.empty()) meter.finish();
-    if (meter.stopped()) {
-        meter.rethrow();
-        why = "The caller stopped the load";
-        return false;
-    }
-    if (!valid) raiseError(refusal);
-    why = std::move(problem);
-    return valid;
+    if (!accepted) raiseError(problem);
+    return {accepted, errorText(problem.toStdString())};
 }
 
 /// Moves to the next child of the current element; false at the element's end tag and at the end of what can be read.
@@ -173,11 +175,10 @@ void MrcDumpReader::raiseInvalidTag() {
                    .arg(name().toString()));
 }
 
-/// The message with its place, which that of an invalid tag already has.
-std::string MrcDumpReader::describeError() const {
-    if (error() == CustomError) return errorString().toStdString();
-    return "Line " + std::to_string(lineNumber()) + " Column " + std::to_string(columnNumber()) + ": " +
-           errorString().toStdString();
+/// Returns the message with its place, which that of an invalid tag already has; empty without an error.
+QString MrcDumpReader::problemText() const {
+    if (!hasError() || error() == CustomError) return errorString();
+    return QString("Line %1 Column %2: ").arg(lineNumber()).arg(columnNumber()) + errorString();
 }
 
 /// Returns false when the root is not `top`.
@@ -197,10 +198,10 @@ bool MrcDumpReader::readDocument() {
 void MrcDumpReader::readTop() {
     {
         QXmlStreamAttributes const attributes = this->attributes();
-        top_->name_ = latin1Of(attributes, u"name"_v);
-        top_->library_ = latin1Of(attributes, u"library"_v);
-        top_->arch_ = latin1Of(attributes, u"arch"_v);
-        top_->entry_ = latin1Of(attributes, u"entry"_v);
+        top_->name_ = latin1Attribute(attributes, u"name"_v);
+        top_->library_ = latin1Attribute(attributes, u"library"_v);
+        top_->arch_ = latin1Attribute(attributes, u"arch"_v);
+        top_->entry_ = latin1Attribute(attributes, u"entry"_v);
     }
     while (nextChild()) {
         QStringView const tag = name();
@@ -253,11 +254,12 @@ void MrcDumpReader::readUnit(TovTopNode* top) {
 
 void MrcDumpReader::readInstProperty(std::list<TovCellNode*>& cells, TovNode* parent) {
     auto const makeCell = [parent](QXmlStreamAttributes const& attributes) {
-        std::string cellName = latin1Of(attributes, u"name"_v);
+        std::string cellName = latin1Attribute(attributes, u"name"_v);
         std::string const prefix = parent->name() + '.';
         if (cellName.compare(0, prefix.size(), prefix) == 0) cellName.erase(0, prefix.size());
         return std::make_unique<TovCellNode>(std::move(cellName), parent, cellTypes.decode(attributes),
-                                             latin1Of(attributes, u"arch"_v), latin1Of(attributes, u"library"_v));
+                                             latin1Attribute(attributes, u"arch"_v),
+                                             latin1Attribute(attributes, u"library"_v));
     };
     TovCellNode* const cell = appendNode(cells, makeCell(attributes()));
     while (nextChild()) {
@@ -352,7 +354,7 @@ void MrcDumpReader::readItems(QStringView item, void (MrcDumpReader::*readItem)(
 /// Reads an item and appends its node; null if the item's end tag is not there.
 template <class Node>
 Node* MrcDumpReader::readNode(std::list<Node*>& nodes, TovObjType type, TovNode* parent) {
-    std::string nodeName = latin1Of(attributes(), u"name"_v);
+    std::string nodeName = latin1Attribute(attributes(), u"name"_v);
     readUnknownElement();
     if (tokenType() != EndElement) return nullptr;
     return appendNode(nodes, std::make_unique<Node>(std::move(nodeName), type, parent));

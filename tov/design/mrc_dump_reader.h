@@ -8,6 +8,13 @@
 #include "platform/export.h"
 #include "tov/design/design.h"
 
+namespace kiri::tov {
+
+class File;
+class ProgressMeter;
+
+}  // namespace kiri::tov
+
 namespace kiri::tov::impl_detail {
 
 /// Reads a design dump into a tree, in one forward pass with memory for the tree alone. A reader is used by one thread
@@ -31,10 +38,18 @@ private:
     template <class Bus>
     using BusMap = std::map<std::string, Bus*>;
 
+    /// How a dump was read.
+    struct Outcome {
+        bool accepted;        // the result of the load
+        std::string problem;  // why the dump was not read whole; empty if it was
+    };
+
+    Outcome readPath(char const* path, TovProgress const& progress);
+    Outcome readFile(File const& input, ProgressMeter& meter);
     bool nextChild();
     void readUnknownElement();
     void raiseInvalidTag();
-    std::string describeError() const;
+    QString problemText() const;
 
     bool readDocument();
     void readTop();

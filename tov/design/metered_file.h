@@ -7,11 +7,11 @@
 
 namespace kiri::tov::impl_detail {
 
-/// An open file as Qt reads it, counted meanwhile. It ends where the caller stops the reading.
-class CountedFile : public QFile {
+/// A QFile that reports its reads to a meter. It ends where the caller stops the reading.
+class MeteredFile : public QFile {
 public:
     /// `input` and `meter` outlive the object.
-    CountedFile(File const& input, ProgressMeter& meter);
+    MeteredFile(File const& input, ProgressMeter& meter);
 
 protected:
     qint64 readData(char* data, qint64 size) override;

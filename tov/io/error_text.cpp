@@ -1,0 +1,82 @@
+#include "tov/io/error_text.h"
+
+#include <locale.h>
+#include <string.h>
+
+#include <cstddef>
+#include <memory>
+#include <new>
+#include <type_traits>
+
+namespace kiri::tov {
+
+namespace {
+
+struct Character {
+    char32_t code;
+    std::size_t size;  // in bytes
+};
+
+constexpr Character invalidByte{0, 1};
+
+// The first character of a text that is not empty.
+Character decode(std::string_view text) {
+    auto const first = static_cast<unsigned char>(text.front());
+    if (first < 0x80) return {first, 1};
+    std::size_t const size = first < 0xe0 ? 2 : first < 0xf0 ? 3 : 4;
+    if (first < 0xc0 || first > 0xf4 || text.size() < size) return invalidByte;
+    char32_t code = first & (0xffU >> (size + 1));
+    for (char const c : text.substr(1, size - 1)) {
+        auto const byte = static_cast<unsigned char>(c);
+        if ((byte & 0xc0U) != 0x80) return invalidByte;
+        code = code << 6U | (byte & 0x3fU);
+    }
+    constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
+    bool const surrogate = code >= 0xd800 && code <= 0xdfff;
+    return code < smallest[size] || code > 0x10ffff || surrogate ? invalidByte : Character{code, size};
+}
+
+// Not so the control characters and the two that end a line or a paragraph.
+bool isShown(char32_t code) {
+    bool const control = code < 0x20 || (code >= 0x7f && code <= 0x9f);
+    return !control && code != 0x2028 && code != 0x2029;
+}
+
+bool continuesCharacter(char c) {
+    return (static_cast<unsigned char>(c) & 0xc0U) == 0x80;
+}
+
+struct FreeLocale {
+    void operator()(locale_t locale) const { ::freelocale(locale); }
+};
+
+}  // namespace
+
+std::string systemText(int error) {
+    std::unique_ptr<std::remove_pointer_t<locale_t>, FreeLocale> const plain(::newlocale(LC_ALL_MASK, "C", nullptr));
+    if (plain == nullptr) throw std::bad_alloc();
+    return ::strerror_l(error, plain.get());
+}
+
+std::string errorText(std::string_view text) {
+    std::string line;
+    while (!text.empty()) {
+        Character const character = decode(text);
+        if (isShown(character.code)) {
+            line += text.substr(0, character.size);
+        } else {
+            line += '?';
+        }
+        text.remove_prefix(character.size);
+    }
+    constexpr std::size_t longest = 1000;
+    constexpr std::string_view omission = "...";
+    if (line.size() <= longest) return line;
+    std::size_t begin = (longest - omission.size()) / 2;
+    std::size_t end = line.size() - begin;
+    while (continuesCharacter(line[begin])) --begin;
+    while (continuesCharacter(line[end])) ++end;
+    return line.replace(begin, end - begin, omission);
+}
+
+}  // namespace kiri::tov
