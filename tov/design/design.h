@@ -44,6 +44,9 @@ public:
     /// load. After an exception it is as it was.
     bool load(char const* path, TovProgress const& progress, std::string* error = nullptr);
 
+    /// The root of the nodes, for whoever walks them without the copies that queries make; null for an empty design.
+    TovTopNode const* top() const { return top_.get(); }
+
     /// Each query replaces `out` and returns its length. An empty design returns 0 and leaves `out` alone, as does
     /// std::bad_alloc: a list that was filled before the design was loaded again still holds the deleted nodes. Entries
     /// are in file order; a bus stands after its first bit.

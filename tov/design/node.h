@@ -51,6 +51,9 @@ public:
     /// A copy of the node's own name; of a bus, the name with its index range.
     virtual std::string name() const;
 
+    /// The node's own name as the dump has it, without a copy; of a bus, that of its first bit.
+    std::string const& plainName() const { return name_; }
+
     TovObjType type() const { return type_; }
 
     /// The cell or top node that owns this node.
