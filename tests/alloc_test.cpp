@@ -1,5 +1,5 @@
-// Every operation with each of its allocations failing in turn, by operator new and by the C
-// library's functions; what Qt takes by malloc is its own. And what some operations take in all.
+// Every operation with each of its allocations failing in turn, by operator new and by the C library's functions; what
+// Qt takes by malloc is its own. And what some operations take in all.
 
 #include <gtest/gtest.h>
 #include <malloc.h>
@@ -91,8 +91,7 @@ bool attemptAnew(std::function<void()> const& operation) {
     return completed;
 }
 
-// Plays a scenario with each allocation of its attempt failing, from the `first` on; nothing is
-// left over.
+// Plays a scenario with each allocation of its attempt failing, from the `first` on; nothing is left over.
 void sweep(std::function<void()> const& scenario, long first = 1) {
     failing = 0;
     scenario();  // makes what the process keeps
@@ -118,8 +117,7 @@ TEST(Alloc, Documents) {
         [&](TOV& document) { document.loadTaObjects(db.get(), true); },
     };
     for (auto const& seed : std::filesystem::directory_iterator(SEEDS "/document")) {
-        fillings.push_back(
-            [path = seed.path()](TOV& document) { document.load(path.c_str(), allocate); });
+        fillings.push_back([path = seed.path()](TOV& document) { document.load(path.c_str(), allocate); });
     }
     std::string const old(100000, 'x');
     for (auto const& filling : fillings) {
@@ -155,8 +153,7 @@ TEST(Alloc, Checks) {
     std::string const words = " a_word_that_is_beyond_any_small_text 2.9 b \\";
     for (std::string const line : {"set_multicycle_path -setup 2 1", "create_clock -add",
                                    "set_clock_groups -group {c d}", "set_load", "#attribute"}) {
-        std::string const path =
-            support::write(dir / "in", line + words + "\ncreate_clock -waveform");
+        std::string const path = support::write(dir / "in", line + words + "\ncreate_clock -waveform");
         sweep([&] {
             std::vector<TovFinding> findings = {{7, TOVFINDING_LOST_WORD, "old"}};
             bool const done = attempt([&] { checkTovFile(path.c_str(), findings); });
@@ -167,8 +164,7 @@ TEST(Alloc, Checks) {
     TOV document;
     sweep([&] {
         std::string error = "as it was";
-        bool const done =
-            attempt([&] { document.saveAtomically((dir / "none/out").c_str(), &error); });
+        bool const done = attempt([&] { document.saveAtomically((dir / "none/out").c_str(), &error); });
         EXPECT_EQ(error == "as it was", !done);
     });
 }
@@ -204,8 +200,8 @@ TEST(Alloc, Designs) {
     support::TempDir const dir;
     std::string const whole = SEEDS "/design/full";
     std::string const cut = support::write(dir / "cut", support::read(whole) + "<");
-    // Where memory is short while Qt makes its objects, Qt ends the process: the sweep begins after
-    // that, and on a thread that Qt knows.
+    // Where memory is short while Qt makes its objects, Qt ends the process: the sweep begins after that, and on a
+    // thread that Qt knows.
     for (std::string const& path : {whole, cut}) {
         sweep(
             [&] {

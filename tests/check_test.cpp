@@ -1,5 +1,4 @@
-// What stands beside the document: findings, the references of a command, and the save that
-// replaces a file.
+// What a load and a save would not keep, and the save that replaces a file.
 
 #include "tov/check.h"
 
@@ -13,7 +12,6 @@
 #include <set>
 
 #include "support.h"
-#include "tov/cmd/references.h"
 
 namespace {
 
@@ -31,20 +29,16 @@ std::string textOf(std::vector<TovFinding> const& findings) {
 }
 
 TEST(Check, FindsInLines) {
-    support::expectRows("findings",
-                        [](std::string const& line) { return textOf(checkTovLine(line)); });
+    support::expectRows("findings", [](std::string const& line) { return textOf(checkTovLine(line)); });
 }
 
 TEST(Check, FindsInFiles) {
     support::TempDir const dir;
     std::vector<TovFinding> findings = {{7, TOVFINDING_LOST_WORD, "old"}};
     std::string const path = dir / "in";
-    support::write(
-        path,
-        "\n# c\nset_load 1\n\ncreate_clock\r\n#attribute\ncreate_clock -waveform\nset_load 2");
+    support::write(path, "\n# c\nset_load 1\n\ncreate_clock\r\n#attribute\ncreate_clock -waveform\nset_load 2");
     EXPECT_TRUE(checkTovFile(path.c_str(), findings));
-    EXPECT_EQ(textOf(findings),
-              "3:2 set_load 1; 5:4 -period 0.000000; 6:1 #attribute; 7:6 create_clock -waveform");
+    EXPECT_EQ(textOf(findings), "3:2 set_load 1; 5:4 -period 0.000000; 6:1 #attribute; 7:6 create_clock -waveform");
     EXPECT_FALSE(checkTovFile((dir / "none").c_str(), findings));
     EXPECT_EQ(textOf(findings), "");
     EXPECT_FALSE(checkTovFile(nullptr, findings));
@@ -57,32 +51,11 @@ TEST(Check, FindsInFiles) {
 TEST(Check, LooksAtGroupsOfManyWordsOnce) {
     std::string many;
     for (int i = 0; i < 30'000; ++i) many += " a";
-    std::string const line =
-        "set_clock_groups -asynchronous -group {b" + many + "} -group {c" + many + "} d";
+    std::string const line = "set_clock_groups -asynchronous -group {b" + many + "} -group {c" + many + "} d";
     std::vector<TovFinding> const findings = checkTovLine(line);
     ASSERT_EQ(findings.size(), 2U);
     EXPECT_EQ(findings[0].text, "d");
     EXPECT_EQ(findings[1].kind, TOVFINDING_CHANGED_VALUE);
-}
-
-TEST(References, StandAsTheyAreWritten) {
-    support::expectRows("roles", [](std::string const& line) {
-        TOV document;
-        support::load(document, line);
-        std::string text;
-        for (int kind = TOVCMD_CLOCK; kind <= TOVCMD_ATTRIBUTE; ++kind) {
-            for (TovCmd* cmd : *document.getTovCmdList(static_cast<TOVCMD_TYPE>(kind))) {
-                for (auto& [role, list] : referencesOf(*cmd)) {
-                    text += (text.empty() ? "" : "|") + (role + ("=" + support::textOf(*list)));
-                }
-            }
-        }
-        return text;
-    });
-    TovCmdClockGroupDef groups(true);
-    groups.groups = {nullptr, new ppStlList<taDciObj*>()};
-    ASSERT_EQ(referencesOf(groups).size(), 1U);
-    EXPECT_EQ(referencesOf(groups)[0].list, groups.groups[1]);
 }
 
 // A folder with one file in it, and a document to save.
@@ -96,8 +69,7 @@ protected:
     // The names in the folder.
     std::set<std::string> names() const {
         std::set<std::string> result;
-        for (auto const& entry : fs::directory_iterator(dir / ""))
-            result.insert(entry.path().filename());
+        for (auto const& entry : fs::directory_iterator(dir / "")) result.insert(entry.path().filename());
         return result;
     }
 
@@ -170,8 +142,7 @@ TEST_F(Atomic, SurvivesLimits) {
     EXPECT_EQ(save(path), "File too large");
     ::setrlimit(RLIMIT_FSIZE, &before);
     sigset_t mask;
-    EXPECT_TRUE(::pthread_sigmask(SIG_BLOCK, nullptr, &mask) == 0 &&
-                ::sigismember(&mask, SIGXFSZ) == 0);
+    EXPECT_TRUE(::pthread_sigmask(SIG_BLOCK, nullptr, &mask) == 0 && ::sigismember(&mask, SIGXFSZ) == 0);
     EXPECT_EQ(support::read(path), "old");
     EXPECT_EQ(names(), std::set<std::string>{"file"});
     if (::mount("none", (dir / "").c_str(), "tmpfs", 0, "size=4k") != 0) GTEST_SKIP();

@@ -18,10 +18,10 @@ using namespace kiri::tov;
 using support::bodyOf;
 
 TEST(Commands, ReadAndWriteLines) {
-    for (auto const& [line, saved] : support::rowsOf("commands")) {
-        EXPECT_EQ(bodyOf(line), saved + "\n~\n") << line;
-        EXPECT_EQ(bodyOf("#disable " + line), "#disable " + saved + "\n~\n") << line;
-    }
+    support::forEachRow("commands", [](auto const& line, auto const& saved) {
+        EXPECT_EQ(bodyOf(line), saved + "\n~\n");
+        EXPECT_EQ(bodyOf("#disable " + line), "#disable " + saved + "\n~\n");
+    });
     EXPECT_THROW(TovCmdClockDef("create_clock a -waveform"), std::out_of_range);
     // A class takes the keyword of its sibling as its own.
     EXPECT_FALSE(TovCmdInputDelay("set_output_delay").enabled);
@@ -29,11 +29,9 @@ TEST(Commands, ReadAndWriteLines) {
     EXPECT_TRUE(TovCmdAttr("#attribute a b c d e -disable f").enabled);
 }
 
-// A command is made from any kind of text, and saves the line unless a class derived from its own
-// has another one.
+// A command is made from any kind of text, and saves the line unless a class derived from its own has another one.
 template <class Cmd>
-void checkClass(TOVCMD_TYPE list, std::string const& line,
-                std::string const& prefix = "#disable ") {
+void checkClass(TOVCMD_TYPE list, std::string const& line, std::string const& prefix = "#disable ") {
     Cmd command(line);
     std::string const saved = command.toSaveString(nullptr);
     EXPECT_EQ(saved, prefix + line);
@@ -106,9 +104,8 @@ TEST(Commands, WriteNoNullGroups) {
         new ppStlList<taDciObj*>(TovCmd::fromTclString("get_nets {n o}", true)),
     };
     groups.groups.back()->push_front(nullptr);
-    EXPECT_EQ(
-        groups.toSaveString(nullptr),
-        "set_clock_groups -asynchronous -group [ get_clocks a  ] -group [ get_clocks { n o } ]");
+    EXPECT_EQ(groups.toSaveString(nullptr),
+              "set_clock_groups -asynchronous -group [ get_clocks a  ] -group [ get_clocks { n o } ]");
     groups.reset();
     EXPECT_EQ(groups.toSaveString(nullptr), "set_clock_groups -asynchronous");
 }

@@ -6,14 +6,11 @@
 
 namespace support {
 
-/// A database of records that differ in what the import looks at, in the order of the record's
-/// fields.
+/// A database of records that differ in what the import looks at, in the order of the record's fields.
 inline std::unique_ptr<taDci> makeDatabase() {
     using Members = ppStlList<taDciSynClkGroupMember*>;
     auto const text = taDciText;
-    auto const refs = [](char const* expression) {
-        return kiri::tov::TovCmd::fromTclString(expression, true);
-    };
+    auto const refs = [](char const* expression) { return kiri::tov::TovCmd::fromTclString(expression, true); };
     ppStlList<taDciObj*> const none;
     auto db = std::make_unique<taDci>();
     // clang-format off
@@ -33,28 +30,25 @@ inline std::unique_ptr<taDci> makeDatabase() {
         for (taDciSynClk* member : db->clocks) {
             members->push_back(new taDciSynClkGroupMember{{}, member});
         }
-        db->clockGroups.push_back(new taDciSynClkGroup{
-            0, asynchronous, {nullptr, new Members(), members}, text("groups")});
+        db->clockGroups.push_back(
+            new taDciSynClkGroup{0, asynchronous, {nullptr, new Members(), members}, text("groups")});
     }
     for (int direction : {-1, 0, 1, 2}) {
         char const* const min = direction == 0 ? "min" : "";
         char const* const max = direction == 0 ? "" : "max";
-        db->ios.push_back(new taDciSynIo{nullptr, -1500, text("label"), text("io"), text(min),
-                                         text(max), direction == 0 ? nullptr : clock,
-                                         refs("get_cells d"), direction});
+        db->ios.push_back(new taDciSynIo{nullptr, -1500, text("label"), text("io"), text(min), text(max),
+                                         direction == 0 ? nullptr : clock, refs("get_cells d"), direction});
     }
     for (char const* marker : {"", "min", static_cast<char const*>(nullptr)}) {
-        db->maxs.push_back(new taDciSynMax{0, 16777219, refs("get_cells f"), refs("get_pins t"),
-                                           text("max"), text(marker)});
+        db->maxs.push_back(
+            new taDciSynMax{0, 16777219, refs("get_cells f"), refs("get_pins t"), text("max"), text(marker)});
     }
     for (float multiplier : {2.9F, -1.5F, 1e30F}) {
-        db->mcycs.push_back(
-            new taDciSynMcyc{0, multiplier, none, refs("get_ports @PO"), text("path")});
+        db->mcycs.push_back(new taDciSynMcyc{0, multiplier, none, refs("get_ports @PO"), text("path")});
     }
     for (int flag : {0, 1, 255}) {
-        db->falses.push_back(new taDciSynFalse{nullptr, flag == 1 ? refs("get_clocks f") : none,
-                                               none, refs("get_cells n"), text("false"),
-                                               static_cast<unsigned char>(flag)});
+        db->falses.push_back(new taDciSynFalse{nullptr, flag == 1 ? refs("get_clocks f") : none, none,
+                                               refs("get_cells n"), text("false"), static_cast<unsigned char>(flag)});
     }
     return db;
 }

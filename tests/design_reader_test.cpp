@@ -68,16 +68,14 @@ std::string addedBy(std::string const& dump, int entityLimit = 0) {
 
 TEST(Reader, GivesTheTree) {
     support::expectRows("dumps", [](std::string const& dump) { return read(dump); });
-    support::expectRows("units",
-                        [](std::string const& content) { return addedBy(inUnit(content)); });
+    support::expectRows("units", [](std::string const& content) { return addedBy(inUnit(content)); });
 }
 
 TEST(Reader, TakesEachListOnlyInItsPlaces) {
     support::expectRows("places", [](std::string const& list) {
         std::string const end = "<unit><mults><mult/></mults></unit></library></top>";
         std::string const instance = "<instance>" + list + "</instance>";
-        return addedBy("<top>" + list + "<library>" + end) + "\n" +
-               addedBy("<top><library>" + list + end) + "\n" +
+        return addedBy("<top>" + list + "<library>" + end) + "\n" + addedBy("<top><library>" + list + end) + "\n" +
                addedBy("<top><library><unit>" + list + "</unit>" + end) + "\n" +
                addedBy("<top><library>" + instance + end);
     });
@@ -99,8 +97,7 @@ TEST(Reader, AltersNothing) {
     EXPECT_EQ(addedBy(inUnit("<!--->" + quotes + "--><mults><mult name='b'/></mults>")), "M b:14");
     EXPECT_EQ(addedBy(withEntity(quotes, "<mults><mult/></mults>")), "M :14");
     EXPECT_EQ(addedBy(inUnit("<mults><mult" + attributes + " name='b'/></mults>")), "M b:14");
-    EXPECT_EQ(addedBy(inUnit("<mults><mult/><mult" + attributes + " bad/><mult/></mults>")),
-              "M :14");
+    EXPECT_EQ(addedBy(inUnit("<mults><mult/><mult" + attributes + " bad/><mult/></mults>")), "M :14");
     EXPECT_EQ(addedBy(withEntity(name4000, use)), "M " + name4000 + ":14");
     EXPECT_EQ(addedBy(withEntity("12345678901", use), 5), "t,E,L,A");
 }

@@ -38,7 +38,7 @@ std::string answers(TovDesign const& design) {
 std::string const noAnswers =
     " | 0 null | 0 null | 0 null | 0 null | 0 null | 0 null | 0 null | 0 null | 0 null | 0 null";
 
-auto const [dump, dumpAnswers] = support::rowsOf("answers").front();
+auto const [dump, dumpAnswers, place] = support::rowsOf("answers").front();
 
 TEST(Design, AnswersQueriesAndIsEmptyAfterAFailedLoad) {
     support::TempDir const dir;
@@ -71,9 +71,8 @@ TEST(Design, SaysWhyADumpWasNotReadWhole) {
         EXPECT_EQ(TovDesign().load(path, nullptr), loaded) << error;
         return (loaded ? "true " : "false ") + error;
     };
-    support::expectRows("dump_errors", [&](std::string const& text) {
-        return load(support::write(dir / "dump", text).c_str());
-    });
+    support::expectRows("dump_errors",
+                        [&](std::string const& text) { return load(support::write(dir / "dump", text).c_str()); });
     EXPECT_EQ(load("/proc/self/mem"), "true Line 1 Column 0: Premature end of document.");
     EXPECT_EQ(load((dir / "missing").c_str()), "false No such file or directory");
     EXPECT_EQ(load((dir / "").c_str()), "false Is a directory");

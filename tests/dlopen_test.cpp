@@ -1,6 +1,6 @@
-// dlopen_test LIBRARY: loads the library in a process that has done nothing else and checks that
-// loading leaves the process as it was, and that it can be unloaded while a thread lives that used
-// it. The environment variable that the library reads at its load changes nothing in that.
+// dlopen_test LIBRARY: loads the library in a process that has done nothing else and checks that loading leaves the
+// process as it was, and that it can be unloaded while a thread lives that used it. The environment variable that the
+// library reads at its load changes nothing in that.
 
 #include <dlfcn.h>
 #include <pthread.h>
@@ -49,8 +49,7 @@ std::size_t freeKeys() {
 
 // Whether the formatter works on a new thread, which lives on until the library is unloaded.
 bool formatsAndUnloads(void* library, char const* path) {
-    auto const neoform =
-        reinterpret_cast<char const* (*)(char const*, ...)>(::dlsym(library, "_Z7neoformPKcz"));
+    auto const neoform = reinterpret_cast<char const* (*)(char const*, ...)>(::dlsym(library, "_Z7neoformPKcz"));
     std::promise<bool> formatted;
     std::promise<void> unloaded;
     std::thread user([&] {

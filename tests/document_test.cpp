@@ -12,21 +12,20 @@ using namespace kiri::tov;
 using support::bodyOf;
 
 TEST(Document, ClassifiesLines) {
-    for (auto const& [text, saved] : support::rowsOf("documents")) {
-        EXPECT_EQ(bodyOf(text), saved + "\n") << text;
-    }
+    support::forEachRow("documents",
+                        [](auto const& text, auto const& saved) { EXPECT_EQ(bodyOf(text), saved + "\n"); });
 }
 
 // A first save drops what the format has no place for; from then on a text stays as it is.
 TEST(Document, IsStableFromTheSecondSaveOn) {
-    for (auto const& [text, saved] : support::rowsOf("second_saves")) {
+    support::forEachRow("second_saves", [](auto const& text, auto const& saved) {
         TOV document;
         support::load(document, text);
         for (int saves = 1; saves < 4; ++saves) {
             support::load(document, document.toSaveString());
             EXPECT_EQ(bodyOf(document), saved + "\n");
         }
-    }
+    });
 }
 
 TEST(Document, SavesBothHeadersAndRemovesTheirFirstCopy) {
@@ -35,8 +34,8 @@ TEST(Document, SavesBothHeadersAndRemovesTheirFirstCopy) {
     std::string const command = document.sdcComments();
     std::string const attribute = document.attributeComments();
     EXPECT_EQ(document.toSaveString(), command + "\n\n" + attribute + "\n");
-    support::load(document, command + attribute + "1\n" + attribute + command +
-                                "#attribute a b c d e\n" + attribute + "a\n" + command);
+    support::load(document, command + attribute + "1\n" + attribute + command + "#attribute a b c d e\n" + attribute +
+                                "a\n" + command);
     EXPECT_EQ(document.sdcCommentText, "1\n" + attribute + command);
     EXPECT_EQ(document.attributeCommentText, "a\n");
 }
@@ -64,8 +63,7 @@ TEST(Document, ListsAreTheCallersToEdit) {
 
 TEST(Document, ParsingAddsCommandsAndResetKeepsTheCommentsAlone) {
     support::TempDir const dir;
-    std::string const path =
-        support::write(dir / "in", "c\nset_false_path\n#attribute a b c d e\nd");
+    std::string const path = support::write(dir / "in", "c\nset_false_path\n#attribute a b c d e\nd");
     std::string const rest = "set_false_path\nc\n~\n#attribute\ta\tb\tc\td\te\nd\n";
     TOV document;
     EXPECT_EQ(document.getErrorList(), nullptr);

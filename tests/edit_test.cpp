@@ -29,8 +29,7 @@ TEST(Edit, WalksAndAppends) {
     EXPECT_EQ(&addCommand(document, TOVCMD_MAXDELAY, std::move(cmd)), added);
     EXPECT_EQ(document.getTovCmdList(TOVCMD_MAXDELAY)->back(), added);
     EXPECT_THROW(addCommand(document, TOVCMD_MAXDELAY, nullptr), std::invalid_argument);
-    EXPECT_THROW(addCommand(document, TOVCMD_NONE, makeCommand("set_max_delay")),
-                 std::invalid_argument);
+    EXPECT_THROW(addCommand(document, TOVCMD_NONE, makeCommand("set_max_delay")), std::invalid_argument);
 }
 
 TEST(Edit, ReplacesReferences) {
@@ -42,8 +41,7 @@ TEST(Edit, ReplacesReferences) {
 }
 
 TEST(Edit, NamesClocks) {
-    support::expectRows("clock_names",
-                        [](std::string const& line) { return definedClock(*makeCommand(line)); });
+    support::expectRows("clock_names", [](std::string const& line) { return definedClock(*makeCommand(line)); });
 }
 
 TEST(Edit, TitlesFindings) {

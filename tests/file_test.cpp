@@ -92,11 +92,9 @@ std::string content(int lines) {
 
 TEST(Progress, ComesBetweenTwentyAndAThousandTimes) {
     TempDir const dir;
-    for (auto const& text :
-         {content(0), content(2), content(25), content(1000), std::string(3000000, 'x')}) {
+    for (auto const& text : {content(0), content(2), content(25), content(1000), std::string(3000000, 'x')}) {
         std::string const path = support::write(dir / "in", text);
-        support::expectProgress(path,
-                                [&](auto progress) { return TOV().load(path.c_str(), progress); });
+        support::expectProgress(path, [&](auto progress) { return TOV().load(path.c_str(), progress); });
         EXPECT_TRUE(TOV().load(path.c_str(), nullptr));
     }
     std::string const path = support::write(dir / "in", content(0) + "create_clock -waveform\nx");

@@ -41,7 +41,7 @@ std::string bitOf(std::string const& name) {
     EXPECT_EQ(TovBusNode::isBusType(name, nullptr), isBit);
     std::string const busName = TovBusNode::getBusName(name, &index);
     EXPECT_TRUE(TovBusNode::getBusName(name, nullptr) == busName);
-    EXPECT_TRUE(busName == (isBit ? base : name)) << name;
+    EXPECT_TRUE(busName == (isBit ? base : name));
     if (isBit) return base + " " + std::to_string(index);
     return index == -5 && base == "before" ? "no bit" : "changed";
 }
@@ -61,8 +61,7 @@ TEST(Bus, WidensAndRenamesUnchecked) {
         bool const wildcard = name[0] == '*';
         TovBusNode bus(name.substr(wildcard ? 1 : 0), wildcard);
         while (words >> name) bus.addToBus(name);
-        return bus.name() + "|" + bus.baseName() + "|" + std::to_string(bus.high()) + "|" +
-               std::to_string(bus.low());
+        return bus.name() + "|" + bus.baseName() + "|" + std::to_string(bus.high()) + "|" + std::to_string(bus.low());
     });
     TovBusNode const bus("data[0]", false);
     for (char const* own : {"data", "data[9]"}) EXPECT_TRUE(bus.isCurrentBus(own));

@@ -26,8 +26,7 @@ TEST(Utilities, FormatsAsPrintfDoes) {
         ASSERT_STREQ(neoform("a %f b", value), expected);
     }
     EXPECT_STREQ(neoform("%d%%%d", -2147483647 - 1, 7), "-2147483648%7");
-    EXPECT_STREQ(neoform("%s|%5.2f|%-4d|%x|%c|%ld", "text", 1.25, 3, 255U, 'c', 5L),
-                 "text| 1.25|3   |ff|c|5");
+    EXPECT_STREQ(neoform("%s|%5.2f|%-4d|%x|%c|%ld", "text", 1.25, 3, 255U, 'c', 5L), "text| 1.25|3   |ff|c|5");
     std::string const longText(100000, 'x');
     EXPECT_TRUE(neoform("%s", longText.c_str()) == longText);
     EXPECT_STREQ(neoform(""), "");
@@ -55,8 +54,7 @@ TEST(List, KeepsItsLinksThroughEveryOperation) {
     static_assert(std::is_nothrow_move_constructible_v<List>);
     auto const text = [](List const& list) {
         std::string const forward(list.begin(), list.end());
-        EXPECT_EQ(std::string(list.rbegin(), list.rend()),
-                  std::string(forward.rbegin(), forward.rend()));
+        EXPECT_EQ(std::string(list.rbegin(), list.rend()), std::string(forward.rbegin(), forward.rend()));
         EXPECT_EQ(list.size(), forward.size());
         return forward + "/";
     };

@@ -43,6 +43,7 @@ inline std::string read(std::string const& path) {
 struct Row {
     std::string input;
     std::string expected;
+    std::string place = {};  ///< its table and line
 };
 
 /// The rows of a table in data/, whose README.md tells how they are written.
@@ -50,14 +51,17 @@ inline std::vector<Row> rowsOf(std::string const& table) {
     std::vector<Row> rows;
     std::ifstream file(TEST_DATA "/" + table);
     char before = '>';
+    int number = 0;
     for (std::string line; std::getline(file, line);) {
+        ++number;
         if (line.empty() || (line[0] != '<' && line[0] != '>')) continue;
         for (auto at = line.find('\\'); at != line.npos; at = line.find('\\', at + 1)) {
             bool const tab = line[at + 1] == 't';
             int const byte = tab ? '\t' : std::stoi(line.substr(at + 1, 2), nullptr, 16);
             line.replace(at, tab ? 2 : 3, 1, static_cast<char>(byte));
         }
-        if (line[0] == '<' && before == '>') rows.emplace_back();
+        if (line[0] == '<' && before == '>')
+            rows.push_back({"", "", "tests/data/" + table + ":" + std::to_string(number)});
         std::string& text = line[0] == '<' ? rows.back().input : rows.back().expected;
         if (line[0] == before) text += '\n';
         text.append(line, std::min<std::size_t>(2, line.size()));
@@ -67,10 +71,19 @@ inline std::vector<Row> rowsOf(std::string const& table) {
     return rows;
 }
 
-/// Gives each input of a table to a function, and compares what it returns.
+/// Plays a check of input and expected text on each row of a table; a failure names the row.
+template <class Check>
+void forEachRow(std::string const& table, Check check) {
+    for (auto const& [input, expected, place] : rowsOf(table)) {
+        SCOPED_TRACE(place);
+        check(input, expected);
+    }
+}
+
+/// Compares what a function returns for each input of a table.
 template <class Function>
-void expectRows(std::string const& table, Function give) {
-    for (auto const& [input, expected] : rowsOf(table)) EXPECT_EQ(give(input), expected) << input;
+void expectRows(std::string const& table, Function function) {
+    forEachRow(table, [&](auto const& input, auto const& expected) { EXPECT_EQ(function(input), expected); });
 }
 
 /// The open descriptors of the process, or those alone that another program would inherit.
@@ -135,8 +148,7 @@ inline void load(kiri::tov::TOV& document, std::string const& text) {
     document.load(write(dir / "in", text).c_str());
 }
 
-/// What a document saves, without the header before it and with "~" for the one between the
-/// sections.
+/// What a document saves, without the header before it and with "~" for the one between the sections.
 inline std::string bodyOf(kiri::tov::TOV& document) {
     std::string text = document.toSaveString();
     std::string const between = "\n" + document.attributeComments() + "\n";

@@ -36,8 +36,8 @@ TEST(Objects, ReadFromExpressions) {
 TEST(Objects, WriteAsExpressions) {
     support::expectRows("references", [](std::string const& object) {
         std::size_t const name = object.find(' ') + 1;
-        taDciObj obj(name == 0 ? nullptr : &object[name], nullptr,
-                     static_cast<taDciObjTyp>(std::stoi(object)), taDciObjNone);
+        taDciObj obj(name == 0 ? nullptr : &object[name], nullptr, static_cast<taDciObjTyp>(std::stoi(object)),
+                     taDciObjNone);
         return TovCmd::toTclString(&obj);
     });
     EXPECT_EQ(TovCmd::toTclString(nullptr), "");
@@ -65,8 +65,7 @@ TEST(Objects, CopyDeeply) {
 }
 
 TEST(Texts, AreEnclosed) {
-    support::expectRows(
-        "brackets", [](std::string const& text) { return TovCmd::encloseBracket(text.c_str()); });
+    support::expectRows("brackets", [](std::string const& text) { return TovCmd::encloseBracket(text.c_str()); });
     support::expectRows("quotes", encloseDoubleQuotes);
     EXPECT_EQ(TovCmd::encloseBracket(nullptr), "");
 }

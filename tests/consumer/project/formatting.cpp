@@ -9,8 +9,7 @@
 int main() {
     using namespace kiri::tov;
     TOV document;
-    document.getTovCmdList(TOVCMD_CLOCK)
-        ->push_back(new TovCmdClockDef("create_clock -name c [get_ports {p q}]"));
+    document.getTovCmdList(TOVCMD_CLOCK)->push_back(new TovCmdClockDef("create_clock -name c [get_ports {p q}]"));
     std::fputs(document.toSaveString().c_str() + document.sdcComments().size() + 1, stdout);
     TovDesign design;
     std::puts(neoform("missing design: %d", design.load("/nonexistent")));
