@@ -91,6 +91,10 @@ void destroyDump(std::string const& path) {
     measured([&] { design.reset(); });
 }
 
+std::string mixedFile(std::size_t lines) {
+    return inputs::constraintFile(lines);
+}
+
 struct Operation {
     std::string_view name;
     void (*run)(std::string const& path);
@@ -99,11 +103,11 @@ struct Operation {
 };
 
 constexpr Operation operations[] = {
-    {"load", load, inputs::constraintFile, mixedLines},
-    {"save", save, inputs::constraintFile, mixedLines},
-    {"destroy", destroy, inputs::constraintFile, mixedLines},
-    {"import", import, inputs::constraintFile, mixedLines},
-    {"check", check, inputs::constraintFile, mixedLines},
+    {"load", load, mixedFile, mixedLines},
+    {"save", save, mixedFile, mixedLines},
+    {"destroy", destroy, mixedFile, mixedLines},
+    {"import", import, mixedFile, mixedLines},
+    {"check", check, mixedFile, mixedLines},
     {"dump-load", loadDump, inputs::designDump, instances},
     {"dump-bare", readDumpBare, inputs::designDump, instances},
     {"dump-queries", queryDump, inputs::designDump, instances},

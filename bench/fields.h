@@ -6,14 +6,23 @@
 
 #include "bench/heap.h"
 #include "tov/cmd/commands.h"
+#include "tov/design/design.h"
 
-/// What the public fields of commands take from the heap at least: a block for the command, for its node in the
-/// document's list, for each reference and its node, and for each text that does not fit where it stands.
+/// What the public fields of commands and of a design's nodes take from the heap at least: a block for the command or
+/// node, for its node in the list, for each reference and its node, and for each text that does not fit where it
+/// stands.
 class FieldSizes {
 public:
     template <class Command>
     std::size_t of(Command const& command) {
         return heap::block(sizeof(Command)) + listNode() + text(command.note) + fields(command);
+    }
+
+    template <class Node>
+    static std::size_t ofNodes(std::list<Node*> const& nodes) {
+        std::size_t size = 0;
+        for (Node const* node : nodes) size += listNode() + ofNode(*node);
+        return size;
     }
 
 private:
@@ -28,6 +37,30 @@ private:
 
     static std::size_t text(std::string const& string) {
         return isInside(&string, sizeof string, string.data()) ? 0 : heap::block(string.size() + 1);
+    }
+
+    static std::size_t copied(std::string const& string) {
+        return string.size() < sizeof(std::string) / 2 ? 0 : heap::block(string.size() + 1);
+    }
+
+    // A bus has its first bit's name, its own and its base's.
+    template <class Bus, class Node>
+    static std::size_t ofBitOrBus(Node const& node) {
+        std::size_t const name = copied(node.Node::name());
+        auto const* const bus = dynamic_cast<Bus const*>(&node);
+        if (bus == nullptr) return heap::block(sizeof node) + name;
+        return heap::block(sizeof(Bus)) + name + copied(bus->name()) + copied(bus->baseName());
+    }
+    static std::size_t ofNode(kiri::tov::TovPortNode const& port) {
+        return ofBitOrBus<kiri::tov::TovBusPortNode>(port);
+    }
+    static std::size_t ofNode(kiri::tov::TovNetNode const& net) { return ofBitOrBus<kiri::tov::TovBusNetNode>(net); }
+    static std::size_t ofNode(kiri::tov::TovCellNode const& cell) {
+        return heap::block(sizeof cell) + copied(cell.name()) + copied(cell.library()) + copied(cell.arch());
+    }
+    template <class Node>
+    static std::size_t ofNode(Node const& node) {
+        return heap::block(sizeof node) + copied(node.name());
     }
 
     // References of one expression share its text.

@@ -5,6 +5,9 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <numeric>
+#include <random>
+#include <vector>
 
 namespace inputs {
 
@@ -46,6 +49,42 @@ std::string bit(char const* name, std::size_t i) {
 
 std::string clock(std::size_t i) {
     return "clk_" + std::to_string(i % 23);
+}
+
+// The place of the i-th line's kind in a saved file, in which the comments follow the commands.
+int placeInSavedFile(std::size_t i) {
+    std::size_t const k = i % 100;
+    constexpr struct {
+        std::size_t end;
+        int place;
+    } kinds[] = {{1, 0}, {2, 1}, {3, 2}, {4, 9}, {5, 10}, {30, 3}, {55, 4}, {75, 8}, {87, 7}, {95, 5}, {100, 6}};
+    return std::find_if(std::begin(kinds), std::end(kinds), [k](auto const& kind) { return k < kind.end; })->place;
+}
+
+// The numbers of the lines in that order.
+std::vector<std::size_t> numbers(std::size_t lines, Order order) {
+    std::vector<std::size_t> saved(lines);
+    std::iota(saved.begin(), saved.end(), std::size_t{0});
+    if (order == Order::periodic) return saved;
+    std::stable_sort(saved.begin(), saved.end(),
+                     [](std::size_t a, std::size_t b) { return placeInSavedFile(a) < placeInSavedFile(b); });
+    if (order == Order::saved) return saved;
+
+    // Runs of lines of a kind, of two lines on average, shuffled.
+    std::minstd_rand random;
+    std::vector<std::size_t> begins;
+    for (std::size_t i = 0; i < lines; ++i) {
+        if (i == 0 || random() % 2 == 0) begins.push_back(i);
+    }
+    std::vector<std::size_t> runs(begins.size());
+    std::iota(runs.begin(), runs.end(), std::size_t{0});
+    std::shuffle(runs.begin(), runs.end(), random);
+    begins.push_back(lines);
+    std::vector<std::size_t> shuffled;
+    for (std::size_t run : runs) {
+        for (std::size_t i = begins[run]; i < begins[run + 1]; ++i) shuffled.push_back(saved[i]);
+    }
+    return shuffled;
 }
 
 // The i-th line of the mix, whose kinds come back after one hundred lines.
@@ -91,8 +130,8 @@ void writeLine(std::ostream& out, std::size_t i) {
     out << '\n';
 }
 
-void writeLines(std::ostream& out, std::size_t lines) {
-    for (std::size_t i = 0; i < lines; ++i) writeLine(out, i);
+void writeLines(std::ostream& out, std::size_t lines, Order order = Order::periodic) {
+    for (std::size_t i : numbers(lines, order)) writeLine(out, i);
 }
 
 void writeLongLine(std::ostream& out, std::size_t names) {
@@ -105,16 +144,21 @@ void writeItem(std::ostream& out, char const* element, std::string const& name, 
     out << "    <" << element << " name=\"" << name << '"' << more << "/>\n";
 }
 
-void writeInstance(std::ostream& out, std::size_t i) {
-    std::string const name = "top.u" + std::to_string(i);
-    out << "   <instance name=\"" << name << "\" library=\"work\" arch=\"\" type=\"" << (i % 3 == 0 ? "reg" : "comb")
+// The blocks are met in turn, so the cells of one are far apart in the file.
+std::string instance(std::size_t i) {
+    return "u_core_" + std::to_string(i % 97) + ".u_blk_" + std::to_string(i % 13) + ".inst_" + std::to_string(i);
+}
+
+void writeInstance(std::ostream& out, std::size_t i, char const* type) {
+    std::string const number = std::to_string(i);
+    out << "   <instance name=\"top." << instance(i) << "\" library=\"work\" arch=\"\" type=\"" << type
         << "\">\n    <pins>\n";
     writeItem(out, "pitem", "CK", " direction=\"in\"");
-    writeItem(out, "pitem", "D[" + std::to_string(i % 8) + "]", " direction=\"in\"");
-    writeItem(out, "pitem", "A", " direction=\"in\"");
+    writeItem(out, "pitem", "D_" + number + "[" + std::to_string(i % 8) + "]", " direction=\"in\"");
+    writeItem(out, "pitem", "A1", " direction=\"in\"");
     writeItem(out, "pitem", "Q", " direction=\"out\"");
     out << "    </pins>\n    <nets>\n";
-    writeItem(out, "nitem", "net_" + std::to_string(i));
+    writeItem(out, "nitem", "net_" + number);
     out << "    </nets>\n   </instance>\n";
 }
 
@@ -126,8 +170,9 @@ void writeList(std::ostream& out, char const* list, char const* item, std::size_
 
 }  // namespace
 
-std::string constraintFile(std::size_t lines) {
-    return make("mixed-" + std::to_string(lines), [=](std::ostream& out) { writeLines(out, lines); });
+std::string constraintFile(std::size_t lines, Order order) {
+    return make("mixed-" + std::to_string(lines) + "-" + std::to_string(static_cast<int>(order)),
+                [=](std::ostream& out) { writeLines(out, lines, order); });
 }
 
 std::string linesOfKind(std::size_t kind, std::size_t lines) {
@@ -175,7 +220,9 @@ std::string designDump(std::size_t instances) {
         out << " <library name=\"work\">\n  <unit name=\"top\">\n";
         writeList(out, "pins", "pitem", instances / 100 + 1, " direction=\"in\"");
         writeList(out, "nets", "nitem", instances / 10 + 1);
-        for (std::size_t i = 0; i < instances; ++i) writeInstance(out, i);
+        std::minstd_rand random;
+        constexpr char const* types[] = {"reg", "comb", "seq", "pad"};
+        for (std::size_t i = 0; i < instances; ++i) writeInstance(out, i, types[random() % std::size(types)]);
         writeList(out, "views", "view", 4);
         writeList(out, "ramnets", "ramnet", instances / 1000 + 1);
         writeList(out, "romnets", "romnet", instances / 1000 + 1);

@@ -8,9 +8,16 @@
 
 namespace inputs {
 
+/// The order of the lines of a file; the lines are the same in each.
+enum class Order {
+    saved,     ///< kind by kind, as a save writes them
+    periodic,  ///< the kinds come back after 100 lines
+    random     ///< runs of lines of a kind at random, the same ones in each run of the program
+};
+
 /// Writes a constraint file and returns its path: mixed lines of all kinds as large designs have them, mostly
 /// delays and exceptions. Files are made once and kept in the temporary folder of the run.
-std::string constraintFile(std::size_t lines);
+std::string constraintFile(std::size_t lines, Order order = Order::periodic);
 
 /// Lines of one kind of the mix alone: its lines number `kind`, `kind` + 100 and so on.
 std::string linesOfKind(std::size_t kind, std::size_t lines);
@@ -26,8 +33,10 @@ std::size_t longestLine(std::string const& path);
 std::string oneLineOfNames(std::size_t names);
 std::string linesOfOneName(std::size_t names);
 
-/// A design dump of that many instances, each with four pins, a bus and a net of its own, and with clocks,
-/// views, memories and multipliers in proportion.
+/// A design dump of that many instances, and of ports, nets, clocks, views, memories and multipliers in proportion. The
+/// cell of number I is u_core_<I mod 97>.u_blk_<I mod 13>.inst_<I> (in the file "top." precedes it), of a random type
+/// that is the same in each run. It has the pins CK, D_<I>[<I mod 8>], A1 and Q, the bus D_<I> and the net net_<I>:
+/// only the bus and the net have names of their own.
 std::string designDump(std::size_t instances);
 
 /// A constraint database with as many records as constraintFile(lines) has commands.
