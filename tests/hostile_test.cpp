@@ -36,7 +36,7 @@ std::string repeated(std::string const& text) {
 void checkContent() {
     std::string const from = "set_false_path -from  ";
     std::string const many = repeated("x");
-    support::Row const files[] = {
+    std::pair<std::string, std::string> const files[] = {
         {"create_clock -period 2.5", "create_clock -period 2.500000\n~\n"},
         {"set_max_delay 0x1.8p1", "set_max_delay 3.000000\n~\n"},
         {"set_max_delay -1e999", "set_max_delay 0.000000\n~\n"},
@@ -52,7 +52,7 @@ void checkContent() {
     }
     std::string const net = "<top><library><unit><nets><nitem name=\"";
     std::string const nested = repeated("<z>") + repeated("</z>");
-    support::Row const dumps[] = {
+    std::pair<std::string, std::string> const dumps[] = {
         {net + many + "\"/>", many + ";"},
         {net + "a\">" + nested + "</nitem>" + nested + "<nitem/>", "a;;"},
         {"<!DOCTYPE top [<!ENTITY a \"" + many + "\">]>" + net + "&a;&a;\"/>", ""},

@@ -43,7 +43,7 @@ inline std::string read(std::string const& path) {
 struct Row {
     std::string input;
     std::string expected;
-    std::string place = {};  ///< its table and line
+    std::string place;  ///< its table and line
 };
 
 /// The rows of a table in data/, whose README.md tells how they are written.
