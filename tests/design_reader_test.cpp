@@ -13,36 +13,44 @@ using impl_detail::MrcDumpReader;
 
 namespace {
 
+char const* const types[] = {"no port",   "net",  "pin", "port", "", "cell", "top",  "port clock",
+                             "net clock", "view", "ram", "rom",  "", "",     "mult", "clock"};
+char const* const cellTypes[] = {"", " comb", " reg", " seq", " pad"};
+char const* const directions[] = {"", " in", " out", " inout"};
+
+std::string quoted(char const* word, std::string const& text) {
+    return word + (" '" + text + "'");
+}
+
+// Where a cell belongs, as far as it says so.
+std::string placeOf(TovBaseCellNode const& cell) {
+    std::string const library = cell.library().empty() ? "" : quoted(" library", cell.library());
+    return library + (cell.arch().empty() ? "" : quoted(" arch", cell.arch()));
+}
+
+// Each node of a list in a line of its own.
 template <class List>
-std::string text(char const* label, List const& list, TovNode const* parent) {
-    std::string line = list.empty() ? "" : label;
+std::string text(List const& list, TovNode const& parent, char const* indent = "\n") {
+    std::string lines;
     for (TovNode const* node : list) {
-        EXPECT_EQ(node->parent(), parent) << node->name();
-        line += " " + node->name() + ":" + std::to_string(node->type());
-        auto const* const port = dynamic_cast<TovPortNode const*>(node);
-        if (port != nullptr) line += ":" + std::to_string(port->direction());
+        EXPECT_EQ(node->parent(), &parent) << node->name();
+        lines += indent + quoted(types[node->type()], node->name());
+        if (auto const* port = dynamic_cast<TovPortNode const*>(node)) lines += directions[port->direction()];
+        if (auto const* cell = dynamic_cast<TovCellNode const*>(node)) {
+            lines += cellTypes[cell->cellType()] + placeOf(*cell) + text(cell->clocks(), *cell, "\n  ");
+            lines += text(cell->ports(), *cell, "\n  ") + text(cell->nets(), *cell, "\n  ");
+        }
     }
-    return line;
+    return lines;
 }
 
-std::string content(TovBaseCellNode const& cell) {
-    std::string const line = cell.library() + "," + cell.arch() + text(" C", cell.clocks(), &cell);
-    return line + text(" P", cell.ports(), &cell) + text(" N", cell.nets(), &cell);
+// What a tree holds in file order, each node in a line after a line feed.
+std::string content(TovTopNode const& top) {
+    return text(top.clocks(), top) + text(top.ports(), top) + text(top.nets(), top) + text(top.cells(), top) +
+           text(top.views(), top) + text(top.rams(), top) + text(top.roms(), top) + text(top.mults(), top);
 }
 
-/// A tree in file order: "name,entry,library,arch C clocks P ports N nets / cells V views ...".
-std::string text(TovTopNode const& top) {
-    std::string line = top.name() + "," + top.entry() + "," + content(top);
-    for (TovCellNode const* cell : top.cells()) {
-        EXPECT_TRUE(cell->type() == TOV_OBJ_CELL && cell->parent() == &top);
-        line += " / " + cell->name() + "," + std::to_string(cell->cellType()) + ",";
-        line += content(*cell);
-    }
-    line += text(" V", top.views(), &top) + text(" R", top.rams(), &top);
-    return line + text(" O", top.roms(), &top) + text(" M", top.mults(), &top);
-}
-
-/// What a dump gives: its tree, or "false" and the error text.
+/// What a dump gives: the top node and all below it, or "false" and the error text.
 std::string read(std::string const& dump, int entityLimit = 0) {
     support::TempDir const dir;
     TovTopNode top("", "", "", "work");
@@ -51,19 +59,25 @@ std::string read(std::string const& dump, int entityLimit = 0) {
     bool const done = reader.doRead(support::write(dir / "dump.xml", dump).c_str());
     EXPECT_EQ(reader.device(), nullptr);
     EXPECT_EQ(reader.hasError(), !done);
-    return done ? text(top) : "false " + reader.errorString().toStdString();
+    if (!done) return "false " + reader.errorString().toStdString();
+    std::string const entry = top.entry().empty() ? "" : quoted(" entry", top.entry());
+    return quoted("top", top.name()) + entry + placeOf(top) + content(top);
 }
 
-/// A dump of the tree "t,E,L,A" and what `content` adds.
+/// A dump of a tree that holds what `content` adds.
 std::string inUnit(std::string const& content) {
-    std::string const top = "<top name='t' library='L' arch='A' entry='E'>";
-    return top + "<library><unit>" + content + "</unit></library></top>";
+    return "<top name='t'><library><unit>" + content + "</unit></library></top>";
 }
 
-// What a dump gives, without the first words of the top cell.
-std::string addedBy(std::string const& dump, int entityLimit = 0) {
+// The lines of what a dump adds below the top node, each after a line feed.
+std::string linesOf(std::string const& dump, int entityLimit = 0) {
     std::string const tree = read(dump, entityLimit);
-    return tree.substr(tree.find(' ') + 1);
+    return tree.substr(std::min(tree.find('\n'), tree.size()));
+}
+
+std::string addedBy(std::string const& dump, int entityLimit = 0) {
+    std::string const lines = linesOf(dump, entityLimit);
+    return lines.empty() ? "" : lines.substr(1);
 }
 
 TEST(Reader, GivesTheTree) {
@@ -75,9 +89,10 @@ TEST(Reader, TakesEachListOnlyInItsPlaces) {
     support::expectRows("places", [](std::string const& list) {
         std::string const end = "<unit><mults><mult/></mults></unit></library></top>";
         std::string const instance = "<instance>" + list + "</instance>";
-        return addedBy("<top>" + list + "<library>" + end) + "\n" + addedBy("<top><library>" + list + end) + "\n" +
-               addedBy("<top><library><unit>" + list + "</unit>" + end) + "\n" +
-               addedBy("<top><library>" + instance + end);
+        return "in top:" + linesOf("<top>" + list + "<library>" + end) +                  //
+               "\nin library:" + linesOf("<top><library>" + list + end) +                 //
+               "\nin unit:" + linesOf("<top><library><unit>" + list + "</unit>" + end) +  //
+               "\nin instance:" + linesOf("<top><library>" + instance + end);
     });
 }
 
@@ -94,26 +109,30 @@ TEST(Reader, AltersNothing) {
         return "<!DOCTYPE top [<!ENTITY e \"" + value + "\">]>" + inUnit(content);
     };
     std::string const use = "<mults><mult name='&e;'/></mults>";
-    EXPECT_EQ(addedBy(inUnit("<!--->" + quotes + "--><mults><mult name='b'/></mults>")), "M b:14");
-    EXPECT_EQ(addedBy(withEntity(quotes, "<mults><mult/></mults>")), "M :14");
-    EXPECT_EQ(addedBy(inUnit("<mults><mult" + attributes + " name='b'/></mults>")), "M b:14");
-    EXPECT_EQ(addedBy(inUnit("<mults><mult/><mult" + attributes + " bad/><mult/></mults>")), "M :14");
-    EXPECT_EQ(addedBy(withEntity(name4000, use)), "M " + name4000 + ":14");
-    EXPECT_EQ(addedBy(withEntity("12345678901", use), 5), "t,E,L,A");
+    EXPECT_EQ(addedBy(inUnit("<!--->" + quotes + "--><mults><mult name='b'/></mults>")), "mult 'b'");
+    EXPECT_EQ(addedBy(withEntity(quotes, "<mults><mult/></mults>")), "mult ''");
+    EXPECT_EQ(addedBy(inUnit("<mults><mult" + attributes + " name='b'/></mults>")), "mult 'b'");
+    EXPECT_EQ(addedBy(inUnit("<mults><mult/><mult" + attributes + " bad/><mult/></mults>")), "mult ''");
+    EXPECT_EQ(addedBy(withEntity(name4000, use)), quoted("mult", name4000));
+    EXPECT_EQ(addedBy(withEntity("12345678901", use), 5), "");
 }
 
-TEST(Reader, ForgetsTheBusesOfTheFileBefore) {
+TEST(Reader, ForgetsTheFileBefore) {
     support::TempDir const dir;
     TovTopNode top("", "", "", "work");
     MrcDumpReader reader(&top);
-    std::string const item = "item name='d[0]'/>";
-    std::string const dump = inUnit("<pins><p" + item + "</pins><nets><n" + item + "</nets>");
-    for (int reads = 0; reads < 2; ++reads) {
-        EXPECT_FALSE(reader.doRead(support::write(dir / "bad.xml", "<x/>").c_str()));
-        EXPECT_TRUE(reader.doRead(support::write(dir / "dump.xml", dump).c_str()));
+    std::string const items = "<pins><pitem name='d[0]'/></pins><nets><nitem name='d[0]'/></nets>";
+    std::string const whole = support::write(dir / "whole", inUnit(items));
+    std::string const cut = support::write(dir / "cut", "<top><library><unit>" + items);
+    for (std::string const& path : {whole, cut, whole}) {
+        EXPECT_FALSE(reader.doRead(support::write(dir / "bad", "<x/>").c_str()));
+        EXPECT_FALSE(reader.doRead((dir / "none").c_str()));
+        EXPECT_FALSE(reader.hasError());
+        EXPECT_TRUE(reader.doRead(path.c_str()));
     }
-    std::string const pins = " P d[0]:3:0 d[0:0]:3:0 d[0]:3:0 d[0:0]:3:0";
-    EXPECT_EQ(text(top), "t,E,L,A" + pins + " N d[0]:1 d[0:0]:1 d[0]:1 d[0:0]:1");
+    std::string const pins = "\nport 'd[0]'\nport 'd[0:0]'";
+    std::string const nets = "\nnet 'd[0]'\nnet 'd[0:0]'";
+    EXPECT_EQ(content(top), pins + pins + pins + nets + nets + nets);
 }
 
 TEST(Reader, TreesAreListed) {
