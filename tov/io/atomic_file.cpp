@@ -2,26 +2,21 @@
 
 #include <fcntl.h>
 #include <limits.h>
-#include <signal.h>
-#include <stdio.h>
-#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdint>
-#include <cstring>
 
+#include "tov/io/error_text.h"
 #include "tov/io/file.h"
+#include "tov/io/file_rights.h"
+#include "tov/io/temporary_file.h"
 
 namespace kiri::tov {
 
 namespace {
 
-std::string reason(char const* path, int error) {
-    char buffer[256];
-    return std::string(path).append(": ").append(::strerror_r(error, buffer, sizeof buffer));
-}
+constexpr char notRegular[] = "not a regular file";
 
 /// A file's place: the folder and the name in it.
 struct Place {
@@ -40,121 +35,136 @@ Place followLinks(char const* path) {
     for (int links = 0; links < linksOfOnePath; ++links) {
         char target[PATH_MAX];
         ssize_t const size = ::readlink((place.folder + place.name).c_str(), target, sizeof target);
-        if (size < 0) break;
+        if (size <= 0) break;
         std::string const text(target, static_cast<std::size_t>(size));
         place = Place(text.front() == '/' ? text : place.folder + text);
     }
     return place;
 }
 
-/// While it lives, a write beyond the size limit of the process gives an error and no signal, in this thread.
-class SizeLimitWithoutSignal {
-public:
-    SizeLimitWithoutSignal() {
-        ::sigemptyset(&signal_);
-        ::sigaddset(&signal_, SIGXFSZ);
-        sigset_t pending;
-        ::sigpending(&pending);
-        wasPending_ = ::sigismember(&pending, SIGXFSZ) == 1;
-        ::pthread_sigmask(SIG_BLOCK, &signal_, &before_);
-    }
-    ~SizeLimitWithoutSignal() {
-        int const error = errno;
-        timespec const now{};
-        if (!wasPending_) ::sigtimedwait(&signal_, nullptr, &now);
-        ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
-        errno = error;
-    }
-    SizeLimitWithoutSignal(SizeLimitWithoutSignal const&) = delete;
-    SizeLimitWithoutSignal& operator=(SizeLimitWithoutSignal const&) = delete;
+// A folder in which the process may make files but that it may not list can be used, not synchronised.
+File openFolder(std::string const& path) {
+    File folder = openFile(path.c_str(), O_RDONLY | O_DIRECTORY);
+    if (!folder.isOpen() && errno == EACCES) folder = openFile(path.c_str(), O_PATH | O_DIRECTORY);
+    return folder;
+}
 
-private:
-    sigset_t signal_{};
-    sigset_t before_{};
-    bool wasPending_ = false;
+bool synchronise(File const& file) {
+    while (::fsync(file.descriptor()) != 0) {
+        if (errno != EINTR) return false;
+    }
+    return true;
+}
+
+bool synchroniseFolder(File const& folder) {
+    if (synchronise(folder)) return true;
+    bool const opensAlone = errno == EBADF;  // see openFolder
+    return opensAlone || errno == EINVAL || errno == ENOTSUP;
+}
+
+/// The status of a file, or that there is none.
+struct Status {
+    bool exists;
+    struct stat info;
+
+    bool operator==(Status const& other) const {
+        if (!exists || !other.exists) return exists == other.exists;
+        return info.st_ino == other.info.st_ino && info.st_dev == other.info.st_dev;
+    }
 };
 
-/// A new file in a folder, which goes with the object unless it is given a name.
-class TemporaryFile {
+/// What a save replaces.
+class Target {
 public:
-    /// `folder` is open and outlives the file.
-    TemporaryFile(int folder, mode_t mode) : folder_(folder), file_(create(mode)) {}
-    ~TemporaryFile() {
-        if (file_.isOpen() && !named_) ::unlinkat(folder_, name_, 0);
-    }
-    TemporaryFile(TemporaryFile const&) = delete;
-    TemporaryFile& operator=(TemporaryFile const&) = delete;
+    explicit Target(char const* path) : path_(path), place_(path) {}
 
-    /// False if it could not be made; the reason is in errno.
-    bool isOpen() const { return file_.isOpen(); }
-
-    /// Gives the file what belongs to another one: the owner as far as the process may, and the permission bits.
-    bool takeRightsOf(struct stat const& other) {
-        bool const given = ::fchown(file_.descriptor(), other.st_uid, other.st_gid) == 0;
-        static_cast<void>(given);
-        return ::fchmod(file_.descriptor(), other.st_mode & 07777U) == 0;
-    }
-
-    /// Writes the text to the disk.
-    bool write(std::string_view text) {
-        SizeLimitWithoutSignal const guard;
-        return writeAll(file_, text) && synchronise(file_.descriptor());
-    }
-
-    /// Puts the file in the place of another one in the folder.
-    bool rename(char const* name) {
-        named_ = ::renameat(folder_, name_, folder_, name) == 0;
-        return named_;
-    }
-
-    static bool synchronise(int descriptor) {
-        while (::fsync(descriptor) != 0) {
-            if (errno != EINTR) return false;
+    /// Finds the file and its rights. Returns why it cannot be replaced, in one line; "" if it can.
+    std::string find() {
+        // Other programs may replace the file meanwhile, which calls for another look.
+        constexpr int looks = 1000;
+        for (int i = 0; i < looks; ++i) {
+            bool settled = true;
+            std::string why = look(settled);
+            if (settled) return why;
         }
-        return true;
+        return systemText(EBUSY);
     }
+
+    bool exists() const { return exists_; }
+    File const& folder() const { return folder_; }
+    char const* name() const { return place_.name.c_str(); }
+    FileRights const& rights() const { return rights_; }
 
 private:
-    int create(mode_t mode) {
-        for (;;) {
-            std::uint64_t number = 0;
-            if (::getrandom(&number, sizeof number, 0) < 0) return -1;
-            ::snprintf(name_, sizeof name_, ".tov-%016llx", static_cast<unsigned long long>(number));
-            int const fd = ::openat(folder_, name_, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-            if (fd >= 0 || (errno != EEXIST && errno != EINTR)) return fd;
-        }
+    // One look. It is settled if the path leads to the same file before and after.
+    std::string look(bool& settled) {
+        // As long as the file is open, no other one has its number.
+        File const file = openFile(path_, O_PATH);
+        if (!file.isOpen() && errno != ENOENT) return systemText(errno);
+        Status before{file.isOpen(), {}};
+        if (before.exists && ::fstat(file.descriptor(), &before.info) != 0) return systemText(errno);
+        if (before.exists && !S_ISREG(before.info.st_mode)) return notRegular;
+        exists_ = before.exists;
+        place_ = followLinks(path_);
+        folder_ = openFolder(place_.folder);
+        if (!folder_.isOpen()) return systemText(errno);
+        std::string why = examine(before);
+        Status after{};
+        after.exists = ::stat(path_, &after.info) == 0;
+        settled = before == after;
+        return why;
     }
 
-    int folder_;
-    char name_[32] = {};
-    File file_;
-    bool named_ = false;
+    std::string examine(Status const& expected) {
+        Status found{};
+        int const folder = folder_.descriptor();
+        found.exists = ::fstatat(folder, name(), &found.info, AT_SYMLINK_NOFOLLOW) == 0;
+        // A file without a name of its own, as an open one that was deleted, cannot be replaced.
+        if (!(found == expected)) return notRegular;
+        if (!found.exists) return {};
+        if (::faccessat(folder, name(), W_OK, AT_EACCESS) != 0) return systemText(errno);
+        return rights_.read(place_.folder + place_.name, found.info);
+    }
+
+    char const* path_;
+    Place place_;
+    File folder_;
+    bool exists_ = false;
+    FileRights rights_;
 };
+
+// The new file is whole and has its rights before it has the name.
+std::string fill(TemporaryFile& file, Target const& target, std::string_view text) {
+    if (!file.write(text)) return systemText(errno);
+    // After the text, as writing takes some rights away.
+    std::string why = target.exists() ? target.rights().giveTo(file.file()) : std::string();
+    if (!why.empty()) return why;
+    return synchronise(file.file()) ? std::string() : systemText(errno);
+}
+
+std::string replace(Target& target, std::string_view text) {
+    std::string why = target.find();
+    if (!why.empty()) return why;
+    for (TemporaryFile::Kind const kind : {TemporaryFile::unnamed, TemporaryFile::named}) {
+        // The text is not shown to anyone before the file has the rights of the old one.
+        TemporaryFile file(kind, target.folder(), target.exists() ? 0600 : 0666);
+        if (!file.isOpen()) continue;
+        why = fill(file, target, text);
+        if (!why.empty()) return why;
+        if (!file.giveName()) continue;
+        bool const replaced = file.rename(target.name()) && synchroniseFolder(target.folder());
+        return replaced ? std::string() : systemText(errno);
+    }
+    return systemText(errno);
+}
 
 }  // namespace
 
 std::string replaceFile(char const* path, std::string_view text) {
     if (path == nullptr) return "no path";
-    struct stat old {};
-    bool const exists = ::stat(path, &old) == 0;
-    if (!exists && errno != ENOENT) return reason(path, errno);
-    if (exists && !S_ISREG(old.st_mode)) return std::string(path) + ": not a regular file";
-    if (exists && ::faccessat(AT_FDCWD, path, W_OK, AT_EACCESS) != 0) return reason(path, errno);
-
-    Place const place = followLinks(path);
-    File const folder = openFile(place.folder.c_str(), O_RDONLY | O_DIRECTORY);
-    if (!folder.isOpen()) return reason(path, errno);
-    // A file without a name of its own, as an open one that was deleted, cannot be replaced.
-    struct stat found {};
-    bool const there = ::fstatat(folder.descriptor(), place.name.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0;
-    if (there != exists || found.st_ino != old.st_ino || found.st_dev != old.st_dev)
-        return std::string(path) + ": not a regular file";
-
-    // The text is not shown to anyone before the file has the rights of the old one.
-    TemporaryFile file(folder.descriptor(), exists ? 0600 : 0666);
-    bool const replaced = file.isOpen() && (!exists || file.takeRightsOf(old)) && file.write(text) &&
-                          file.rename(place.name.c_str()) && TemporaryFile::synchronise(folder.descriptor());
-    return replaced ? std::string() : reason(path, errno);
+    Target target(path);
+    std::string const why = replace(target, text);
+    return why.empty() ? why : errorText(std::string(path) + ": " + why);
 }
 
 }  // namespace kiri::tov

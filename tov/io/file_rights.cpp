@@ -1,0 +1,98 @@
+#include "tov/io/file_rights.h"
+
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <string_view>
+
+#include "tov/io/error_text.h"
+
+namespace kiri::tov {
+
+namespace {
+
+constexpr char accessList[] = "system.posix_acl_access";
+
+// Puts what `call` writes to a buffer into `value`. Without a buffer, `call` returns the size that it needs.
+template <class Call>
+bool readValue(std::string& value, Call call) {
+    for (;;) {
+        ssize_t size = call(nullptr, 0);
+        if (size < 0) return false;
+        value.resize(static_cast<std::size_t>(size));
+        size = call(value.data(), value.size());
+        if (size >= 0) value.resize(static_cast<std::size_t>(size));
+        if (size >= 0 || errno != ERANGE) return size >= 0;
+    }
+}
+
+std::string refusalOf(std::string_view name) {
+    std::string const why = systemText(errno);
+    std::string const what = name == accessList ? "access list" : "attribute " + std::string(name);
+    return "its " + what + " cannot be kept: " + why;
+}
+
+// The bits that a file keeps whose group is another one. Its members have no more than the old group and all others
+// had; nor have all others, to whom the old group's members belong now.
+mode_t withoutGroup(mode_t mode) {
+    mode_t const shared = mode & (mode >> 3U) & S_IRWXO;
+    return (mode & ~static_cast<mode_t>(S_ISGID | S_IRWXG | S_IRWXO)) | shared << 3U | shared;
+}
+
+}  // namespace
+
+std::string FileRights::read(std::string const& path, struct stat const& status) {
+    status_ = status;
+    attributes_.clear();
+    std::string names;
+    bool const listed =
+        readValue(names, [&](char* to, std::size_t size) { return ::llistxattr(path.c_str(), to, size); });
+    if (!listed) return errno == ENOTSUP || errno == ENOSYS ? std::string() : systemText(errno);
+    for (std::size_t at = 0; at < names.size(); at += std::strlen(names.c_str() + at) + 1) {
+        Attribute attribute{names.c_str() + at, {}};
+        char const* const name = attribute.name.c_str();
+        auto const get = [&](char* to, std::size_t size) { return ::lgetxattr(path.c_str(), name, to, size); };
+        bool const found = readValue(attribute.value, get);
+        if (!found && errno == ENODATA) continue;  // it was removed meanwhile
+        if (!found) return refusalOf(attribute.name);
+        attributes_.push_back(std::move(attribute));
+    }
+    return {};
+}
+
+bool FileRights::hasAccessList() const {
+    return std::any_of(attributes_.begin(), attributes_.end(),
+                       [](Attribute const& attribute) { return attribute.name == accessList; });
+}
+
+std::string FileRights::giveTo(File const& file) const {
+    int const fd = file.descriptor();
+    // A process may be allowed to set the group alone. The status shows what came of it.
+    int const results[] = {::fchown(fd, static_cast<uid_t>(-1), status_.st_gid),
+                           ::fchown(fd, status_.st_uid, static_cast<gid_t>(-1))};
+    static_cast<void>(results);
+    struct stat now {};
+    if (::fstat(fd, &now) != 0) return systemText(errno);
+    mode_t mode = status_.st_mode & 07777U;
+    if (now.st_uid != status_.st_uid) mode &= ~static_cast<mode_t>(S_ISUID);
+    if (now.st_gid != status_.st_gid) {
+        errno = EPERM;
+        if (hasAccessList()) return refusalOf(accessList);
+        mode = withoutGroup(mode);
+    }
+    // The new file may have the default access list of its folder.
+    if (!hasAccessList() && ::fremovexattr(fd, accessList) != 0 && errno != ENODATA && errno != ENOTSUP)
+        return refusalOf(accessList);
+    for (auto const& [name, value] : attributes_) {
+        std::string present;
+        auto const get = [&, key = name.c_str()](char* to, std::size_t size) { return ::fgetxattr(fd, key, to, size); };
+        bool const same = readValue(present, get) && present == value;
+        if (!same && ::fsetxattr(fd, name.c_str(), value.data(), value.size(), 0) != 0) return refusalOf(name);
+    }
+    return ::fchmod(fd, mode) == 0 ? std::string() : systemText(errno);
+}
+
+}  // namespace kiri::tov

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <string>
+#include <vector>
+
+#include "tov/io/file.h"
+
+namespace kiri::tov {
+
+/// Who may do what with a file: owner, group, permission bits, access list and other extended attributes.
+class FileRights {
+public:
+    // Each returns why it fails, in one line; "" if it works.
+
+    /// Takes the rights of the file at `path`, whose status is `status`.
+    std::string read(std::string const& path, struct stat const& status);
+
+    /// Gives the rights to a file that the process has made. It never gets a right that is not among them: where the
+    /// group cannot be set, another group has what both the old group and all others had.
+    std::string giveTo(File const& file) const;
+
+private:
+    struct Attribute {
+        std::string name;
+        std::string value;
+    };
+
+    bool hasAccessList() const;
+
+    struct stat status_ {};
+    std::vector<Attribute> attributes_;
+};
+
+}  // namespace kiri::tov

@@ -1,0 +1,91 @@
+#include "tov/io/temporary_file.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <stdio.h>
+#include <sys/random.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <string>
+
+namespace kiri::tov {
+
+namespace {
+
+/// While it lives, a write beyond the size limit of the process gives an error and no signal, in this thread.
+class SizeLimitWithoutSignal {
+public:
+    SizeLimitWithoutSignal() {
+        ::sigemptyset(&signal_);
+        ::sigaddset(&signal_, SIGXFSZ);
+        sigset_t pending;
+        ::sigpending(&pending);
+        wasPending_ = ::sigismember(&pending, SIGXFSZ) == 1;
+        ::pthread_sigmask(SIG_BLOCK, &signal_, &before_);
+    }
+    ~SizeLimitWithoutSignal() {
+        int const error = errno;
+        timespec const now{};
+        if (!wasPending_) ::sigtimedwait(&signal_, nullptr, &now);
+        ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+        errno = error;
+    }
+    SizeLimitWithoutSignal(SizeLimitWithoutSignal const&) = delete;
+    SizeLimitWithoutSignal& operator=(SizeLimitWithoutSignal const&) = delete;
+
+private:
+    sigset_t signal_{};
+    sigset_t before_{};
+    bool wasPending_ = false;
+};
+
+}  // namespace
+
+TemporaryFile::TemporaryFile(Kind kind, File const& folder, mode_t mode) : folder_(folder) {
+    int const at = folder.descriptor();
+    constexpr int flags = O_WRONLY | O_CLOEXEC;
+    file_ = File(kind == unnamed ? ::openat(at, ".", flags | O_TMPFILE, mode)
+                                 : makeName([&] { return ::openat(at, name_, flags | O_CREAT | O_EXCL, mode); }));
+}
+
+TemporaryFile::~TemporaryFile() {
+    if (name_[0] != '\0') ::unlinkat(folder_.descriptor(), name_, 0);
+}
+
+bool TemporaryFile::write(std::string_view text) {
+    SizeLimitWithoutSignal const guard;
+    return writeAll(file_, text);
+}
+
+bool TemporaryFile::giveName() {
+    if (name_[0] != '\0') return true;
+    std::string const source = "/proc/self/fd/" + std::to_string(file_.descriptor());
+    return makeName(
+               [&] { return ::linkat(AT_FDCWD, source.c_str(), folder_.descriptor(), name_, AT_SYMLINK_FOLLOW); }) >= 0;
+}
+
+bool TemporaryFile::rename(char const* name) {
+    int const at = folder_.descriptor();
+    if (::renameat(at, name_, at, name) != 0) return false;
+    name_[0] = '\0';
+    return true;
+}
+
+/// Calls `make` with a new name until there is no file of that name yet; returns what it returned, and forgets the name
+/// if that is a failure.
+template <class Make>
+int TemporaryFile::makeName(Make make) {
+    for (;;) {
+        std::uint64_t number = 0;
+        if (::getrandom(&number, sizeof number, 0) < 0) return -1;
+        ::snprintf(name_, sizeof name_, ".tov-%016llx", static_cast<unsigned long long>(number));
+        int const made = make();
+        if (made >= 0) return made;
+        name_[0] = '\0';
+        if (errno != EEXIST && errno != EINTR) return made;
+    }
+}
+
+}  // namespace kiri::tov
