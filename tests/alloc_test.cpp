@@ -191,6 +191,12 @@ TEST(Alloc, Commands) {
     });
 }
 
+TEST(Alloc, ADatabaseTakesAllThatItOwnsWithIt) {
+    long const before = live;
+    support::makeDatabase();
+    EXPECT_EQ(live, before);
+}
+
 TEST(Alloc, Designs) {
     TovTopNode top("", "", "", "");
     untilFailure = 1000000;

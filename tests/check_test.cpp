@@ -116,9 +116,12 @@ TEST_F(Atomic, FollowsLinks) {
 TEST_F(Atomic, SaysWhyItFailed) {
     fs::create_symlink("loop", dir / "loop");
     fs::create_directory(dir / "sub");
+    std::string const device = support::makeFullDevice(dir);
     std::set<std::string> const before = names();
     support::expectRows("save_errors", [this](std::string const& to) { return save(dir / to); });
-    EXPECT_EQ(save("/dev/full"), "not a regular file");
+    if (!device.empty()) {
+        EXPECT_EQ(save(device), "not a regular file");
+    }
     EXPECT_EQ(save(""), "No such file or directory");
     EXPECT_FALSE(document.saveAtomically(nullptr));
     // As somebody who may not write.

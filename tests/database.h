@@ -14,6 +14,7 @@ inline std::unique_ptr<taDci> makeDatabase() {
     ppStlList<taDciObj*> const none;
     auto db = std::make_unique<taDci>();
     // clang-format off
+    db->errors.push_back(text("an error"));
     auto* const clock = new taDciSynClk{
         0, 3333, text("a_clock_of_a_name_that_no_small_text_could_hold"), nullptr,
         refs("get_ports {p q}"), 0, 0x80, nullptr, nullptr, nullptr,

@@ -71,7 +71,8 @@ TEST(Files, MayNotBeThereOrFail) {
     }
     EXPECT_EQ(bodyOf(document), "set_false_path\nc\n~\n#attribute\ta\tb\tc\td\te\n");
     EXPECT_FALSE(document.save(folder.c_str()));
-    EXPECT_TRUE(document.save("/dev/full"));
+    std::string const full = support::makeFullDevice(dir);
+    EXPECT_TRUE(full.empty() || document.save(full.c_str()));
     // What is there and cannot be opened keeps the comments, what cannot be read does not.
     EXPECT_FALSE(document.parseTovFile(folder.c_str()));
     EXPECT_EQ(bodyOf(document), "set_false_path\nc\n~\n");

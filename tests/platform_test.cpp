@@ -27,10 +27,20 @@ TEST(Utilities, FormatsAsPrintfDoes) {
     }
     EXPECT_STREQ(neoform("%d%%%d", -2147483647 - 1, 7), "-2147483648%7");
     EXPECT_STREQ(neoform("%s|%5.2f|%-4d|%x|%c|%ld", "text", 1.25, 3, 255U, 'c', 5L), "text| 1.25|3   |ff|c|5");
-    std::string const longText(100000, 'x');
-    EXPECT_TRUE(neoform("%s", longText.c_str()) == longText);
     EXPECT_STREQ(neoform(""), "");
+    EXPECT_EQ(neoform("%"), nullptr);
     EXPECT_EQ(neoform(nullptr), nullptr);
+}
+
+// On a thread whose text is new, and grows.
+TEST(Utilities, FormatsTextsOfAnyLength) {
+    for (std::size_t size : {511U, 512U, 513U, 100000U}) {
+        std::string const part(size, 'x');
+        std::thread([&] {
+            EXPECT_EQ(neoform("%s", part.c_str()), part);
+            EXPECT_EQ(neoform((part + "%d" + part + "%d").c_str(), 1, 2), part + "1" + part + "2");
+        }).join();
+    }
 }
 
 TEST(Utilities, TextOfAThreadStaysWhileAnotherFormats) {
@@ -40,11 +50,14 @@ TEST(Utilities, TextOfAThreadStaysWhileAnotherFormats) {
 }
 
 TEST(Utilities, ComparesWithoutCase) {
-    EXPECT_EQ(ut_stricmp("@ClkIn", "@CLKIN"), 0);
+    EXPECT_EQ(ut_stricmp("@AbyZ[", "@aBYz["), 0);
     EXPECT_LT(ut_stricmp("[", "a"), 0);
+    EXPECT_NE(ut_stricmp("@", "`"), 0);
+    EXPECT_NE(ut_stricmp("[", "{"), 0);
     EXPECT_GT(ut_stricmp("ab", "A"), 0);
     EXPECT_NE(ut_stricmp("\xc4", "\xe4"), 0);
     EXPECT_EQ(ut_stricmp(nullptr, ""), 0);
+    EXPECT_EQ(ut_stricmp("", nullptr), 0);
     EXPECT_EQ(ut_strincmp("GET_portsX", "get_ports", 9), 0);
     EXPECT_NE(ut_strincmp("get_port", "get_ports", 9), 0);
 }

@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 
 #include <filesystem>
 #include <fstream>
@@ -38,6 +40,13 @@ inline std::string write(std::string const& path, std::string const& text) {
 inline std::string read(std::string const& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Makes a device that is always full, so that no test writes to the system's. Empty where that is not allowed.
+inline std::string makeFullDevice(TempDir const& dir) {
+    std::string path = dir / "full";
+    bool const made = ::mknod(path.c_str(), S_IFCHR | 0600, ::makedev(1, 7)) == 0 && std::ofstream(path).is_open();
+    return made ? path : "";
 }
 
 struct Row {
