@@ -1,0 +1,147 @@
+// Documents joined with a design: the words of commands, and the commands of nodes.
+
+#include "tov/names/document_names.h"
+
+#include <gtest/gtest.h>
+
+#include "support.h"
+#include "tov/cmd/commands.h"
+#include "tov/cmd/references.h"
+#include "tov/edit.h"
+#include "tov/make_command.h"
+
+namespace {
+
+using namespace kiri::tov;
+
+TovNameMatch const matches[] = {TOVMATCH_LEVELS, TOVMATCH_LOCAL, TOVMATCH_FLAT};
+
+class Join : public testing::Test {
+protected:
+    Join() { support::load(document, "create_clock -name m\n#disable create_clock -name off"); }
+
+    static TovDesign const& design() {
+        static TovDesign loaded;
+        static bool const done = loaded.load(TEST_DATA "/joined.xml");
+        EXPECT_TRUE(done);
+        return loaded;
+    }
+
+    // Adds the command of a line; what is no line is an expression after "-from".
+    TovCmd& add(std::string const& line) {
+        TOVCMD_TYPE list = TOVCMD_NONE;
+        if (std::unique_ptr<TovCmd> cmd = makeCommand(line, &list)) return addCommand(document, list, std::move(cmd));
+        auto path = std::make_unique<TovCmdFalsePath>(nullptr);
+        replaceReferences(path->from, line, false);
+        return addCommand(document, TOVCMD_FALSEPATH, std::move(path));
+    }
+
+    // The uses as lines "role:type word", those among `missing` marked.
+    static std::string textOf(std::vector<TovNameUse> const& uses, std::vector<TovNameUse> missing) {
+        std::string text;
+        for (TovNameUse const& use : uses) {
+            text += (text.empty() ? "" : "\n") + (use.role + (":" + std::to_string(use.type))) + " " + use.word;
+            if (use.match == TOVMATCH_LOCAL) text += " local";
+            if (missing.empty() || missing.front().role != use.role || missing.front().word != use.word) continue;
+            text += " missing";
+            missing.erase(missing.begin());
+        }
+        return text + (missing.empty() ? "" : " and others are missing");
+    }
+
+    static std::string wordsOf(std::vector<TovNameUse> const& uses) {
+        std::string text;
+        for (TovNameUse const& use : uses) text += (text.empty() ? "" : " ") + use.word;
+        return text;
+    }
+
+    template <class Node>
+    static void addNodes(std::vector<TovNode const*>& nodes, std::size_t (TovDesign::*query)(std::list<Node*>&) const) {
+        std::list<Node*> found;
+        (design().*query)(found);
+        nodes.insert(nodes.end(), found.begin(), found.end());
+    }
+
+    TOV document;
+    TovDesignNames const names{design()};
+};
+
+TEST_F(Join, FindsTheWordsOfCommands) {
+    add("create_generated_clock -name {g.1}");
+    add("create_clock -period 1 {d d[0]}");
+    TovDocumentNames const join(document, names);
+    support::expectRows("uses", [&](std::string const& line) {
+        TovCmd& cmd = add(line);
+        TovDocumentNames const whole(document, names);
+        EXPECT_EQ(wordsOf(whole.missing()), wordsOf(join.missingIn(cmd)));
+        cmd.enabled = false;
+        EXPECT_EQ(wordsOf(whole.missing()), "");
+        return textOf(join.usesIn(cmd), join.missingIn(cmd));
+    });
+}
+
+// The words of every command against every node, by the index itself.
+TEST_F(Join, FindsTheCommandsOfNodes) {
+    for (support::Row const& row : support::rowsOf("uses")) add(row.input);
+    for (char const* words : {"* */* */*/* n?? u1/m[1] u1/m[3:0] CK m", "u1/r0/Q\\* \\\\r\xc3\xbc/x lib/u1/rtl/CK gck"})
+        add("#disable set_false_path -from {" + std::string(words) + "} -to [get_pins -hier {" + words + "}]");
+    std::vector<TovNode const*> nodes;
+    addNodes(nodes, &TovDesign::getPorts);
+    addNodes(nodes, &TovDesign::getPins);
+    addNodes(nodes, &TovDesign::getNets);
+    addNodes(nodes, &TovDesign::getCells);
+    addNodes(nodes, &TovDesign::getClocks);
+    for (TovNameMatch const match : matches) {
+        TovDocumentNames const join(document, names, match);
+        std::size_t count = 0;
+        for (TovNode const* node : nodes) {
+            std::vector<TovCmd*> expected;
+            forEachCommand(document, [&](TOVCMD_TYPE, TovCmd& cmd) {
+                bool refers = false;
+                for (TovNameUse const& use : join.usesIn(cmd)) {
+                    std::vector<TovNode const*> found;
+                    names.find(use.type, use.word, found, use.match);
+                    refers = refers || std::find(found.begin(), found.end(), node) != found.end();
+                }
+                if (refers) expected.push_back(&cmd);
+            });
+            EXPECT_EQ(join.commandsOf(*node), expected) << node->hierachyName('/');
+            count += expected.size();
+        }
+        EXPECT_GT(count, 50U);
+    }
+}
+
+TEST_F(Join, FollowsChanges) {
+    TovCmd& path = add("set_false_path -from [get_clocks {off m new*}] -to u1/CK");
+    TovDocumentNames join(document, names);
+    std::list<TovPortNode*> pins;
+    design().getPins(pins);
+    TovNode const& pin = *pins.front();
+    EXPECT_EQ(wordsOf(join.missing()), "off new*");
+    EXPECT_EQ(join.commandsOf(pin), std::vector<TovCmd*>{&path});
+
+    std::list<TovCmd*>& clocks = *document.getTovCmdList(TOVCMD_CLOCK);
+    clocks.front()->enabled = false;
+    clocks.back()->enabled = true;
+    TovCmd& clock = add("create_clock -name new_1 u1/CK");
+    join.add(clock);
+    EXPECT_EQ(wordsOf(join.missing()), "m");
+    EXPECT_EQ(join.commandsOf(pin), (std::vector<TovCmd*>{&clock, &path}));
+
+    join.remove(clock);
+    clocks.pop_back();
+    delete &clock;
+    EXPECT_EQ(wordsOf(join.missing()), "m new*");
+    join.remove(path);
+    EXPECT_TRUE(join.missing().empty() && join.commandsOf(pin).empty());
+    EXPECT_EQ(wordsOf(join.missingIn(path)), "m new*");
+    // As often as it takes for what is left of the old words to be dropped.
+    for (int i = 0; i < 5000; ++i) {
+        replaceReferences(static_cast<TovCmdFalsePath&>(path).to, "u1/C" + std::to_string(i), false);
+        join.add(path);
+    }
+    EXPECT_EQ(wordsOf(join.missing()), "m new* u1/C4999");
+}
+
+}  // namespace

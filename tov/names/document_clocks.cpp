@@ -1,0 +1,58 @@
+#include "tov/names/document_clocks.h"
+
+#include <algorithm>
+
+#include "tov/cmd/cmd.h"
+#include "tov/cmd/references.h"
+#include "tov/names/word_match.h"
+#include "tov/text.h"
+
+namespace kiri::tov {
+
+namespace {
+
+// The name that a definition means by a word: "{a.b\[0\]}" is "a/b[0]".
+std::string nameIn(std::string_view word) {
+    auto const isEnclosing = [](char c) { return isSpace(c) || c == '{' || c == '}' || c == '"'; };
+    while (!word.empty() && isEnclosing(word.front())) word.remove_prefix(1);
+    while (!word.empty() && isEnclosing(word.back())) word.remove_suffix(1);
+    std::string name;
+    for (std::size_t i = 0; i < word.size(); ++i) {
+        if (word[i] == '\\' && ++i == word.size()) break;
+        name += word[i] == '.' ? '/' : word[i];
+    }
+    return name;
+}
+
+}  // namespace
+
+void DocumentClocks::add(TovCmd& cmd) {
+    std::string name = nameIn(definedClock(cmd));
+    if (name.empty()) return;
+    auto const place = definitions_.try_emplace(&cmd).first;
+    try {
+        place->second = clocks_.emplace(std::move(name), &cmd);
+    } catch (...) {
+        definitions_.erase(place);
+        throw;
+    }
+}
+
+void DocumentClocks::remove(TovCmd const& cmd) {
+    auto const place = definitions_.find(&cmd);
+    if (place == definitions_.end()) return;
+    clocks_.erase(place->second);
+    definitions_.erase(place);
+}
+
+bool DocumentClocks::has(std::string const& word) const {
+    auto const isEnabled = [](auto const& clock) { return clock.second->enabled; };
+    if (isLiteral(word)) {
+        auto const [first, last] = clocks_.equal_range(nameIn(word));
+        return std::any_of(first, last, isEnabled);
+    }
+    return std::any_of(clocks_.begin(), clocks_.end(),
+                       [&](auto const& clock) { return isEnabled(clock) && matchesText(word, clock.first); });
+}
+
+}  // namespace kiri::tov

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace kiri::tov {
+
+class TovCmd;
+
+/// The clocks that the commands of a document define. They count while their command is enabled.
+class DocumentClocks {
+public:
+    /// Takes the clock that a command defines, if it does; std::bad_alloc changes nothing.
+    void add(TovCmd& cmd);
+    void remove(TovCmd const& cmd);
+
+    /// Whether a word stands for any of the clocks.
+    bool has(std::string const& word) const;
+
+private:
+    using Clocks = std::multimap<std::string, TovCmd const*, std::less<>>;
+
+    Clocks clocks_;  // by name, its levels joined by '/'
+    std::unordered_map<TovCmd const*, Clocks::iterator> definitions_;
+};
+
+}  // namespace kiri::tov

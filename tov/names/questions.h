@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/dci.h"
+#include "tov/names/design_names.h"
+
+namespace kiri::tov {
+
+/// What the words of a document ask a design for. Equal questions are one; none is ever taken out.
+class Questions {
+public:
+    using Id = std::uint32_t;
+    enum class Answer : std::uint8_t { unknown, missing, found };
+
+    struct Question {
+        taDciObjTyp type;  ///< port, pin, net, cell, clock or name
+        TovNameMatch match;
+        std::string_view word;  ///< lives until the next question is put
+    };
+
+    /// Returns the number of a question, which is put unless it is there.
+    Id put(Question const& question);
+
+    /// Returns the number of a question; size() if it is not there.
+    Id find(Question const& question) const;
+
+    Question operator[](Id id) const;
+    Id size() const { return static_cast<Id>(rows_.size()); }
+
+    Answer answer(Id id) const { return rows_[id].answer; }
+    void setAnswer(Id id, Answer answer) { rows_[id].answer = answer; }
+
+    /// Calls `visit(id)` for each question whose word may stand for something else than itself: a pattern, a range, an
+    /// escape, text beyond ASCII.
+    template <class Visit>
+    void forEachPattern(Visit visit) const {
+        for (Id const id : patterns_) visit(id);
+    }
+
+    /// Calls `visit(id)` for each question whose word is `text`, whose levels are joined by '/', and perhaps for
+    /// others.
+    template <class Visit>
+    void forEachSpelling(std::string_view text, Visit visit) const {
+        if (slots_.empty()) return;
+        std::uint32_t const hash = hashOf(text);
+        for (std::size_t at = hash & mask(); slots_[at] != free; at = (at + 1) & mask()) {
+            if (rows_[slots_[at]].hash == hash) visit(slots_[at]);
+        }
+    }
+
+    /// Makes room for so many questions with so many bytes in their words: putting them does not throw then.
+    void reserve(std::size_t questions, std::size_t bytes);
+    std::size_t bytes() const { return words_.size(); }
+
+    /// Gives back the memory that further questions would take.
+    void shrink();
+
+private:
+    struct Row {
+        std::size_t end;  // of the word in words_; it begins where the one before ends
+        std::uint32_t hash;
+        std::uint8_t type;
+        std::uint8_t match;
+        Answer answer;
+    };
+    static constexpr Id free = 0xffffffff;
+
+    static std::uint32_t hashOf(std::string_view word);
+    std::size_t mask() const { return slots_.size() - 1; }
+    std::size_t slotOf(Question const& question, std::uint32_t hash) const;
+
+    std::string words_;
+    std::vector<Row> rows_;
+    std::vector<Id> slots_;  // a hash table; their number is a power of two, a quarter is free at least
+    std::vector<Id> patterns_;
+};
+
+}  // namespace kiri::tov

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "platform/dci.h"
+
+namespace kiri::tov {
+
+class TovCmd;
+
+/// A word by which a command refers to objects.
+struct ReferenceWord {
+    char const* role;       ///< as TovReferences has it
+    taDciObjTyp type;       ///< the type of the reference, or of the query that holds the word
+    std::string_view text;  ///< a view into the command's reference
+    bool isLocal;           ///< its query is hierarchical
+};
+
+/// Returns the words of a command's references in the order of writing: each role, type and text once, nothing that is
+/// no name, and nothing of a query that cannot be judged by names alone. The views end with the references.
+std::vector<ReferenceWord> referenceWords(TovCmd& cmd);
+
+}  // namespace kiri::tov
