@@ -108,6 +108,7 @@ private:
         place_ = followLinks(path_);
         folder_ = openFolder(place_.folder);
         if (!folder_.isOpen()) return systemText(errno);
+        if (place_.name.empty()) return systemText(ENOENT);
         std::string why = examine(before);
         Status after{};
         after.exists = ::stat(path_, &after.info) == 0;
