@@ -1,5 +1,7 @@
 #include "tov/cmd/references.h"
 
+#include <algorithm>
+
 #include <string_view>
 
 #include "tov/cmd/commands.h"
@@ -34,8 +36,18 @@ std::string_view firstName(std::string_view expression) {
     return {};
 }
 
+// What a group or a quoted word holds.
+std::string_view withoutBraces(std::string_view word) {
+    constexpr std::string_view left = "{\" ";
+    constexpr std::string_view right = "}\" ";
+    word.remove_prefix(std::min(word.find_first_not_of(left), word.size()));
+    word.remove_suffix(word.size() - (word.find_last_not_of(right) + 1));
+    return word;
+}
+
 std::string clockOf(std::string const& name, ppStlList<taDciObj*> const& targets) {
-    if (!name.empty() || targets.empty() || targets.front() == nullptr) return name;
+    if (!name.empty()) return std::string(withoutBraces(name));
+    if (targets.empty() || targets.front() == nullptr) return {};
     taDciObj const& target = *targets.front();
     std::string_view const word = orEmpty(target.name);
     return std::string(target.type == taDciObjName ? firstName(word) : word);

@@ -28,8 +28,8 @@ TOVENG_API std::vector<TovReferences> referencesOf(TovCmd& cmd);
 /// old ones. std::bad_alloc leaves the list as it was.
 TOVENG_API void replaceReferences(ppStlList<taDciObj*>& list, std::string const& expression, bool source);
 
-/// Returns the clock that a TovCmdClockDef or TovCmdGenClockDef defines: its `clockName` or, if that is empty, the
-/// first name in its first target. "" if there is none, and for any other command.
+/// Returns the clock that a TovCmdClockDef or TovCmdGenClockDef defines: its `clockName` without braces or, if that is
+/// empty, the first name in its first target. "" if there is none, and for any other command.
 TOVENG_API std::string definedClock(TovCmd& cmd);
 
 }  // namespace kiri::tov

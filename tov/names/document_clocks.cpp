@@ -5,17 +5,13 @@
 #include "tov/cmd/cmd.h"
 #include "tov/cmd/references.h"
 #include "tov/names/word_match.h"
-#include "tov/text.h"
 
 namespace kiri::tov {
 
 namespace {
 
-// The name that a definition means by a word: "{a.b\[0\]}" is "a/b[0]".
+// The name that a definition means by a word: "a.b\[0\]" is "a/b[0]".
 std::string nameIn(std::string_view word) {
-    auto const isEnclosing = [](char c) { return isSpace(c) || c == '{' || c == '}' || c == '"'; };
-    while (!word.empty() && isEnclosing(word.front())) word.remove_prefix(1);
-    while (!word.empty() && isEnclosing(word.back())) word.remove_suffix(1);
     std::string name;
     for (std::size_t i = 0; i < word.size(); ++i) {
         if (word[i] == '\\' && ++i == word.size()) break;
