@@ -167,7 +167,7 @@ bool checkTovFile(char const* path, std::vector<TovFinding>& findings) {
         }
     }
     findings.swap(checker.findings);
-    return file.isOpen() && !lines.failed();
+    return file.isOpen() && lines.error() == 0;
 }
 
 std::vector<TovFinding> checkTovLine(std::string const& line) {

@@ -11,10 +11,12 @@
 
 #include "tov/loader.h"
 
+#include <cerrno>
 #include <stdexcept>
 #include <string>
 
 #include "tov/edit.h"
+#include "tov/io/error_text.h"
 #include "tov/io/file.h"
 #include "tov/io/line_reader.h"
 #include "tov/text.h"
@@ -110,9 +112,13 @@ std::unique_ptr<TovCmd> FileLine::makeCommand() const {
     return cmd;
 }
 
-ReadResult readTovFile(TOV& document, char const* path, TovProgress const& progress) {
+ReadOutcome readTovFile(TOV& document, char const* path, TovProgress const& progress) {
+    ReadOutcome outcome;
     File const file = openForReading(path);
-    if (!file.isOpen()) return ReadResult::failed;
+    if (!file.isOpen()) {
+        outcome.problem = systemText(errno);
+        return outcome;
+    }
     document.sdcCommentText.clear();
     document.attributeCommentText.clear();
     ProgressMeter meter(progress, bytesLeft(file));
@@ -121,18 +127,25 @@ ReadResult readTovFile(TOV& document, char const* path, TovProgress const& progr
     try {
         for (std::string_view line; lines.next(line);) parser.readLine(line.data());
     } catch (std::out_of_range const&) {
-        // The line that a command refuses ends the reading; what stood before it is kept.
-        parser.finish();
-        throw;
+        // The line that a command refuses ends the reading; what came before it is kept.
+        outcome.refusal = std::current_exception();
+        outcome.problem = "Line " + std::to_string(lines.number()) + ": create_clock ends in -waveform";
     }
+    if (lines.error() != 0) outcome.problem = systemText(lines.error());
     parser.finish();
-    bool const whole = !lines.failed() && !meter.stopped() && meter.finish();
-    if (!meter.stopped()) return whole ? ReadResult::whole : ReadResult::failed;
+    if (outcome.problem.empty() && !meter.stopped()) meter.finish();
+    if (!meter.stopped()) return outcome;
+    emptyDocument(document);
+    meter.rethrow();
+    outcome.problem = stoppedText;
+    outcome.stopped = true;
+    return outcome;
+}
+
+void emptyDocument(TOV& document) {
     document.reset();
     document.sdcCommentText.clear();
     document.attributeCommentText.clear();
-    meter.rethrow();
-    return ReadResult::stopped;
 }
 
 }  // namespace kiri::tov

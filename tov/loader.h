@@ -1,6 +1,8 @@
 #pragma once
 
+#include <exception>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "tov/command_kind.h"
@@ -24,10 +26,21 @@ struct FileLine {
 };
 
 /// How a file was read.
-enum class ReadResult { failed, whole, stopped };
+struct ReadOutcome {
+    std::string problem;         // why it was not read to its end, in one line; empty if it was
+    bool stopped = false;        // `progress` asked for it
+    std::exception_ptr refusal;  // the exception of the line that ended the reading
 
-/// Reads a file into a document, as TOV::parseTovFile tells. When `progress` stops it, the document is left as after
-/// its construction, and an exception of `progress` goes on.
-ReadResult readTovFile(TOV& document, char const* path, TovProgress const& progress);
+    void rethrow() const {
+        if (refusal != nullptr) std::rethrow_exception(refusal);
+    }
+};
+
+/// Reads a file into a document, see TOV::parseTovFile. When `progress` stops it, the document is left as after its
+/// construction, and an exception of `progress` goes on.
+ReadOutcome readTovFile(TOV& document, char const* path, TovProgress const& progress);
+
+/// Leaves a document as after its construction.
+void emptyDocument(TOV& document);
 
 }  // namespace kiri::tov

@@ -41,15 +41,34 @@ bool TOV::load(char const* path) {
 bool TOV::load(char const* path, TovProgress const& progress) {
     if (!exists(path)) return false;
     reset();
-    // A file that cannot be opened gives no command: callers test existence only.
-    return readTovFile(*this, path, progress) != ReadResult::stopped;
+    // A file that cannot be opened makes no command: callers test existence only.
+    ReadOutcome const outcome = readTovFile(*this, path, progress);
+    outcome.rethrow();
+    return !outcome.stopped;
+}
+
+bool TOV::read(char const* path, TovProgress const& progress, std::string* error) {
+    emptyDocument(*this);
+    ReadOutcome outcome;
+    try {
+        outcome = readTovFile(*this, path, progress);
+    } catch (...) {
+        emptyDocument(*this);
+        throw;
+    }
+    bool const whole = outcome.problem.empty();
+    if (!whole) emptyDocument(*this);
+    if (error != nullptr) error->swap(outcome.problem);
+    return whole;
 }
 
 bool TOV::parseTovFile(char const* path) {
     if (!exists(path)) return false;
     // The other lists keep their commands: the file's are added to them.
     freeCommands(*getTovCmdList(TOVCMD_ATTRIBUTE));
-    return readTovFile(*this, path, {}) == ReadResult::whole;
+    ReadOutcome const outcome = readTovFile(*this, path, {});
+    outcome.rethrow();
+    return outcome.problem.empty();
 }
 
 std::string TOV::toSaveString() {

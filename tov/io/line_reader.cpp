@@ -1,6 +1,7 @@
 #include "tov/io/line_reader.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <new>
 
@@ -23,12 +24,15 @@ bool LineReader::next(std::string_view& line) {
         if (void const* const lineFeed = std::memchr(text + searched, '\n', size - searched)) {
             line = take(static_cast<std::size_t>(static_cast<char const*>(lineFeed) - text));
             ++begin_;
+            ++number_;
             return true;
         }
         searched = size;
         if (fill()) continue;
         line = take(end_ - begin_);
-        return !line.empty() && !failed_ && !stopped();
+        if (line.empty() || error_ != 0 || stopped()) return false;
+        ++number_;
+        return true;
     }
 }
 
@@ -44,7 +48,7 @@ std::string_view LineReader::take(std::size_t size) {
 // Reads a chunk after the unconsumed bytes, which move to the front of the buffer. A line that fills the buffer doubles
 // it.
 bool LineReader::fill() {
-    if (failed_) return false;
+    if (error_ != 0) return false;
     std::size_t const unconsumed = end_ - begin_;
     if (begin_ > 0) std::memmove(buffer_.get(), buffer_.get() + begin_, unconsumed);
     begin_ = 0;
@@ -52,7 +56,7 @@ bool LineReader::fill() {
     if (unconsumed + 1 == capacity_) resize(2 * capacity_);
     std::size_t const space = capacity_ - unconsumed - 1;
     ssize_t const got = readSome(file_, buffer_.get() + unconsumed, std::min(space, chunkSize));
-    failed_ = got < 0;
+    if (got < 0) error_ = errno;
     if (got <= 0 || (meter_ != nullptr && !meter_->add(static_cast<std::size_t>(got)))) return false;
     end_ += static_cast<std::size_t>(got);
     return true;

@@ -20,8 +20,11 @@ public:
     /// call. False at the end, and where the meter stops the load.
     bool next(std::string_view& line);
 
-    /// Whether reading stopped at an error rather than at the end of the file.
-    bool failed() const { return failed_; }
+    /// The number of lines that next() has returned.
+    std::size_t number() const { return number_; }
+
+    /// The errno of a read that failed; 0 if none did.
+    int error() const { return error_; }
 
 private:
     struct Free {
@@ -40,7 +43,8 @@ private:
     std::unique_ptr<char, Free> buffer_;
     std::size_t begin_ = 0;  // start of the unconsumed bytes
     std::size_t end_ = 0;    // their end; the buffer has room for a byte after it
-    bool failed_ = false;
+    std::size_t number_ = 0;
+    int error_ = 0;
 };
 
 }  // namespace kiri::tov
