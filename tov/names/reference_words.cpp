@@ -40,6 +40,8 @@ constexpr QueryName queryNames[] = {
 // With these a query finds other objects than its words say; "-hsc" is followed by another separator of levels.
 constexpr std::string_view unjudgedOptions[] = {"-of_objects", "-filter", "-regexp", "-nocase", "-hsc"};
 
+constexpr std::string_view listCommand = "list";
+
 // Types whose words name something.
 constexpr taDciObjTyp judgedTypes[] = {taDciObjPort, taDciObjSourcePort, taDciObjPin,   taDciObjPin2, taDciObjNet,
                                        taDciObjCell, taDciObjSourceNet,  taDciObjClock, taDciObjName};
@@ -204,7 +206,7 @@ void Words::readExpression(std::string_view text, QueryIndex query) {
                 isFirst = false;
                 break;
             case ExpressionCursor::word:
-                if (isFirst && word == "list") {
+                if (isFirst && word == listCommand) {
                     query = outer.back();
                 } else {
                     add(word, query);
@@ -253,8 +255,13 @@ Words::Words(ppStlList<taDciObj*> const& list) {
             previous = name;
         } else {
             // Neighbours of one type are of one query: the name of an option counts for all of them.
-            if (object->type != type) query = begin(object->type);
-            startsWith(name, "[") ? readExpression(name, query) : add(name, query);
+            bool const isFirst = object->type != type;
+            if (isFirst) query = begin(object->type);
+            if (startsWith(name, "[")) {
+                readExpression(name, query);
+            } else if (!isFirst || name != listCommand || list.size() == 1) {
+                add(name, query);
+            }
         }
         type = object->type;
     }

@@ -2,19 +2,19 @@
 
 #include <algorithm>
 
-#include "tov/names/name_rules.h"
+#include "tov/names/word_rules.h"
 
 namespace kiri::tov {
 
 namespace {
 
-std::optional<name_rules::Kind> kindOf(TovNode const& node) {
+std::optional<word_rules::Kind> kindOf(TovNode const& node) {
     bool const isInCell = node.parent() != nullptr && node.parent()->type() == TOV_OBJ_CELL;
     if (dynamic_cast<TovBusNode const*>(&node) != nullptr || node.parent() == nullptr) return {};
-    if (dynamic_cast<TovPortNode const*>(&node) != nullptr) return isInCell ? name_rules::pins : name_rules::ports;
-    if (dynamic_cast<TovNetNode const*>(&node) != nullptr) return name_rules::nets;
-    if (dynamic_cast<TovCellNode const*>(&node) != nullptr) return name_rules::cells;
-    if (dynamic_cast<TovClockNode const*>(&node) != nullptr) return name_rules::clocks;
+    if (dynamic_cast<TovPortNode const*>(&node) != nullptr) return isInCell ? word_rules::pins : word_rules::ports;
+    if (dynamic_cast<TovNetNode const*>(&node) != nullptr) return word_rules::nets;
+    if (dynamic_cast<TovCellNode const*>(&node) != nullptr) return word_rules::cells;
+    if (dynamic_cast<TovClockNode const*>(&node) != nullptr) return word_rules::clocks;
     return {};
 }
 
@@ -22,14 +22,14 @@ std::optional<name_rules::Kind> kindOf(TovNode const& node) {
 
 bool standsFor(taDciObjTyp type, std::string const& word, TovNameMatch match, TovNode const& node) {
     auto const kind = kindOf(node);
-    if (!kind || !name_rules::isOf(type, *kind) || !TovDesignNames::isName(word)) return false;
+    if (!kind || !word_rules::isOf(type, *kind) || !TovDesignNames::isName(word)) return false;
     bool const isInCell = node.parent()->type() == TOV_OBJ_CELL;
     std::string const own = node.name();
-    name_rules::Candidate candidate{
-        &node, *kind, {name_rules::levelsOf(isInCell ? node.parent()->name() + "/" + own : own)}};
-    if (*kind == name_rules::clocks && isInCell) candidate.paths.push_back(name_rules::levelsOf(own));
-    for (name_rules::Word const& form : name_rules::wordsOf(word)) {
-        if (name_rules::standsFor(form, candidate, match)) return true;
+    word_rules::Candidate candidate{
+        &node, *kind, {word_rules::levelsOf(isInCell ? node.parent()->name() + "/" + own : own)}};
+    if (*kind == word_rules::clocks && isInCell) candidate.paths.push_back(word_rules::levelsOf(own));
+    for (word_rules::Word const& form : word_rules::wordsOf(word)) {
+        if (word_rules::standsFor(form, candidate, match)) return true;
     }
     return false;
 }
@@ -42,9 +42,9 @@ bool isLiteral(std::string_view word) {
 }
 
 bool matchesText(std::string const& word, std::string const& name) {
-    for (name_rules::Word const& form : name_rules::wordsOf(word)) {
+    for (word_rules::Word const& form : word_rules::wordsOf(word)) {
         if (!form.isRange &&
-            name_rules::fitsLevels(form, name_rules::levelsOf(name), name_rules::clocks, TOVMATCH_FLAT)) {
+            word_rules::fitsLevels(form, word_rules::levelsOf(name), word_rules::clocks, TOVMATCH_FLAT)) {
             return true;
         }
     }
