@@ -1,61 +1,78 @@
-// Disables every command of a constraint file that refers to a clock, and saves the file under another name.
+// Disables every command of a constraint file that refers to a clock, and saves the file under another name. A
+// generated clock whose definition is disabled is gone as well, and so are the commands that refer to it.
 //
 //   disable_by_clock FILE CLOCK OUT
 
 #include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "tov/cmd/commands.h"
 #include "tov/cmd/references.h"
+#include "tov/design/design.h"
+#include "tov/edit.h"
+#include "tov/names/design_names.h"
+#include "tov/names/document_names.h"
 #include "tov/tov.h"
 
 using namespace kiri::tov;
 
 namespace {
 
-using Objects = ppStlList<taDciObj*>;
+// Tells which commands refer to a clock. In a document that defines this clock alone, joined with an empty design, a
+// word stands for the clock or for nothing: "clk", {clk_b clk_a} and [get_clocks clk_*] are all judged by the library.
+class ClockReferences {
+public:
+    explicit ClockReferences(std::string const& clock) {
+        addCommand(document_, TOVCMD_CLOCK, std::make_unique<TovCmdClockDef>(1.0F, clock.c_str(), nullptr));
+        join_ = std::make_unique<TovDocumentNames>(document_, names_);
+    }
 
-// Whether a list refers to the clock: by a clock query, or by its plain name.
-bool names(Objects const& objects, std::string const& clock) {
-    return std::any_of(objects.begin(), objects.end(), [&clock](taDciObj const* object) {
-        return (object->type == taDciObjClock || object->type == taDciObjName) && object->name != nullptr &&
-               object->name == clock;
-    });
-}
+    bool isIn(TovCmd& cmd) const { return count(join_->usesIn(cmd)) > count(join_->missingIn(cmd)); }
 
-// A definition refers to the clock that it defines.
-std::string definedBy(TovCmd* cmd) {
-    if (auto const* clock = dynamic_cast<TovCmdClockDef*>(cmd)) return clock->clockName;
-    if (auto const* clock = dynamic_cast<TovCmdGenClockDef*>(cmd)) return clock->clockName;
-    return {};
-}
+private:
+    // The targets of a clock and the objects of a delay, which have no role, are no clocks.
+    static std::ptrdiff_t count(std::vector<TovNameUse> const& uses) {
+        return std::count_if(uses.begin(), uses.end(), [](TovNameUse const& use) { return *use.role != '\0'; });
+    }
 
-bool refersTo(TovCmd* cmd, std::string const& clock) {
-    if (definedBy(cmd) == clock) return true;
-    std::vector<TovReferences> const lists = referencesOf(*cmd);
-    return std::any_of(lists.begin(), lists.end(),
-                       [&clock](TovReferences const& references) { return names(*references.list, clock); });
+    TovDesign const design_;
+    TovDesignNames const names_{design_};
+    TOV document_;
+    std::unique_ptr<TovDocumentNames> join_;
+};
+
+// Disables what refers to the clocks, and adds the clocks that are gone with it to them.
+int disableAll(TOV& document, std::vector<std::string> clocks) {
+    int count = 0;
+    for (std::size_t i = 0; i < clocks.size(); ++i) {
+        std::string const clock = clocks[i];
+        ClockReferences const references(clock);
+        forEachCommand(document, [&](TOVCMD_TYPE, TovCmd& cmd) {
+            std::string const defined = definedClock(cmd);
+            bool const defines = !defined.empty() && defined == clock;
+            if (!cmd.enabled || (!defines && !references.isIn(cmd))) return;
+            cmd.enabled = false;
+            ++count;
+            std::puts(cmd.toSaveString(&document).c_str());
+            bool const isNew = std::find(clocks.begin(), clocks.end(), defined) == clocks.end();
+            if (!defined.empty() && isNew) clocks.push_back(defined);
+        });
+    }
+    return count;
 }
 
 int disable(char const* path, std::string const& clock, char const* out) {
     TOV document;
-    if (!document.parseTovFile(path)) {
-        std::fprintf(stderr, "cannot read %s\n", path);
+    std::string error;
+    if (!document.read(path, {}, &error)) {
+        std::fprintf(stderr, "%s: %s\n", path, error.c_str());
         return 1;
     }
-    int count = 0;
-    for (int kind = TOVCMD_CLOCK; kind <= TOVCMD_FALSEPATH; ++kind) {
-        for (TovCmd* cmd : *document.getTovCmdList(static_cast<TOVCMD_TYPE>(kind))) {
-            if (!cmd->enabled || !refersTo(cmd, clock)) continue;
-            cmd->enabled = false;
-            ++count;
-            std::puts(cmd->toSaveString(&document).c_str());
-        }
-    }
-    std::string error;
+    int const count = disableAll(document, {clock});
     if (!document.saveAtomically(out, &error)) {
         std::fprintf(stderr, "%s\n", error.c_str());
         return 1;
