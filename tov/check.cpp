@@ -8,9 +8,9 @@
 
 #include "tov/cmd/number.h"
 #include "tov/cmd/references.h"
+#include "tov/constraint_line.h"
 #include "tov/io/file.h"
 #include "tov/io/line_reader.h"
-#include "tov/loader.h"
 #include "tov/text.h"
 #include "tov/word_comparison.h"
 
@@ -45,7 +45,7 @@ bool endsInContinuation(std::string_view text) {
            (text.size() == 1 || WordComparison::endsWord(text[text.size() - 2]));
 }
 
-void findMistaken(Texts& texts, TovCmd& cmd, FileLine const& line) {
+void findMistaken(Texts& texts, TovCmd& cmd, ConstraintLine const& line) {
     bool continued = endsInContinuation(line.command);
     auto const judge = [&](std::string_view name) {
         if (isOption(name)) addWord(texts.mistaken, name);
@@ -94,7 +94,7 @@ public:
     /// False if the line ends the load. A NUL byte stands after it.
     bool check(std::string_view rawLine) {
         ++number_;
-        FileLine const line(rawLine.data());
+        ConstraintLine const line(rawLine);
         Texts texts;
         if (!checkText(line, texts)) return false;
         for (std::size_t end = rawLine.find('\0'); end < rawLine.size(); end = rawLine.find('\0', end + 1)) {
@@ -111,7 +111,7 @@ public:
     std::vector<TovFinding> findings;
 
 private:
-    bool checkText(FileLine const& line, Texts& texts) {
+    bool checkText(ConstraintLine const& line, Texts& texts) {
         if (line.kind == nullptr) {
             if (!startsWith(line.text, "#")) add(TOVFINDING_UNKNOWN_COMMAND, std::string(line.text));
             return true;

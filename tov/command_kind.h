@@ -7,6 +7,7 @@
 #include <typeinfo>
 
 #include "tov/cmd/commands.h"
+#include "tov/cmd/read.h"
 #include "tov/tov.h"
 
 namespace kiri::tov {
@@ -15,16 +16,30 @@ namespace kiri::tov {
 struct CommandKind {
     TOVCMD_TYPE list;
     std::string_view keyword;
-    std::unique_ptr<TovCmd> (*read)(char const* line);
+    /// Makes the command of a line that begins with the keyword; null if the line makes none.
+    std::unique_ptr<TovCmd> (*make)(CommandKind const& kind, std::string_view line);
+    /// Appends the line that a save writes for a command.
     void (*append)(std::string& text, TovCmd& cmd, TOV& document);
 };
 
+/// A line whose first word goes on after the keyword makes an empty command.
 template <class Cmd>
-std::unique_ptr<TovCmd> readCommand(char const* line) {
-    return std::make_unique<Cmd>(line);
+std::unique_ptr<TovCmd> makeCommand(CommandKind const& kind, std::string_view line) {
+    auto cmd = std::make_unique<Cmd>(static_cast<char const*>(nullptr));
+    WordCursor words(line);
+    std::string_view first;
+    words.next(first);
+    if (first.size() == kind.keyword.size()) readWords(*cmd, words);
+    return cmd;
 }
 
-/// Appends the line that a command saves. A class derived from `Cmd` may save another one.
+/// An attribute line without six or seven words makes no command.
+template <>
+inline std::unique_ptr<TovCmd> makeCommand<TovCmdAttr>(CommandKind const&, std::string_view line) {
+    return makeAttribute(WordCursor(line));
+}
+
+/// A class derived from `Cmd` may save another one.
 template <class Cmd>
 void appendCommand(std::string& text, TovCmd& cmd, TOV& document) {
     if (typeid(cmd) == typeid(Cmd)) {
@@ -36,7 +51,7 @@ void appendCommand(std::string& text, TovCmd& cmd, TOV& document) {
 
 template <class Cmd>
 constexpr CommandKind kindOf(TOVCMD_TYPE list, std::string_view keyword) {
-    return {list, keyword, readCommand<Cmd>, appendCommand<Cmd>};
+    return {list, keyword, makeCommand<Cmd>, appendCommand<Cmd>};
 }
 
 /// All kinds, in the order of writing, which is that of the lists. No keyword begins with another one, so each line is

@@ -1,17 +1,16 @@
-#include "tov/import.h"
-
 #include <memory>
 
 #include "tov/cmd/commands.h"
 #include "tov/edit.h"
 #include "tov/text.h"
+#include "tov/tov.h"
 
 namespace kiri::tov {
 
 namespace {
 
 template <class Cmd, class Record>
-TovCmd& add(TOV& document, TOVCMD_TYPE list, Record* record) {
+TovCmd& append(TOV& document, TOVCMD_TYPE list, Record* record) {
     return addCommand(document, list, std::make_unique<Cmd>(record));
 }
 
@@ -19,36 +18,36 @@ TovCmd& add(TOV& document, TOVCMD_TYPE list, Record* record) {
 
 // The order of the database's lists is the import's own. Only input and output delays heed `ioEnabled`. Null entries
 // are skipped.
-void importRecords(TOV& document, taDci const& db, bool ioEnabled) {
-    for (taDciSynClk* record : db.clocks) {
+void TOV::loadTaObjects(taDci* db, bool ioEnabled) {
+    for (taDciSynClk* record : db->clocks) {
         if (record == nullptr) continue;
         if (record->master != 0) {
-            add<TovCmdClockDef>(document, TOVCMD_CLOCK, record);
+            append<TovCmdClockDef>(*this, TOVCMD_CLOCK, record);
         } else {
-            add<TovCmdGenClockDef>(document, TOVCMD_GENCLOCK, record);
+            append<TovCmdGenClockDef>(*this, TOVCMD_GENCLOCK, record);
         }
     }
-    for (taDciSynClkGroup* record : db.clockGroups) {
-        if (record != nullptr) add<TovCmdClockGroupDef>(document, TOVCMD_CLOCKGROUP, record);
+    for (taDciSynClkGroup* record : db->clockGroups) {
+        if (record != nullptr) append<TovCmdClockGroupDef>(*this, TOVCMD_CLOCKGROUP, record);
     }
-    for (taDciSynIo* record : db.ios) {
+    for (taDciSynIo* record : db->ios) {
         if (record == nullptr) continue;
-        if (record->direction == 0) add<TovCmdInputDelay>(document, TOVCMD_INPUTDELAY, record).enabled = ioEnabled;
-        if (record->direction == 1) add<TovCmdOutputDelay>(document, TOVCMD_OUTPUTDELAY, record).enabled = ioEnabled;
+        if (record->direction == 0) append<TovCmdInputDelay>(*this, TOVCMD_INPUTDELAY, record).enabled = ioEnabled;
+        if (record->direction == 1) append<TovCmdOutputDelay>(*this, TOVCMD_OUTPUTDELAY, record).enabled = ioEnabled;
     }
-    for (taDciSynMax* record : db.maxs) {
+    for (taDciSynMax* record : db->maxs) {
         if (record == nullptr) continue;
         if (hasText(record->minMarker)) {
-            add<TovCmdMinDelay>(document, TOVCMD_MINDELAY, record);
+            append<TovCmdMinDelay>(*this, TOVCMD_MINDELAY, record);
         } else {
-            add<TovCmdMaxDelay>(document, TOVCMD_MAXDELAY, record);
+            append<TovCmdMaxDelay>(*this, TOVCMD_MAXDELAY, record);
         }
     }
-    for (taDciSynMcyc* record : db.mcycs) {
-        if (record != nullptr) add<TovCmdMultiPath>(document, TOVCMD_MULTICYCLE, record);
+    for (taDciSynMcyc* record : db->mcycs) {
+        if (record != nullptr) append<TovCmdMultiPath>(*this, TOVCMD_MULTICYCLE, record);
     }
-    for (taDciSynFalse* record : db.falses) {
-        if (record != nullptr && record->flag != 0) add<TovCmdFalsePath>(document, TOVCMD_FALSEPATH, record);
+    for (taDciSynFalse* record : db->falses) {
+        if (record != nullptr && record->flag != 0) append<TovCmdFalsePath>(*this, TOVCMD_FALSEPATH, record);
     }
 }
 

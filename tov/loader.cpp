@@ -15,33 +15,16 @@
 #include <stdexcept>
 #include <string>
 
+#include "tov/constraint_line.h"
 #include "tov/edit.h"
+#include "tov/file_headers.h"
 #include "tov/io/error_text.h"
 #include "tov/io/file.h"
 #include "tov/io/line_reader.h"
-#include "tov/text.h"
-#include "tov/tokenizer.h"
-#include "tov/writer.h"
 
 namespace kiri::tov {
 
 namespace {
-
-// A line is of the kind whose keyword it begins with, whatever follows the keyword.
-CommandKind const* findKind(std::string_view text) {
-    for (CommandKind const& kind : commandKinds) {
-        if (startsWith(text, kind.keyword)) return &kind;
-    }
-    return nullptr;
-}
-
-// An attribute line with another number of words is dropped.
-bool hasSixOrSevenWords(std::string_view line) {
-    int count = 0;
-    WordCursor words(line);
-    for (std::string_view word; count < 8 && words.next(word);) ++count;
-    return count == 6 || count == 7;
-}
 
 void eraseFirst(std::string& text, std::string_view part) {
     std::size_t const at = text.find(part);
@@ -53,8 +36,8 @@ class FileParser {
 public:
     explicit FileParser(TOV& document) : document_(document) {}
 
-    void readLine(char const* rawLine) {
-        FileLine const line(rawLine);
+    void readLine(std::string_view rawLine) {
+        ConstraintLine const line(rawLine);
         if (line.kind == nullptr) {
             if (!line.text.empty()) pendingComments_.append(line.text).append("\n");
         } else if (std::unique_ptr<TovCmd> cmd = line.makeCommand()) {
@@ -95,23 +78,6 @@ private:
 
 }  // namespace
 
-FileLine::FileLine(char const* line) : text(trim(line)) {
-    disabled = startsWith(text, disablePrefix);
-    std::string_view const keywordOn = disabled ? trimFront(text.substr(disablePrefix.size())) : text;
-    kind = findKind(keywordOn);
-    // Attributes have a mark of their own: "#disable " before one makes it a comment.
-    if (disabled && kind != nullptr && kind->list == TOVCMD_ATTRIBUTE) kind = nullptr;
-    if (kind != nullptr) command = keywordOn;
-}
-
-std::unique_ptr<TovCmd> FileLine::makeCommand() const {
-    if (kind == nullptr) return nullptr;
-    if (kind->list == TOVCMD_ATTRIBUTE) return hasSixOrSevenWords(command) ? kind->read(command.data()) : nullptr;
-    std::unique_ptr<TovCmd> cmd = kind->read(command.data());
-    cmd->enabled = !disabled;
-    return cmd;
-}
-
 ReadOutcome readTovFile(TOV& document, char const* path, TovProgress const& progress) {
     ReadOutcome outcome;
     File const file = openForReading(path);
@@ -125,7 +91,7 @@ ReadOutcome readTovFile(TOV& document, char const* path, TovProgress const& prog
     LineReader lines(file, &meter);
     FileParser parser(document);
     try {
-        for (std::string_view line; lines.next(line);) parser.readLine(line.data());
+        for (std::string_view line; lines.next(line);) parser.readLine(line);
     } catch (std::out_of_range const&) {
         // The line that a command refuses ends the reading; what came before it is kept.
         outcome.refusal = std::current_exception();

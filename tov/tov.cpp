@@ -1,7 +1,7 @@
 #include "tov/tov.h"
 
 #include "tov/command_kind.h"
-#include "tov/import.h"
+#include "tov/file_headers.h"
 #include "tov/io/atomic_file.h"
 #include "tov/io/file.h"
 #include "tov/loader.h"
@@ -88,10 +88,6 @@ bool TOV::saveAtomically(char const* path, std::string* error) {
     bool const saved = why.empty();
     if (error != nullptr) error->swap(why);
     return saved;
-}
-
-void TOV::loadTaObjects(taDci* db, bool ioEnabled) {
-    importRecords(*this, *db, ioEnabled);
 }
 
 std::list<TovCmd*>* TOV::getTovCmdList(TOVCMD_TYPE type) {

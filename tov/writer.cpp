@@ -3,6 +3,7 @@
 #include <list>
 
 #include "tov/command_kind.h"
+#include "tov/file_headers.h"
 
 namespace kiri::tov {
 

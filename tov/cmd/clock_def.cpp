@@ -1,7 +1,7 @@
 #include "tov/cmd/clock_def.h"
 
 #include "platform/ut.h"
-#include "tov/cmd/parse.h"
+#include "tov/cmd/read.h"
 #include "tov/cmd/write.h"
 
 namespace kiri::tov {
@@ -31,8 +31,12 @@ constexpr Option<TovCmdClockDef> options[] = {
 
 }  // namespace
 
+void readWords(TovCmdClockDef& cmd, WordCursor words) {
+    readOptions(cmd, words, options, readInto<&TovCmdClockDef::targets, true>);
+}
+
 TovCmdClockDef::TovCmdClockDef(char const* line) : TovCmdClockDef(0, nullptr, nullptr) {
-    readCommandLine(*this, line, keywords, options, readInto<&TovCmdClockDef::targets, true>);
+    readLine(*this, line, keywords);
 }
 
 TovCmdClockDef::TovCmdClockDef(taDciSynClk* record)

@@ -1,7 +1,7 @@
 #include "tov/cmd/clock_group_def.h"
 
 #include "platform/ut.h"
-#include "tov/cmd/parse.h"
+#include "tov/cmd/read.h"
 #include "tov/cmd/write.h"
 
 namespace kiri::tov {
@@ -70,8 +70,12 @@ void appendGroup(std::string& line, ppStlList<taDciObj*> const& group) {
 
 }  // namespace
 
+void readWords(TovCmdClockGroupDef& cmd, WordCursor words) {
+    readOptions(cmd, words, options, ignoreWord);
+}
+
 TovCmdClockGroupDef::TovCmdClockGroupDef(char const* line) : TovCmdClockGroupDef(true) {
-    readCommandLine(*this, line, keywords, options, ignoreWord);
+    readLine(*this, line, keywords);
 }
 
 TovCmdClockGroupDef::TovCmdClockGroupDef(taDciSynClkGroup* record)

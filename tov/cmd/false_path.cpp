@@ -1,7 +1,7 @@
 #include "tov/cmd/false_path.h"
 
 #include "platform/ut.h"
-#include "tov/cmd/parse.h"
+#include "tov/cmd/read.h"
 #include "tov/cmd/write.h"
 
 namespace kiri::tov {
@@ -29,8 +29,12 @@ TovCmdFalsePath::TovCmdFalsePath(taDciSynFalse* record) : TovCmdFalsePath(record
     deepCopyDciObjList(record->through, through);
 }
 
+void readWords(TovCmdFalsePath& cmd, WordCursor words) {
+    readOptions(cmd, words, options, ignoreWord);
+}
+
 TovCmdFalsePath::TovCmdFalsePath(char const* line) : TovCmdFalsePath(nullptr) {
-    readCommandLine(*this, line, keywords, options, ignoreWord);
+    readLine(*this, line, keywords);
 }
 
 TovCmdFalsePath::~TovCmdFalsePath() {

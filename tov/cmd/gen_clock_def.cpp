@@ -1,7 +1,7 @@
 #include "tov/cmd/gen_clock_def.h"
 
 #include "platform/ut.h"
-#include "tov/cmd/parse.h"
+#include "tov/cmd/read.h"
 #include "tov/cmd/write.h"
 
 namespace kiri::tov {
@@ -42,8 +42,12 @@ void appendInteger(std::string& line, char const* format, std::string const& tex
 
 }  // namespace
 
+void readWords(TovCmdGenClockDef& cmd, WordCursor words) {
+    readOptions(cmd, words, options, readInto<&TovCmdGenClockDef::targets, true>);
+}
+
 TovCmdGenClockDef::TovCmdGenClockDef(char const* line) : TovCmdGenClockDef(nullptr, nullptr) {
-    readCommandLine(*this, line, keywords, options, readInto<&TovCmdGenClockDef::targets, true>);
+    readLine(*this, line, keywords);
 }
 
 TovCmdGenClockDef::TovCmdGenClockDef(taDciSynClk* record) : TovCmdGenClockDef(record->name, record->text) {

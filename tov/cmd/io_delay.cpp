@@ -1,7 +1,7 @@
 #include "tov/cmd/io_delay.h"
 
 #include "platform/ut.h"
-#include "tov/cmd/parse.h"
+#include "tov/cmd/read.h"
 #include "tov/cmd/write.h"
 
 namespace kiri::tov {
@@ -44,8 +44,12 @@ TovCmdIODelay::TovCmdIODelay(taDciSynIo* record)
     deepCopyDciObjList(record->objects, objects);
 }
 
+void readWords(TovCmdIODelay& cmd, WordCursor words) {
+    readOptions(cmd, words, options, readDelayOrObjects);
+}
+
 TovCmdIODelay::TovCmdIODelay(char const* line) : TovCmdIODelay(0, nullptr, nullptr) {
-    readCommandLine(*this, line, keywords, options, readDelayOrObjects);
+    readLine(*this, line, keywords);
 }
 
 TovCmdIODelay::~TovCmdIODelay() {

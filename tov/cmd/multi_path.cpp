@@ -1,7 +1,7 @@
 #include "tov/cmd/multi_path.h"
 
 #include "platform/ut.h"
-#include "tov/cmd/parse.h"
+#include "tov/cmd/read.h"
 #include "tov/cmd/write.h"
 
 namespace kiri::tov {
@@ -31,8 +31,12 @@ TovCmdMultiPath::TovCmdMultiPath(taDciSynMcyc* record)
     deepCopyDciObjList(record->to, to);
 }
 
+void readWords(TovCmdMultiPath& cmd, WordCursor words) {
+    readOptions(cmd, words, options, readMultiplier);
+}
+
 TovCmdMultiPath::TovCmdMultiPath(char const* line) : TovCmdMultiPath(0, nullptr) {
-    readCommandLine(*this, line, keywords, options, readMultiplier);
+    readLine(*this, line, keywords);
 }
 
 TovCmdMultiPath::~TovCmdMultiPath() {

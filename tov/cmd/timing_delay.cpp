@@ -1,7 +1,7 @@
 #include "tov/cmd/timing_delay.h"
 
 #include "platform/ut.h"
-#include "tov/cmd/parse.h"
+#include "tov/cmd/read.h"
 #include "tov/cmd/write.h"
 
 namespace kiri::tov {
@@ -37,8 +37,12 @@ TovCmdTimingDelay::TovCmdTimingDelay(taDciSynMax* record)
     deepCopyDciObjList(record->to, to);
 }
 
+void readWords(TovCmdTimingDelay& cmd, WordCursor words) {
+    readOptions(cmd, words, options, readDelay);
+}
+
 TovCmdTimingDelay::TovCmdTimingDelay(char const* line) : TovCmdTimingDelay(0, nullptr) {
-    readCommandLine(*this, line, keywords, options, readDelay);
+    readLine(*this, line, keywords);
 }
 
 TovCmdTimingDelay::~TovCmdTimingDelay() {

@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <memory>
 #include <stdexcept>
 #include <string_view>
 
-#include "tov/cmd/cmd.h"
+#include "tov/cmd/commands.h"
 #include "tov/cmd/number.h"
 #include "tov/cmd/obj_list.h"
 #include "tov/text.h"
@@ -29,19 +30,12 @@ struct Option {
     void (*apply)(Cmd& cmd, std::string_view value);
 };
 
-/// Reads a line whose first word is one of `keywords`: options as the table tells, any other word by `readOther`.
-/// Another line leaves the command as it is. Empty words between options are skipped; as the value of an option an
-/// empty word counts. A command that is read is disabled; the loader sets `enabled` afterwards.
-///
-/// The constructors that read a line or a record first delegate to the one from values: the command is complete then,
-/// and its destructor frees its lists if the reading throws.
-template <class Cmd, std::size_t Keywords, std::size_t Options>
-void readCommandLine(Cmd& cmd, char const* line, std::string_view const (&keywords)[Keywords],
-                     Option<Cmd> const (&options)[Options], void (*readOther)(Cmd& cmd, std::string_view word)) {
-    WordCursor words(orEmpty(line));
+/// Reads the words after the keyword: options as the table tells, any other word by `readOther`. Empty words between
+/// options are skipped; as the value of an option an empty word counts.
+template <class Cmd, std::size_t Options>
+void readOptions(Cmd& cmd, WordCursor words, Option<Cmd> const (&options)[Options],
+                 void (*readOther)(Cmd& cmd, std::string_view word)) {
     std::string_view word;
-    if (!words.next(word) || std::find(std::begin(keywords), std::end(keywords), word) == std::end(keywords)) return;
-    cmd.enabled = false;
     while (words.next(word)) {
         if (word.empty()) continue;
         Option<Cmd> const* option = std::end(options);
@@ -60,6 +54,32 @@ void readCommandLine(Cmd& cmd, char const* line, std::string_view const (&keywor
         }
         option->apply(cmd, value);
     }
+}
+
+/// Read the words of a command's line after the keyword.
+void readWords(TovCmdClockDef& cmd, WordCursor words);
+void readWords(TovCmdGenClockDef& cmd, WordCursor words);
+void readWords(TovCmdClockGroupDef& cmd, WordCursor words);
+void readWords(TovCmdIODelay& cmd, WordCursor words);
+void readWords(TovCmdTimingDelay& cmd, WordCursor words);
+void readWords(TovCmdMultiPath& cmd, WordCursor words);
+void readWords(TovCmdFalsePath& cmd, WordCursor words);
+
+/// Makes the attribute of a line; null unless the line has six or seven words.
+std::unique_ptr<TovCmdAttr> makeAttribute(WordCursor line);
+
+/// Reads a line whose first word is one of `keywords`. Another line leaves the command as it is. A command that is read
+/// is disabled; the loader sets `enabled` afterwards.
+///
+/// The constructors that read a line or a record first delegate to the one from values: the command is complete then,
+/// and its destructor frees its lists if the reading throws.
+template <class Cmd, std::size_t Keywords>
+void readLine(Cmd& cmd, char const* line, std::string_view const (&keywords)[Keywords]) {
+    WordCursor words(orEmpty(line));
+    std::string_view word;
+    if (!words.next(word) || std::find(std::begin(keywords), std::end(keywords), word) == std::end(keywords)) return;
+    cmd.enabled = false;
+    readWords(cmd, words);
 }
 
 /// For commands that skip the words they do not know.

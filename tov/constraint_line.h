@@ -1,0 +1,24 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "tov/command_kind.h"
+
+namespace kiri::tov {
+
+/// A line of a constraint file, taken apart.
+struct ConstraintLine {
+    /// Takes a line apart, up to its first NUL byte. The result holds views into the line.
+    explicit ConstraintLine(std::string_view line);
+
+    /// Makes the command of the line, enabled as the line says; null if the line makes none.
+    std::unique_ptr<TovCmd> makeCommand() const;
+
+    std::string_view text;              ///< the line without white space at its ends
+    bool disabled = false;              ///< the command follows "#disable "
+    CommandKind const* kind = nullptr;  ///< null: a comment or a blank line
+    std::string_view command;           ///< from the keyword on; empty without a kind
+};
+
+}  // namespace kiri::tov
