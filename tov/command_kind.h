@@ -27,9 +27,7 @@ template <class Cmd>
 std::unique_ptr<TovCmd> makeCommand(CommandKind const& kind, std::string_view line) {
     auto cmd = std::make_unique<Cmd>(static_cast<char const*>(nullptr));
     WordCursor words(line);
-    std::string_view first;
-    words.next(first);
-    if (first.size() == kind.keyword.size()) readWords(*cmd, words);
+    if (words.skipKeyword(kind.keyword.size())) readWords(*cmd, words);
     return cmd;
 }
 

@@ -14,7 +14,7 @@ class WordCursor {
 public:
     explicit WordCursor(std::string_view line) {
         line = trim(line);
-        if (isEnclosed(line, '[', ']') || isEnclosed(line, '{', '}')) line = trim(line.substr(1, line.size() - 2));
+        if (isGroup(line)) line = trim(line.substr(1, line.size() - 2));
         at_ = line.data();
         end_ = at_ + line.size();
     }
@@ -29,13 +29,33 @@ public:
             at_ = findSpace(first, end_);
             word = std::string_view(first, static_cast<std::size_t>(at_ - first));
         }
-        while (at_ != end_ && isSpace(*at_)) ++at_;
+        if (at_ != end_) at_ = skipSpace(at_);
+        return true;
+    }
+
+    /// Whether the next word holds no white space because it ends there.
+    bool isAtPlainWord() const { return at_ != end_ && !isEnclosing(*at_); }
+
+    /// Moves past a first word of `size` characters that the line is known to begin with. False if the word goes on.
+    bool skipKeyword(std::size_t size) {
+        at_ += size;
+        if (at_ == end_) return true;
+        if (!isSpace(*at_)) return false;
+        at_ = skipSpace(at_);
         return true;
     }
 
 private:
-    static bool isEnclosed(std::string_view text, char open, char close) {
-        return text.size() >= 2 && text.front() == open && text.back() == close;
+    // Whether brackets or braces enclose the whole text.
+    static bool isGroup(std::string_view text) {
+        if (text.size() < 2 || !isEnclosing(text.front())) return false;
+        return (text.front() == '[' && text.back() == ']') || (text.front() == '{' && text.back() == '}');
+    }
+
+    // The text ends in no white space, so that the end needs no test.
+    static char const* skipSpace(char const* at) {
+        while (isSpace(*at)) ++at;
+        return at;
     }
 
     std::string_view takeEnclosed();

@@ -5,6 +5,8 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <iterator>
 #include <limits>
 #include <string>
 
@@ -14,6 +16,30 @@ namespace {
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
+}
+
+// Reads a short decimal number. Its digits and the power of ten are exact as doubles, so that the quotient is rounded
+// once, as strtod rounds. False for other forms.
+bool readShortDecimal(std::string_view text, double& value) {
+    constexpr double powersOfTen[] = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                      1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    std::int64_t digits = 0;
+    std::size_t count = 0;
+    std::size_t integers = std::string_view::npos;
+    for (char c : text) {
+        if (isDigit(c)) {
+            digits = 10 * digits + (c - '0');
+            if (++count == std::size(powersOfTen)) return false;
+        } else if (c == '.' && integers == std::string_view::npos) {
+            integers = count;
+        } else if (c == 'e' || c == 'E' || c == 'x' || c == 'X') {
+            return false;
+        } else {
+            break;
+        }
+    }
+    value = static_cast<double>(digits) / powersOfTen[integers == std::string_view::npos ? 0 : count - integers];
+    return true;
 }
 
 // The forms that std::from_chars leaves out: hexadecimal numbers, and what no double holds.
@@ -33,7 +59,9 @@ bool parseFloatValue(std::string_view text, float& out) {
     if (digits.empty() || !isDigit(digits.front())) return false;
     bool const hexadecimal = digits.size() > 1 && digits[0] == '0' && (digits[1] == 'x' || digits[1] == 'X');
     double value = 0;
-    if (hexadecimal || std::from_chars(text.data(), text.data() + text.size(), value).ec != std::errc()) {
+    if (readShortDecimal(digits, value)) {
+        if (negative) value = -value;
+    } else if (hexadecimal || std::from_chars(text.data(), text.data() + text.size(), value).ec != std::errc()) {
         value = strtodInPlainLocale(text);
     }
     out = static_cast<float>(value);

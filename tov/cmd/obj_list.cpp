@@ -80,8 +80,13 @@ void readObjs(ppStlList<taDciObj*>& list, std::string_view expression, bool sour
     for (std::string_view word; words.next(word);) {
         Query const* const query = findQuery([word](Query const& q) { return q.word == word; });
         if (query != nullptr) {
+            bool const isPlain = words.isAtPlainWord();
             std::string_view argument;
             if (!words.next(argument)) break;
+            if (isPlain && argument.back() != '}') {
+                addName(list, argument, source ? query->sourceType : query->type);
+                continue;
+            }
             WordCursor names(strip(argument, '{', '}'));
             for (std::string_view name; names.next(name);) {
                 addName(list, name, source ? query->sourceType : query->type);
