@@ -19,6 +19,7 @@ using support::TempDir;
 
 // Lines around the sizes in which a file is read, with the last line complete or not.
 TEST(Files, MayHaveLinesOfAnyLength) {
+    EXPECT_EQ(bodyOf("\n" + std::string(20'000, 'n')), std::string(20'000, 'n') + "\n~\n");
     for (std::size_t size : {32748U, 32749U, 65516U, 65517U, 65518U, 3000000U}) {
         std::string const name(size, 'n');
         std::string const text = "set_false_path -to " + name + "\nset_false_path -to b\n" + name;
@@ -36,8 +37,10 @@ TEST(Files, MayBePipesAndAreNotInherited) {
     TOV document;
     std::thread writer([&] { support::write(fifo, "a\nset_false_path -to " + name + "\nlast"); });
     // The size of a pipe is known at its end alone.
-    auto const isPipe = [](auto at, auto size) { return size == 0 || size == at; };
+    std::uint64_t last = 0;
+    auto const isPipe = [&](auto at, auto size) { return std::exchange(last, size) == 0 && (size == 0 || size == at); };
     EXPECT_TRUE(document.load(fifo.c_str(), isPipe));
+    EXPECT_EQ(last, name.size() + 26);
     writer.join();
     EXPECT_TRUE(bodyOf(document) == "set_false_path -to  " + name + "\na\nlast\n~\n");
     std::size_t const inherited = descriptors(true);
@@ -93,7 +96,10 @@ std::string content(int lines) {
 
 TEST(Progress, ComesBetweenTwentyAndAThousandTimes) {
     TempDir const dir;
-    for (auto const& text : {content(0), content(2), content(25), content(1000), std::string(3000000, 'x')}) {
+    std::string shortLines;
+    for (int i = 0; i < 3000; ++i) shortLines += std::string(999, 'x') + "\n";
+    for (auto const& text :
+         {shortLines, content(0), content(2), content(25), content(1000), std::string(3000000, 'x')}) {
         std::string const path = support::write(dir / "in", text);
         support::expectProgress(path, [&](auto progress) { return TOV().load(path.c_str(), progress); });
         EXPECT_TRUE(TOV().load(path.c_str(), nullptr));

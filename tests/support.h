@@ -115,6 +115,7 @@ struct Calls {
 
     bool operator()(std::uint64_t readNow, std::uint64_t sizeNow) {
         EXPECT_TRUE(readNow >= read && readNow <= sizeNow && count != stop);
+        EXPECT_TRUE(count == 0 || read < size) << "the file was read to its end before";
         read = readNow;
         size = sizeNow;
         if (++count == stop && throws) throw std::runtime_error("stop");

@@ -1,0 +1,179 @@
+// Reading and writing while the system interrupts, fails, or has little to offer; and what is said about it.
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+
+#include <clocale>
+#include <thread>
+
+#include "support.h"
+#include "system_calls.h"
+#include "tov/design/design.h"
+
+namespace {
+
+using namespace kiri::tov;
+using support::bodyOf;
+using support::TempDir;
+
+constexpr char emptyDump[] = "<top/>";
+
+// What TOV::read and TovDesign::load tell of a path while system calls fail; "" for a whole file.
+std::string errorOf(std::string const& path, bool asDump, std::map<std::string, calls::Plan> plans = {}) {
+    std::string error = "old error";
+    TovDesign design;
+    TOV document;
+    support::load(document, "c\nset_false_path");
+    calls::start(std::move(plans));
+    bool const whole = asDump ? design.load(path.c_str(), {}, &error) : document.read(path.c_str(), {}, &error);
+    calls::plans.clear();
+    if (!asDump) {
+        EXPECT_EQ(whole, error.empty());
+        EXPECT_TRUE(whole || bodyOf(document) == "~\n");
+    }
+    return error;
+}
+
+class Io : public testing::Test {
+protected:
+    ~Io() override { calls::start(); }
+
+    TempDir const dir;
+};
+
+TEST_F(Io, IsNotDisturbedByInterruptions) {
+    std::string const name(100'000, 'n');
+    std::string const path = support::write(dir / "in", "set_false_path -to " + name);
+    auto const everySecond = [](std::string const& call) {
+        return std::pair<std::string const, calls::Plan>(call, [n = 0]() mutable { return ++n % 2 == 1 ? EINTR : 0; });
+    };
+    calls::start({everySecond("open"), everySecond("read"), everySecond("write")});
+    calls::longestWrite = 30'000;
+    TOV document;
+    EXPECT_TRUE(document.read(path.c_str()));
+    EXPECT_TRUE(document.save((dir / "out").c_str()));
+    calls::longestWrite = SIZE_MAX;
+    EXPECT_TRUE(support::read(dir / "out") == document.toSaveString());
+    EXPECT_EQ(bodyOf(document), "set_false_path -to  " + name + "\n~\n");
+    for (bool asDump : {false, true}) EXPECT_EQ(errorOf(dir / "", asDump, {everySecond("open")}), "Is a directory");
+}
+
+TEST_F(Io, ClosesOnce) {
+    std::string const path = support::write(dir / "in", emptyDump);
+    for (bool asDump : {false, true}) {
+        EXPECT_EQ(errorOf(path, asDump, {{"close", calls::failing(0, EINTR)}}), "");
+        std::size_t const closed = calls::made.find("close");
+        EXPECT_TRUE(closed != std::string::npos && calls::made.find("close", closed + 1) == std::string::npos);
+    }
+}
+
+TEST_F(Io, SaysWhatFailed) {
+    std::string const path = support::write(dir / "in", "set_false_path\n" + std::string(50'000, 'x') + "\ny");
+    EXPECT_EQ(errorOf(path, false, {{"read", calls::failing(3, EIO)}}), "Input/output error");
+    TOV document;
+    calls::start({{"read", calls::failing(3, EIO)}});
+    EXPECT_FALSE(document.parseTovFile(path.c_str()));
+    EXPECT_EQ(bodyOf(document), "set_false_path\n~\n");
+    calls::start();
+    support::write(path, "c\n\n#disable create_clock -waveform\nx");
+    EXPECT_EQ(errorOf(path, false), "Line 3: create_clock ends in -waveform");
+    for (bool asDump : {false, true}) {
+        EXPECT_EQ(errorOf(dir / "none", asDump), "No such file or directory");
+        EXPECT_EQ(errorOf(path + "/x", asDump), "Not a directory");
+    }
+    std::string error;
+    EXPECT_FALSE(document.read(nullptr, {}, &error));
+    EXPECT_EQ(error, "No such file or directory");
+    EXPECT_FALSE(document.read(
+        path.c_str(), [](auto, auto) { return false; }, nullptr));
+}
+
+// The locale has no effect; what the file holds cannot make a second line or a long one.
+TEST_F(Io, TellsErrorsInOneShortLine) {
+    ::setenv("LANGUAGE", "de:fr", 1);
+    std::setlocale(LC_ALL, "");
+    EXPECT_EQ(errorOf(dir / "none", false), "No such file or directory");
+    std::string const tag = std::string(3000, 'x') + "\xc3\xa9y";
+    std::string const refused = errorOf(support::write(dir / "long", "<" + tag + "/>"), true);
+    EXPECT_EQ(refused.size(), 999U);
+    EXPECT_EQ(refused.find("Line 1 Column 3005: Tag xxx"), 0U);
+    std::string const end = "x\xc3\xa9y is not valid tag";
+    EXPECT_EQ(refused.substr(refused.size() - end.size()), end);
+    std::string const quoted = errorOf(support::write(dir / "lines", "<top><library x='\n\x01'/></top>"), true);
+    EXPECT_EQ(quoted.find('\n'), std::string::npos);
+    EXPECT_EQ(quoted.find("Line 2 Column"), 0U);
+}
+
+TEST_F(Io, UsesAnyDescriptor) {
+    std::string const path = support::write(dir / "in", emptyDump);
+    int const input = ::dup(0);
+    for (bool asDump : {false, true}) {
+        ::close(0);
+        EXPECT_EQ(errorOf(path, asDump), "");
+        EXPECT_EQ(::fcntl(0, F_GETFD), -1);
+    }
+    TOV document;
+    EXPECT_TRUE(document.save((dir / "out").c_str()) && document.saveAtomically((dir / "out").c_str()));
+    EXPECT_EQ(::fcntl(0, F_GETFD), -1);
+    if (input >= 0) ::dup2(input, 0);
+    ::close(input);
+}
+
+TEST_F(Io, MakesFilesAsTheMaskSays) {
+    TOV document;
+    for (mode_t mask : {0, 022, 077}) {
+        mode_t const before = ::umask(mask);
+        std::string const path = dir / std::to_string(mask);
+        EXPECT_TRUE(document.save(path.c_str()));
+        ::umask(before);
+        EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0666 & ~mask));
+    }
+}
+
+// The call that tells of the whole file comes when all of it is used, and only then.
+TEST_F(Io, TellsTheEndOnce) {
+    std::string const comments(24'576, '\n');
+    std::string const path = support::write(dir / "in", comments.substr(4) + "last");
+    TOV document;
+    int ends = 0;
+    auto const count = [&](std::uint64_t read, std::uint64_t size) {
+        ends += read == size;
+        EXPECT_TRUE(read != size || bodyOf(document) == "last\n~\n");
+        return true;
+    };
+    EXPECT_TRUE(document.read(path.c_str(), count));
+    EXPECT_EQ(ends, 1);
+    // A dump that is cut where a call comes.
+    std::string const dump = "<top>" + comments.substr(5);
+    TovDesign design;
+    EXPECT_TRUE(design.load(support::write(path, dump).c_str(), count));
+    EXPECT_EQ(ends, 1);
+}
+
+// A stop does not wait for a pipe that has no more to say yet.
+TEST_F(Io, StopsAtAPipeThatWaits) {
+    std::string const fifo = dir / "pipe";
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    std::string const text = "<top>" + std::string(40'000, '\n');
+    TOV document;
+    TovDesign design;
+    for (bool asDump : {false, true}) {
+        int writer = -1;
+        std::thread opener([&] {
+            writer = ::open(fifo.c_str(), O_WRONLY | O_CLOEXEC, 0);
+            EXPECT_EQ(::write(writer, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+        });
+        auto const stop = [](std::uint64_t read, std::uint64_t size) {
+            EXPECT_TRUE(read > 0 && size == 0);
+            return false;
+        };
+        std::string error;
+        EXPECT_FALSE(asDump ? design.load(fifo.c_str(), stop, &error) : document.read(fifo.c_str(), stop, &error));
+        EXPECT_EQ(error, "The caller stopped the load");
+        opener.join();
+        ::close(writer);
+    }
+}
+
+}  // namespace
