@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QCommandLineParser>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "tov/names/design_names.h"
+
+namespace tool {
+
+/// The arguments of a command, in bytes as they came.
+class Arguments {
+public:
+    explicit Arguments(QCommandLineParser const& parser) : parser_(parser) {}
+
+    bool has(char const* option) const { return parser_.isSet(option); }
+    /// The value of an option, the last one; empty if it is not there.
+    std::string value(char const* option) const { return parser_.value(option).toLatin1().toStdString(); }
+    /// What is no option.
+    std::vector<std::string> words() const;
+    /// The place of an option's value among `choices`, of which the first is the default; Trouble for any other value.
+    std::size_t choose(char const* option, std::initializer_list<char const*> choices) const;
+    kiri::tov::TovNameMatch match() const;
+
+private:
+    QCommandLineParser const& parser_;
+};
+
+// Run a command and return its exit status.
+int check(Arguments const& arguments);
+int coverage(Arguments const& arguments);
+int diff(Arguments const& arguments);
+int objects(Arguments const& arguments);
+int format(Arguments const& arguments);
+
+}  // namespace tool

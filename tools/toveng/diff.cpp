@@ -1,0 +1,147 @@
+#include <QJsonArray>
+#include <algorithm>
+#include <functional>
+#include <future>
+#include <tuple>
+
+#include "command.h"
+#include "input.h"
+#include "meaning.h"
+#include "text.h"
+#include "tov/cmd/references.h"
+#include "tov/edit.h"
+
+using namespace kiri::tov;
+
+namespace tool {
+
+namespace {
+
+/// A command in its document. Hashes of 64 bits stand for what it is about and for all that it says.
+struct Entry {
+    std::size_t subject;
+    std::size_t meaning;
+    std::size_t place;  // in the order of writing
+    TovCmd* cmd;
+};
+
+using Entries = std::vector<Entry>;
+
+auto exactOrder(Entry const& e) {
+    return std::make_tuple(e.subject, e.meaning, e.cmd->enabled);
+}
+
+auto meaningOrder(Entry const& e) {
+    return std::make_tuple(e.subject, e.meaning);
+}
+
+auto subjectOrder(Entry const& e) {
+    return e.subject;
+}
+
+template <class Order>
+void sort(Entries& entries, Order order) {
+    auto const isBefore = [order](Entry const& a, Entry const& b) {
+        return std::make_tuple(order(a), a.place) < std::make_tuple(order(b), b.place);
+    };
+    if (!std::is_sorted(entries.begin(), entries.end(), isBefore)) std::sort(entries.begin(), entries.end(), isBefore);
+}
+
+Entries readEntries(Input const& input, TOV& document, TovProgress const& progress) {
+    read(document, input, progress);
+    Entries entries;
+    forEachCommand(document, [&](TOVCMD_TYPE list, TovCmd& cmd) {
+        Meaning const meaning = meaningOf(cmd);
+        bool const isClock = list == TOVCMD_CLOCK || list == TOVCMD_GENCLOCK;
+        // An attribute is what its line says.
+        std::string const subject = list == TOVCMD_ATTRIBUTE ? meaning.values
+                                    : isClock                ? definedClock(cmd)
+                                                             : meaning.objects;
+        std::hash<std::string> const hash;
+        entries.push_back(
+            {hash(keywordOf(list) + subject), hash(meaning.values + meaning.objects), entries.size(), &cmd});
+    });
+    sort(entries, exactOrder);
+    return entries;
+}
+
+// Calls `visit` with pairs of equal entries, the first with the first, and takes them out of the lists.
+template <class Order, class Visit>
+void pairOff(Entries& olds, Entries& news, Order order, Visit visit) {
+    sort(olds, order);
+    sort(news, order);
+    Entries restOfOlds;
+    Entries restOfNews;
+    auto a = olds.begin();
+    auto b = news.begin();
+    while (a != olds.end() || b != news.end()) {
+        bool const aIsFirst = b == news.end() || (a != olds.end() && order(*a) < order(*b));
+        bool const bIsFirst = a == olds.end() || (b != news.end() && order(*b) < order(*a));
+        if (aIsFirst) restOfOlds.push_back(*a);
+        if (bIsFirst) restOfNews.push_back(*b);
+        if (!aIsFirst && !bIsFirst) visit(*a, *b);
+        if (!bIsFirst) ++a;
+        if (!aIsFirst) ++b;
+    }
+    olds.swap(restOfOlds);
+    news.swap(restOfNews);
+}
+
+QString savedLine(Entry const& entry) {
+    return toText(entry.cmd->toSaveString(nullptr));
+}
+
+QJsonArray savedLines(Entries& entries) {
+    sort(entries, [](Entry const&) { return 0; });
+    QJsonArray lines;
+    for (Entry const& entry : entries) lines.append(savedLine(entry));
+    return lines;
+}
+
+QJsonObject difference(Entries& olds, Entries& news) {
+    Entries enabled;
+    Entries disabled;
+    QJsonArray changed;
+    pairOff(olds, news, exactOrder, [](Entry const&, Entry const&) {});
+    pairOff(olds, news, meaningOrder,
+            [&](Entry const&, Entry const& now) { (now.cmd->enabled ? enabled : disabled).push_back(now); });
+    pairOff(olds, news, subjectOrder, [&](Entry const& before, Entry const& now) {
+        changed.append(QJsonObject{{"old", savedLine(before)}, {"new", savedLine(now)}});
+    });
+    return {{"added", savedLines(news)},
+            {"removed", savedLines(olds)},
+            {"changed", changed},
+            {"enabled", savedLines(enabled)},
+            {"disabled", savedLines(disabled)}};
+}
+
+void printText(QJsonObject const& difference) {
+    for (char const* title : {"removed", "added", "changed", "enabled", "disabled"}) {
+        for (QJsonValue const& entry : difference[title].toArray()) {
+            QJsonObject const change = entry.toObject();
+            printLine(title, change.isEmpty() ? entry.toString() : change["old"].toString());
+            if (!change.isEmpty()) printLine("     to", change["new"].toString());
+        }
+    }
+}
+
+}  // namespace
+
+int diff(Arguments const& arguments) {
+    bool const isJson = arguments.choose("format", {"text", "json"}) == 1;
+    std::vector<std::string> const names = arguments.words();
+    if (names[0] == "-" && names[1] == "-") throw Trouble("standard input can be read once");
+    Input const oldInput = Input::constraints(names[0]);
+    Input const newInput = Input::constraints(names[1]);
+    TOV& document = keep<TOV>();
+    auto before = std::async(std::launch::async, [&] { return readEntries(oldInput, document, {}); });
+    Entries news = readEntries(newInput, keep<TOV>(), progressBar());
+    Entries olds = before.get();
+    QJsonObject const result = difference(olds, news);
+    isJson ? print(result), print("\n") : printText(result);
+    bool const isSame =
+        std::all_of(result.begin(), result.end(), [](QJsonValue const& list) { return list.toArray().isEmpty(); });
+    return isSame ? 0 : 1;
+}
+
+}  // namespace tool

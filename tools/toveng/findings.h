@@ -1,0 +1,63 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "input.h"
+#include "tov/check.h"
+#include "tov/names/document_names.h"
+
+namespace tool {
+
+/// A kind of finding as a user sees it.
+struct Code {
+    kiri::tov::TovFindingKind kind;
+    char const* name;
+    char const* text;
+};
+
+constexpr std::size_t codeCount = 8;
+
+/// Near names are looked for among all names of the design, so not for each of a great many.
+constexpr int suggestionsAtMost = 100;
+
+/// The codes; that of a kind is at the kind's number less 1.
+extern Code const codes[codeCount];
+
+inline Code const& codeOf(kiri::tov::TovFindingKind kind) {
+    return codes[kind - 1];
+}
+
+/// A design, ready for questions.
+struct Design {
+    /// Loads the dump; Trouble unless it was read whole.
+    explicit Design(std::string const& dump);
+
+    kiri::tov::TovDesign design;
+    std::unique_ptr<kiri::tov::TovDesignNames const> names;
+};
+
+/// Where a finding is, and what goes with it.
+struct Place {
+    std::string const& line;
+    std::vector<kiri::tov::TovNameUse> const& missing;  // of TOVFINDING_MISSING_NAME
+};
+
+using FindingVisitor = std::function<void(kiri::tov::TovFinding const& finding, Place const& place)>;
+
+/// Calls `visit` with each finding of a file, as checkTovFile has them, and holds none of them. `design` may be null.
+void forEachFinding(Input const& input, Design const* design, kiri::tov::TovNameMatch match,
+                    FindingVisitor const& visit);
+
+/// What is wrong, what a save would do, and what to write instead; for any kind except TOVFINDING_MISSING_NAME.
+std::string messageOf(kiri::tov::TovFinding const& finding, std::string const& line);
+
+/// "no such port: `a`; did you mean `b`?" Looks for a near name while `suggestions` is not 0, and counts it down.
+std::string missingMessage(taDciObjTyp type, std::string const& word, kiri::tov::TovDesignNames const& names,
+                           int& suggestions);
+
+/// "port", "pin", "net", "cell" or "clock"; "object" for any other type.
+char const* titleOf(taDciObjTyp type);
+
+}  // namespace tool

@@ -1,0 +1,191 @@
+// toveng: checks, compares and formats timing constraints, and finds what they refer to in a design.
+//
+// Exit status: 0 if all is well, 1 if there is something to tell, 2 for wrong usage and what cannot be read.
+
+#include <QCommandLineParser>
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <new>
+
+#include "command.h"
+#include "text.h"
+#include "tov/version.h"
+
+using namespace tool;
+
+namespace {
+
+struct Option {
+    char const* name;
+    char const* value;  // what it takes; empty if nothing
+    char const* text;
+};
+
+constexpr Option designOption = {"design", "DUMP", "the dump of the design that is constrained"};
+constexpr Option matchOption = {"match", "HOW", "how words meet the levels of a name: levels, local or flat"};
+constexpr Option formatOption = {"format", "FORMAT", "the form of the result: text or json"};
+
+struct Command {
+    char const* name;
+    int (*run)(Arguments const&);
+    char const* usage;
+    char const* summary;
+    int least;  // of the words that are no options
+    int most;
+    std::vector<Option> options;
+};
+
+constexpr int anyNumber = 1 << 30;
+
+std::vector<Command> const& commands() {
+    static std::vector<Command> const table = {
+        {"check",
+         check,
+         "[OPTION...] FILE...",
+         "Tells what a load and a save of constraint files would not keep, and the names that the design lacks.",
+         1,
+         anyNumber,
+         {designOption,
+          matchOption,
+          {"ignore", "CODE,...", "leave findings of these codes out"},
+          {"format", "FORMAT", "the form of the findings: text, json or sarif"},
+          {"max", "N", "print the first N findings only"}}},
+        {"coverage",
+         coverage,
+         "--design DUMP [OPTION...] FILE",
+         "Tells what of the design the constraints reach, and what they leave out.",
+         1,
+         1,
+         {designOption, formatOption}},
+        {"diff",
+         diff,
+         "[OPTION...] OLD NEW",
+         "Tells what changes in meaning from one constraint file to another.",
+         2,
+         2,
+         {formatOption}},
+        {"objects",
+         objects,
+         "--design DUMP [OPTION...] WORD...",
+         "Lists the objects of the design that words stand for.",
+         1,
+         anyNumber,
+         {designOption,
+          {"type", "TYPE", "look for these alone: port, pin, net, cell or clock"},
+          matchOption,
+          {"constraints", "FILE", "list the commands of the file that refer to each object, too"}}},
+        {"format",
+         format,
+         "[OPTION...] FILE [-o OUT]",
+         "Writes a constraint file as a save writes it.",
+         1,
+         1,
+         {{"check", "", "write nothing: status 1 if the file would change"},
+          {"lossy", "", "also where something would be lost"},
+          {"o", "OUT", "write to this file, not to the one that was read"}}},
+    };
+    return table;
+}
+
+std::string dashed(char const* name) {
+    return (name[1] == '\0' ? "-" : "--") + std::string(name);
+}
+
+void printOption(std::string const& name, char const* text) {
+    char line[200];
+    std::snprintf(line, sizeof line, "  %-21s %s\n", name.c_str(), text);
+    print(line);
+}
+
+void printHelp(Command const& command) {
+    print(std::string("Usage: toveng ") + command.name + " " + command.usage + "\n\n" + command.summary + "\n\n");
+    for (Option const& option : command.options) {
+        printOption(dashed(option.name) + (*option.value == '\0' ? "" : " ") + option.value, option.text);
+    }
+    printOption("-h, --help", "show this text");
+    printOption("-v, --version", "show the version");
+}
+
+void printHelp() {
+    print("Usage: toveng COMMAND [ARGUMENT...]\n\nWorks on timing constraints and on dumps of designs.\n\n");
+    for (Command const& command : commands()) printOption(command.name, command.summary);
+    print("\ntoveng COMMAND --help shows the options of a command; the manual page is toveng(1).\n");
+}
+
+int printVersion() {
+    print(std::string("toveng ") + kiri::tov::versionText() + "\n");
+    return 0;
+}
+
+// QString holds each byte of an argument as a character of its own: nothing is lost, whatever the locale.
+int run(Command const& command, QStringList const& arguments) {
+    QCommandLineParser parser;
+    parser.addOption({{"h", "help"}, {}});
+    parser.addOption({{"v", "version"}, {}});
+    for (Option const& option : command.options) parser.addOption({option.name, {}, option.value});
+    auto const usageTrouble = [&](std::string const& what) {
+        return Trouble(std::string(command.name) + ": " + what + "; see toveng " + command.name + " --help");
+    };
+    if (!parser.parse(arguments)) throw usageTrouble(parser.errorText().toLatin1().toStdString());
+    if (parser.isSet("help")) return printHelp(command), 0;
+    if (parser.isSet("version")) return printVersion();
+    auto const words = parser.positionalArguments().size();
+    if (words < command.least || words > command.most) {
+        throw usageTrouble("usage is toveng " + std::string(command.name) + " " + command.usage);
+    }
+    if (std::string(command.usage).find("--design") == 0 && !parser.isSet("design")) {
+        throw usageTrouble("there is no --design");
+    }
+    return command.run(Arguments(parser));
+}
+
+int run(int argc, char** argv) {
+    std::string const name = argc > 1 ? argv[1] : "";
+    if (name == "-h" || name == "--help") return printHelp(), 0;
+    if (name == "-v" || name == "--version") return printVersion();
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i) arguments.append(QString::fromLatin1(argv[i]));
+    for (Command const& command : commands()) {
+        if (name == command.name) return run(command, arguments);
+    }
+    throw Trouble((name.empty() ? "there is no command" : "unknown command '" + name + "'") + "; see toveng --help");
+}
+
+}  // namespace
+
+std::vector<std::string> Arguments::words() const {
+    std::vector<std::string> words;
+    for (QString const& word : parser_.positionalArguments()) words.push_back(word.toLatin1().toStdString());
+    return words;
+}
+
+std::size_t Arguments::choose(char const* option, std::initializer_list<char const*> choices) const {
+    if (!has(option)) return 0;
+    auto const chosen = std::find(choices.begin(), choices.end(), value(option));
+    if (chosen != choices.end()) return static_cast<std::size_t>(chosen - choices.begin());
+    std::string known;
+    for (char const* choice : choices) known.append(known.empty() ? "" : ", ").append(choice);
+    throw Trouble("unknown " + std::string(option) + " '" + value(option) + "'; known are " + known);
+}
+
+kiri::tov::TovNameMatch Arguments::match() const {
+    using namespace kiri::tov;
+    constexpr TovNameMatch matches[] = {TOVMATCH_LEVELS, TOVMATCH_LOCAL, TOVMATCH_FLAT};
+    return matches[choose("match", {"levels", "local", "flat"})];
+}
+
+int main(int argc, char** argv) {
+    try {
+        int const status = run(argc, argv);
+        flushOutput();
+        return status;
+    } catch (Trouble const& trouble) {
+        complain(std::string("toveng: ") + trouble.what());
+    } catch (std::bad_alloc const&) {
+        complain("toveng: out of memory");
+    } catch (std::exception const& error) {
+        complain(std::string("toveng: ") + error.what());
+    }
+    return 2;
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+#include "tov/cmd/commands.h"
+
+namespace tool {
+
+/// What a command says, apart from whether it is enabled.
+struct Meaning {
+    std::string objects;  ///< the roles and their objects; neither order nor repetition within a role counts
+    std::string values;   ///< the saved line without its objects
+};
+
+Meaning meaningOf(kiri::tov::TovCmd& cmd);
+
+/// The saved line of a command as if it were enabled.
+std::string lineOf(kiri::tov::TovCmd& cmd);
+
+}  // namespace tool

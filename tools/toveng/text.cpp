@@ -1,0 +1,76 @@
+#include "text.h"
+
+#include <QJsonDocument>
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace tool {
+
+namespace {
+
+bool isPlain(char c) {
+    return c >= ' ' && c <= '~';
+}
+
+void check(bool written) {
+    if (!written) throw Trouble(std::string("standard output: ") + std::strerror(errno));
+}
+
+}  // namespace
+
+QString toText(std::string_view bytes) {
+    // What is invalid comes back as other bytes. At its start Qt would drop a byte order mark.
+    QByteArray const padded = 'x' + QByteArray(bytes.data(), static_cast<int>(bytes.size()));
+    QString const text = QString::fromUtf8(padded);
+    return (text.toUtf8() == padded ? text : QString::fromLatin1(padded)).mid(1);
+}
+
+std::string printable(std::string_view bytes) {
+    if (std::all_of(bytes.begin(), bytes.end(), isPlain)) return std::string(bytes);
+    QString text = toText(bytes);
+    for (QChar& c : text) {
+        if (c.category() == QChar::Other_Control) c = '?';
+    }
+    return text.toStdString();
+}
+
+std::string shown(std::string_view text, std::size_t most) {
+    std::string start(text);
+    if (text.size() > most) {
+        // A character is not cut.
+        while ((static_cast<unsigned char>(text[most]) & 0xc0U) == 0x80 && most > 0) --most;
+        start.replace(most, std::string::npos, "...");
+    }
+    std::replace(start.begin(), start.end(), '\t', ' ');
+    return start;
+}
+
+void print(std::string_view text) {
+    check(std::fwrite(text.data(), 1, text.size(), stdout) == text.size());
+}
+
+void printLine(std::string_view title, QString const& line) {
+    print(std::string(title) + " " + printable(shown(line.toStdString())) + "\n");
+}
+
+void print(QJsonObject const& object) {
+    QString json = QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+    // Qt does not escape the control characters from 0x7f on.
+    for (ushort c = 0x7f; c < 0xa0; ++c) {
+        if (json.contains(QChar(c))) json.replace(QChar(c), QString("\\u%1").arg(c, 4, 16, QChar('0')));
+    }
+    print(json.toStdString());
+}
+
+void flushOutput() {
+    check(std::fflush(stdout) == 0 && std::ferror(stdout) == 0);
+}
+
+void complain(std::string_view line) {
+    std::fflush(stdout);
+    std::fprintf(stderr, "%s\n", printable(line).c_str());
+}
+
+}  // namespace tool
