@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tov/check.h"
+#include "tov/cmd/cmd.h"
+#include "tov/tov.h"
+#include "tov/word_comparison.h"
+
+namespace kiri::tov {
+
+/// Finds what loading and saving a file would not keep, line after line.
+class LineChecker {
+public:
+    /// Checks the next line and appends its findings, in the order of their kinds. Returns false if the line ends the
+    /// load, which makes the line the last one.
+    bool check(std::string_view line, std::vector<TovFinding>& findings);
+
+    /// Number of the line checked last, counted from 1.
+    std::size_t number() const { return number_; }
+
+    /// The command of the line checked last, enabled as the line says; null if the line makes none. It lives until the
+    /// next check. A clock group may have lost references that repeat the names of others.
+    TovCmd* command() const { return cmd_.get(); }
+
+    /// The list in which a load would put that command; TOVCMD_NONE without one.
+    TOVCMD_TYPE list() const { return list_; }
+
+private:
+    struct Texts;
+    bool checkText(std::string_view line, Texts& texts);
+
+    std::size_t number_ = 0;
+    std::unique_ptr<TovCmd> cmd_;
+    TOVCMD_TYPE list_ = TOVCMD_NONE;
+    WordComparison words_;
+    std::string saved_;
+    TOV document_;  // commands are saved for a document
+};
+
+}  // namespace kiri::tov
