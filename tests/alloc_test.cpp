@@ -148,6 +148,22 @@ TEST(Alloc, Documents) {
     }
 }
 
+// A document is read whole or is empty, for a line that is refused too.
+TEST(Alloc, Reads) {
+    support::TempDir const dir;
+    for (std::string const last : {"c", "create_clock -waveform"}) {
+        std::string const path = support::write(dir / "in", "set_false_path -to a\n# b\n#attribute a b c d e\n" + last);
+        sweep([&] {
+            std::string error = "as it was";
+            TOV document;
+            support::load(document, "set_false_path\nc");
+            bool const done = attempt([&] { document.read(path.c_str(), allocate, &error); });
+            EXPECT_EQ(error == "as it was", !done);
+            EXPECT_EQ(support::bodyOf(document) == "~\n", !error.empty());
+        });
+    }
+}
+
 TEST(Alloc, Checks) {
     support::TempDir const dir;
     std::string const words = " a_word_that_is_beyond_any_small_text 2.9 b \\";
@@ -251,17 +267,53 @@ TEST(Alloc, CopiesOfALongTextShareIt) {
     EXPECT_TRUE(list.front()->name == text);
 }
 
-// Of the buffer for the longest line nothing is left when the lines after it are kept.
+// What a load needs beyond what it keeps: the longest line with room to grow, and comments while their text grows.
 TEST(Alloc, AFileCostsItsLongestLine) {
     support::TempDir const dir;
     std::size_t const longest = 3'000'000;
-    std::string text = "#attribute" + std::string(longest, 'x') + "\n";
-    for (int i = 0; i < 60000; ++i) text += "set_false_path" + std::string(200, ' ') + "x\n";
-    std::string const path = support::write(dir / "in", text);
-    TOV document;
-    auto const [kept, beyond] = bytesOf([&] { document.load(path.c_str()); });
-    EXPECT_GT(kept, 2 * longest);
-    EXPECT_LT(beyond, longest + 64 * 1024);
+    std::string const longWord(longest, 'x');
+    std::string manyWords;
+    while (manyWords.size() < longest) manyWords += " word";
+    std::string commands, comments, sections;
+    for (int i = 0; i < 60'000; ++i) commands += "set_false_path" + std::string(200, ' ') + "x\n";
+    for (int i = 0; i < 400'000; ++i) comments += "# a comment\n";
+    for (int i = 0; i < 40; ++i) sections += std::string(99'999, 'x') + "\n#attribute 1 2 3 4 5\ny\nset_false_path\n";
+    std::size_t const line = longest / 8 * 9;
+    struct {
+        std::string text;
+        std::size_t beyond;
+    } const files[] = {
+        {"#attribute" + longWord + "\n" + commands, 0},  // the commands are kept where the line was
+        {"#attribute" + manyWords, line},
+        {"#attribute 1 2 3 4 " + longWord, line},
+        {"# " + longWord, line},
+        {"set_load" + manyWords, line},
+        {"set_false_path -x " + longWord + " -to a", line},
+        {comments, comments.size()},
+        {sections, sections.size()},
+    };
+    for (auto const& file : files) {
+        std::string const path = support::write(dir / "in", file.text);
+        TOV document;
+        std::size_t const beyond = bytesOf([&] { document.read(path.c_str()); }).second;
+        EXPECT_LT(beyond, file.beyond + 64 * 1024) << file.text.substr(0, 30);
+    }
+}
+
+// Beyond its tree, a dump costs the base names of its buses while it is read.
+TEST(Alloc, ADumpCostsTheNamesOfItsBuses) {
+    support::TempDir const dir;
+    constexpr std::size_t buses = 20'000;
+    for (bool distinct : {false, true}) {
+        std::string text = "<top><library><unit><nets>";
+        for (std::size_t i = 0; i < buses; ++i)
+            text += "<nitem name='" + (distinct ? "net" + std::to_string(i) : "net") + "[0]'/>";
+        std::string const path = support::write(dir / "dump", text + "</nets></unit></library></top>");
+        TovDesign design;
+        auto const [kept, beyond] = bytesOf([&] { design.load(path.c_str()); });
+        EXPECT_LT(beyond, 64 * 1024 + (distinct ? buses * 100 : 0));
+        EXPECT_GT(kept, buses * 50);
+    }
 }
 
 }  // namespace

@@ -39,7 +39,7 @@ public:
     void readLine(std::string_view rawLine) {
         ConstraintLine const line(rawLine);
         if (line.kind == nullptr) {
-            if (!line.text.empty()) pendingComments_.append(line.text).append("\n");
+            if (!line.text.empty()) addComment(line.text);
         } else if (std::unique_ptr<TovCmd> cmd = line.makeCommand()) {
             addCommand(document_, line.kind->list, std::move(cmd));
             enterSection(line.kind->list == TOVCMD_ATTRIBUTE);
@@ -55,6 +55,13 @@ public:
     }
 
 private:
+    // The text grows once for a line, so that there are never three of a long one.
+    void addComment(std::string_view line) {
+        std::size_t const size = pendingComments_.size() + line.size() + 1;
+        if (size > pendingComments_.capacity()) pendingComments_.reserve(size);
+        pendingComments_.append(line) += '\n';
+    }
+
     void enterSection(bool attributes) {
         if (inAttributes_ != attributes) flushComments();
         inAttributes_ = attributes;

@@ -45,15 +45,15 @@ std::string_view LineReader::take(std::size_t size) {
     return {text, size};
 }
 
-// Reads a chunk after the unconsumed bytes, which move to the front of the buffer. A line that fills the buffer doubles
-// it.
+// Reads a chunk after the unconsumed bytes, which move to the front of the buffer. A line that fills the buffer makes it
+// grow by an eighth: that is all the memory that a line needs beyond its own size.
 bool LineReader::fill() {
     if (error_ != 0) return false;
     std::size_t const unconsumed = end_ - begin_;
     if (begin_ > 0) std::memmove(buffer_.get(), buffer_.get() + begin_, unconsumed);
     begin_ = 0;
     end_ = unconsumed;
-    if (unconsumed + 1 == capacity_) resize(2 * capacity_);
+    if (unconsumed + 1 == capacity_) resize(capacity_ + std::max(chunkSize, capacity_ / 8));
     std::size_t const space = capacity_ - unconsumed - 1;
     ssize_t const got = readSome(file_, buffer_.get() + unconsumed, std::min(space, chunkSize));
     if (got < 0) error_ = errno;
