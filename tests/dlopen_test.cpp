@@ -6,9 +6,11 @@
 #include <malloc.h>
 #include <pthread.h>
 #include <signal.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <clocale>
+#include <cstddef>
 #include <cstdio>
 #include <filesystem>
 #include <future>
@@ -54,20 +56,40 @@ Formatter formatterOf(void* library) {
     return reinterpret_cast<Formatter>(::dlsym(library, "_Z7neoformPKcz"));
 }
 
-// Whether the formatter works on a new thread, which lives on until the library is unloaded.
-bool formatsAndUnloads(void* library, char const* path) {
+// Loads a design and destroys it, as a program does that has the library's functions by name only.
+bool loadsDesign(void* library) {
+    using Member = void (*)(void* design);
+    auto const construct = reinterpret_cast<Member>(::dlsym(library, "_ZN4kiri3tov9TovDesignC1Ev"));
+    auto const destroy = reinterpret_cast<Member>(::dlsym(library, "_ZN4kiri3tov9TovDesignD1Ev"));
+    auto const load =
+        reinterpret_cast<bool (*)(void* design, char const* path)>(::dlsym(library, "_ZN4kiri3tov9TovDesign4loadEPKc"));
+    if (construct == nullptr || destroy == nullptr || load == nullptr) return false;
+    std::string const dump = "<top><library><unit><nets><nitem name='a[0]'/></nets></unit></library></top>";
+    int const file = ::memfd_create("dump", MFD_CLOEXEC);
+    bool loaded = ::write(file, dump.data(), dump.size()) == static_cast<ssize_t>(dump.size());
+    alignas(std::max_align_t) char design[64];
+    construct(design);
+    loaded = loaded && load(design, ("/proc/self/fd/" + std::to_string(file)).c_str());
+    destroy(design);
+    ::close(file);
+    return loaded;
+}
+
+// Whether a new thread, which lives on until the library is unloaded, can format and load a design.
+bool worksAndUnloads(void* library, char const* path) {
     Formatter const neoform = formatterOf(library);
-    std::promise<bool> formatted;
+    std::promise<bool> worked;
     std::promise<void> unloaded;
     std::thread user([&] {
-        formatted.set_value(neoform != nullptr && std::string(neoform("%f", 1.5)) == "1.500000");
+        bool const formats = neoform != nullptr && std::string(neoform("%f", 1.5)) == "1.500000";
+        worked.set_value(formats && loadsDesign(library));
         unloaded.get_future().wait();
     });
-    bool const formats = formatted.get_future().get() && ::dlclose(library) == 0;
+    bool const works = worked.get_future().get() && ::dlclose(library) == 0;
     bool const gone = ::dlopen(path, RTLD_NOW | RTLD_NOLOAD) == nullptr;
     unloaded.set_value();
     user.join();
-    return formats && gone;
+    return works && gone;
 }
 
 // Whether loads after the first leave nothing behind: no key, and no text of the thread that unloads.
@@ -94,7 +116,7 @@ int main(int, char** argv) {
     std::string const before = state();
     void* const library = ::dlopen(argv[1], RTLD_NOW | RTLD_LOCAL);
     bool const same = library != nullptr && state() == before;
-    bool const usable = same && formatsAndUnloads(library, argv[1]) && state() == before;
+    bool const usable = same && worksAndUnloads(library, argv[1]) && state() == before;
     bool const gives = usable && givesBack(argv[1]);
     ::close(pipe[1]);
     ::close(1);
