@@ -1,70 +1,98 @@
 #include "tov/names/design_names.h"
 
-#include "tov/names/name_rules.h"
+#include <string_view>
+#include <utility>
+
+#include "tov/names/name_index.h"
+#include "tov/names/name_search.h"
+#include "tov/names/nearest_name.h"
 
 namespace kiri::tov {
 
-namespace impl_detail {
+namespace {
 
-class NameIndex {
-public:
-    std::vector<name_rules::Candidate> candidates;
-    bool isComplete = true;
-};
+using impl_detail::NameKind;
+using impl_detail::NameKinds;
+using impl_detail::NameWord;
 
-}  // namespace impl_detail
+NameKinds kindsOf(taDciObjTyp type) {
+    switch (type) {
+        case taDciObjPort:
+        case taDciObjSourcePort:
+            return NameKind::port;
+        case taDciObjPin:
+        case taDciObjPin2:
+            return NameKind::pin;
+        case taDciObjNet:
+        case taDciObjSourceNet:
+            return NameKind::net;
+        case taDciObjCell:
+            return NameKind::cell;
+        case taDciObjClock:
+            return NameKind::clock;
+        case taDciObjName:
+            return NameKinds(NameKind::port) | NameKind::pin | NameKind::net | NameKind::cell | NameKind::clock;
+        default:
+            return {};
+    }
+}
+
+void search(impl_detail::NameIndex const* index, taDciObjTyp type, std::string const& text, TovNameMatch match,
+            impl_detail::Hits& hits) {
+    NameKinds const kinds = kindsOf(type);
+    if (index == nullptr || kinds.isEmpty() || !TovDesignNames::isName(text)) return;
+    NameWord const word(text);
+    impl_detail::NameSearch(*index, word, hits).run(kinds, match);
+    if (!impl_detail::isUtf8BeyondAscii(text)) return;
+    NameWord const latin1 = word.latin1();
+    impl_detail::NameSearch(*index, latin1, hits).run(kinds, match);
+}
+
+}  // namespace
 
 TovDesignNames::TovDesignNames(TovDesign const& design, TovProgress const& progress) {
-    auto index = std::make_unique<impl_detail::NameIndex>();
-    index->candidates = name_rules::candidatesOf(design);
-    if (progress && !progress(index->candidates.size(), index->candidates.size())) {
-        index->candidates.clear();
-        index->isComplete = false;
-    }
-    index_ = std::move(index);
+    auto index = std::make_unique<impl_detail::NameIndex>(design, progress);
+    if (index->isComplete) index_ = std::move(index);
 }
 
 TovDesignNames::~TovDesignNames() = default;
 
 bool TovDesignNames::complete() const {
-    return index_->isComplete;
+    return index_ != nullptr;
 }
 
 std::size_t TovDesignNames::find(taDciObjTyp type, std::string const& word, std::vector<TovNode const*>& nodes,
                                  TovNameMatch match) const {
-    nodes = name_rules::find(index_->candidates, type, word, match);
+    impl_detail::Hits hits(false);
+    search(index_.get(), type, word, match, hits);
+    nodes = hits.take();
     return nodes.size();
 }
 
 bool TovDesignNames::has(taDciObjTyp type, std::string const& word, TovNameMatch match) const {
-    return !name_rules::find(index_->candidates, type, word, match).empty();
+    impl_detail::Hits hits(true);
+    search(index_.get(), type, word, match, hits);
+    return !hits.isEmpty();
 }
 
 bool TovDesignNames::isName(std::string const& word) {
-    return !word.empty() && word != "\\" && std::string("[$@-").find(word[0]) == std::string::npos;
+    return !word.empty() && word != "\\" && std::string_view("[$@-").find(word[0]) == std::string_view::npos;
 }
 
 std::string TovDesignNames::nameOf(TovNode const& node) const {
-    std::string const own = node.name();
-    if (own.empty()) return {};
-    TovNode const* const parent = node.parent();
-    bool const isPlain =
-        parent != nullptr && parent->type() == TOV_OBJ_TOP &&
-        (dynamic_cast<TovPortNode const*>(&node) != nullptr || dynamic_cast<TovClockNode const*>(&node) != nullptr);
-    std::string path = parent != nullptr && parent->type() == TOV_OBJ_CELL ? parent->name() + "/" + own : own;
-    std::string word;
-    for (char c : path) {
-        if (c == '.' && !isPlain) c = '/';
-        bool const isSpecial = std::string("*?\\").find(c) != std::string::npos ||
-                               (word.empty() && std::string("[$@-").find(c) != std::string::npos);
-        if (isSpecial) word += '\\';
-        word += c;
-    }
-    return word;
+    return impl_detail::nameOf(node);
 }
 
 std::string TovDesignNames::nearest(taDciObjTyp type, std::string const& word) const {
-    return name_rules::nearest(*this, index_->candidates, type, word);
+    if (index_ == nullptr || word.size() > 1000) return {};
+    bool const hasLatin1 = impl_detail::isUtf8BeyondAscii(word);
+    impl_detail::NearestName nearest(*index_, kindsOf(type));
+    unsigned const most = word.size() < 4 ? 1 : word.size() < 12 ? 2 : 3;
+    for (unsigned bound = 1; bound <= most && nearest.name().empty(); ++bound) {
+        nearest.compare(word, bound);
+        if (hasLatin1) nearest.compare(impl_detail::latin1Of(word), bound);
+    }
+    return nearest.name();
 }
 
 }  // namespace kiri::tov

@@ -1,0 +1,205 @@
+#include "tov/names/name_word.h"
+
+#include <climits>
+
+#include "tov/names/path_text.h"
+
+namespace kiri::tov::impl_detail {
+
+namespace {
+
+constexpr long beyondInt = static_cast<long>(INT_MAX) + 1;
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+/// The number that `digits` are, or `beyondInt`.
+long numberOf(std::string_view digits) {
+    long number = 0;
+    for (char const c : digits) number = std::min(number * 10 + (c - '0'), beyondInt);
+    return number;
+}
+
+/// Where the digits at the end of `text` begin.
+std::size_t digitsAtEnd(std::string_view text) {
+    std::size_t begin = text.size();
+    while (begin > 0 && isDigit(text[begin - 1])) --begin;
+    return begin;
+}
+
+/// Decodes one character of UTF-8 and takes it off `text`; none if it is not valid.
+std::optional<unsigned> takeCharacter(std::string_view& text) {
+    constexpr unsigned least[] = {0, 0x80, 0x800, 0x10000};
+    auto const first = static_cast<unsigned char>(text[0]);
+    std::size_t const more = first < 0x80 ? 0 : first < 0xe0 ? 1 : first < 0xf0 ? 2 : 3;
+    if (more > 0 && (first < 0xc2 || first > 0xf4 || text.size() <= more)) return {};
+    unsigned code = more == 0 ? first : first & (0x3fU >> more);
+    for (std::size_t i = 1; i <= more; ++i) {
+        auto const next = static_cast<unsigned char>(text[i]);
+        if ((next & 0xc0U) != 0x80) return {};
+        code = code << 6U | (next & 0x3fU);
+    }
+    bool const isSurrogate = code >= 0xd800 && code < 0xe000;
+    if (code < least[more] || code > 0x10ffff || isSurrogate) return {};
+    text.remove_prefix(more + 1);
+    return code;
+}
+
+}  // namespace
+
+bool isUtf8BeyondAscii(std::string_view text) {
+    if (std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
+        return false;
+    while (!text.empty()) {
+        if (!takeCharacter(text)) return false;
+    }
+    return true;
+}
+
+std::string latin1Of(std::string_view text) {
+    std::string latin1;
+    while (!text.empty()) {
+        unsigned const code = takeCharacter(text).value_or('?');
+        latin1.append(code > 0xffff ? 2 : 1, code < 0x100 ? static_cast<char>(code) : '?');
+    }
+    return latin1;
+}
+
+std::optional<BitName> BitName::of(std::string_view text) {
+    if (text.empty() || text.back() != ']') return {};
+    text.remove_suffix(1);
+    std::size_t const digits = digitsAtEnd(text);
+    if (digits == text.size() || digits == 0 || text[digits - 1] != '[') return {};
+    return BitName{text.substr(0, digits - 1), numberOf(text.substr(digits))};
+}
+
+bool BitName::hasBase() const {
+    return !base.empty() && !isSeparator(base.back());
+}
+
+NameWord::NameWord(std::string_view word) : starts_{0} {
+    bytes_.reserve(word.size());
+    marks_.reserve(word.size());
+    std::size_t lastEscape = 0;  // the bytes up to the last escape
+    for (std::size_t i = 0; i < word.size(); ++i) {
+        bool const isEscaped = word[i] == '\\';
+        if (isEscaped && ++i == word.size()) {
+            lastEscape = bytes_.size() + 1;
+            break;
+        }
+        add(word[i], isEscaped);
+        if (isEscaped) lastEscape = bytes_.size();
+    }
+    findRange(lastEscape);
+}
+
+// One '*' is as good as several.
+void NameWord::add(char byte, bool isEscaped) {
+    bool const isWild = !isEscaped && (byte == '*' || byte == '?');
+    if (isWild && byte == '*' && !marks_.empty() && marks_.back() == '*') return;
+    if (isWild && firstWild_ == std::string::npos) firstWild_ = bytes_.size();
+    bytes_ += pathByte(byte);
+    marks_ += isWild ? byte : '\0';
+    if (isSeparator(byte)) starts_.push_back(bytes_.size());
+}
+
+void NameWord::findRange(std::size_t lastEscape) {
+    std::string_view text = bytes_;
+    if (text.empty() || text.back() != ']' || lastEscape == text.size() + 1) return;
+    text.remove_suffix(1);
+    std::size_t const second = digitsAtEnd(text);
+    if (second == text.size() || second == 0 || text[second - 1] != ':') return;
+    std::string_view const before = text.substr(0, second - 1);
+    std::size_t const first = digitsAtEnd(before);
+    if (first == before.size() || first == 0 || before[first - 1] != '[') return;
+    if (first - 1 == starts_.back() || lastEscape >= first) return;
+    rangeBegin_ = first - 1;
+    low_ = numberOf(before.substr(first));
+    high_ = numberOf(text.substr(second));
+    if (low_ > high_) std::swap(low_, high_);
+    high_ = std::min(high_, static_cast<long>(INT_MAX));
+}
+
+NameWord NameWord::latin1() const {
+    NameWord form;
+    form.starts_.push_back(0);
+    for (std::string_view rest = bytes_; !rest.empty();) {
+        bool const isEscaped = marks_[bytes_.size() - rest.size()] == '\0';
+        unsigned const code = takeCharacter(rest).value_or('?');
+        if (code < 0x100) {
+            form.add(static_cast<char>(code), isEscaped);
+        } else {
+            for (int units = code > 0xffff ? 2 : 1; units > 0; --units) form.add('?', true);
+        }
+    }
+    form.low_ = low_;
+    form.high_ = high_;
+    if (hasRange()) form.rangeBegin_ = form.bytes_.size() - (bytes_.size() - rangeBegin_);
+    return form;
+}
+
+std::size_t NameWord::leastSize() const {
+    std::string_view const wild = marks().substr(0, rangeBegin_);
+    return wild.size() - static_cast<std::size_t>(std::count(wild.begin(), wild.end(), '*'));
+}
+
+std::size_t NameWord::endOf(std::size_t level) const {
+    return level + 1 < starts_.size() ? starts_[level + 1] - 1 : bytes_.size();
+}
+
+std::string_view NameWord::level(std::size_t i) const {
+    return text().substr(starts_[i], endOf(i) - starts_[i]);
+}
+
+std::string_view NameWord::prefix(std::size_t level) const {
+    std::string_view const wild = marks().substr(starts_[level], endOf(level) - starts_[level]);
+    return this->level(level).substr(0, wild.find_first_not_of('\0'));
+}
+
+bool NameWord::isPattern(std::size_t level) const {
+    return prefix(level).size() < this->level(level).size();
+}
+
+// After a mismatch the last '*' takes one byte more.
+bool NameWord::fits(std::size_t begin, std::size_t end, std::string_view text) const {
+    std::size_t p = begin;
+    std::size_t star = std::string::npos;
+    std::size_t taken = 0;
+    for (std::size_t t = 0; t < text.size();) {
+        if (p < end && marks_[p] == '*') {
+            star = p++;
+            taken = t;
+        } else if (p < end && (marks_[p] == '?' || bytes_[p] == pathByte(text[t]))) {
+            ++p;
+            ++t;
+        } else if (star != std::string::npos) {
+            p = star + 1;
+            t = ++taken;
+        } else {
+            return false;
+        }
+    }
+    return p == end || (p + 1 == end && marks_[p] == '*');
+}
+
+bool NameWord::fitsFrom(std::size_t begin, std::string_view text, bool hasBits) const {
+    if (fits(begin, bytes_.size(), text)) return true;
+    if (!hasBits || text.empty() || text.back() != ']') return false;
+    for (auto bit = BitName::of(text); bit; bit = BitName::of(bit->base)) {
+        if (hasRange() && isInRange(bit->index) && fits(begin, rangeBegin_, bit->base)) return true;
+        if (!bit->hasBase()) return false;
+        if (fits(begin, bytes_.size(), bit->base)) return true;
+    }
+    return false;
+}
+
+bool NameWord::fitsPath(std::size_t first, std::string_view path, bool hasBits) const {
+    for (std::size_t i = first; i + 1 < levels(); ++i) {
+        std::string_view const level = takeLevel(path);
+        if (path.data() == nullptr || !fitsLevel(i, level)) return false;
+    }
+    return path.find_first_of("./") == std::string_view::npos && fitsLast(path, hasBits);
+}
+
+}  // namespace kiri::tov::impl_detail

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+
+// Paths as text: levels joined by '.' or '/', which are equal.
+
+namespace kiri::tov::impl_detail {
+
+inline bool isSeparator(char c) {
+    return c == '.' || c == '/';
+}
+
+/// A byte of a path, with one separator for both.
+inline char pathByte(char c) {
+    return c == '.' ? '/' : c;
+}
+
+/// Takes the first level off `rest`, which must have one. `rest` becomes null when it had no other.
+inline std::string_view takeLevel(std::string_view& rest) {
+    auto const* const end = std::find_if(rest.begin(), rest.end(), isSeparator);
+    auto const size = static_cast<std::size_t>(end - rest.begin());
+    std::string_view const level = rest.substr(0, size);
+    rest = size == rest.size() ? std::string_view() : std::string_view(end + 1, rest.size() - size - 1);
+    return level;
+}
+
+/// Where the last level of a path begins.
+inline std::size_t lastLevelOf(std::string_view path) {
+    std::size_t const separator = path.find_last_of("./");
+    return separator == std::string_view::npos ? 0 : separator + 1;
+}
+
+inline std::size_t countLevels(std::string_view path) {
+    return 1 + static_cast<std::size_t>(std::count_if(path.begin(), path.end(), isSeparator));
+}
+
+/// Compares two paths byte by byte: negative, 0 or positive.
+inline int comparePaths(std::string_view a, std::string_view b) {
+    std::size_t const size = std::min(a.size(), b.size());
+    for (std::size_t i = 0; i < size; ++i) {
+        auto const left = static_cast<unsigned char>(pathByte(a[i]));
+        auto const right = static_cast<unsigned char>(pathByte(b[i]));
+        if (left != right) return left < right ? -1 : 1;
+    }
+    return a.size() < b.size() ? -1 : a.size() > b.size() ? 1 : 0;
+}
+
+struct PathLess {
+    bool operator()(std::string_view a, std::string_view b) const { return comparePaths(a, b) < 0; }
+};
+
+}  // namespace kiri::tov::impl_detail
