@@ -19,9 +19,9 @@ TOLERANCE = 1.03
 Figure = collections.namedtuple("Figure", "title operation against promise")
 BYTE = None
 FIGURES = [
-    Figure("load, instructions per byte of the file", "load", BYTE, 37),
-    Figure("save, instructions per byte of the file", "save", BYTE, 12),
-    Figure("destroy, instructions per byte of the file", "destroy", BYTE, 9.4),
+    Figure("load, instructions per byte of the file", "load", BYTE, 34),
+    Figure("save, instructions per byte of the file", "save", BYTE, 14),
+    Figure("destroy, instructions per byte of the file", "destroy", BYTE, 10.1),
     Figure("import of as many records, instructions per byte of the file", "import", BYTE, None),
     Figure("check, instructions per byte of the file", "check", BYTE, None),
     Figure("dump load, times a bare pass of the XML reader", "dump-load", "dump-bare", 1.15),

@@ -316,4 +316,21 @@ TEST(Alloc, ADumpCostsTheNamesOfItsBuses) {
     }
 }
 
+// While the text is joined, its lines are there too.
+TEST(Alloc, ASaveTakesTwiceItsText) {
+    support::TempDir const dir;
+    for (std::size_t length : {1U, 60U, 150U, 5000U}) {
+        std::string text;
+        for (std::size_t i = 0; i < 1'000'000 / (length + 20); ++i) {
+            text += (i % 3 == 0 ? "set_max_delay 1 -from " : "set_false_path -to ") + std::string(length, 'x') + "\n";
+        }
+        TOV document;
+        document.load(support::write(dir / "in", text).c_str());
+        std::string saved;
+        auto const [kept, beyond] = bytesOf([&] { saved = document.toSaveString(); });
+        EXPECT_LT(kept, saved.size() + 8192);  // whole pages
+        EXPECT_LT(beyond, saved.size() + saved.size() / 50 + 64 * 1024) << length;
+    }
+}
+
 }  // namespace

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+#include <utility>
+
 #include "support.h"
 
 namespace {
@@ -59,6 +62,63 @@ TEST(Document, ListsAreTheCallersToEdit) {
         list.push_back(new TovCmdMaxDelay(2, nullptr));
         EXPECT_EQ(bodyOf(document), "set_max_delay 1.000000\nset_max_delay 2.000000\n~\n");
     }
+}
+
+constexpr TOVCMD_TYPE allLists[] = {TOVCMD_CLOCK,       TOVCMD_GENCLOCK, TOVCMD_CLOCKGROUP, TOVCMD_INPUTDELAY,
+                                    TOVCMD_OUTPUTDELAY, TOVCMD_MAXDELAY, TOVCMD_MINDELAY,   TOVCMD_MULTICYCLE,
+                                    TOVCMD_FALSEPATH,   TOVCMD_ATTRIBUTE};
+
+// The places of a list come in any order of addresses, and a command in any list.
+TEST(Document, SavesListsThatACallerMixed) {
+    std::minstd_rand random;
+    for (int round = 0; round < 50; ++round) {
+        TOV document;
+        for (unsigned i = 0; i < 5 * static_cast<unsigned>(round); ++i) {
+            std::list<TovCmd*>& list = *document.getTovCmdList(allLists[random() % std::size(allLists)]);
+            auto const place = std::next(list.begin(), static_cast<long>(random() % (list.size() + 1)));
+            TovCmd* cmd = nullptr;
+            if (i % 3 == 1) cmd = new TovCmdMaxDelay(static_cast<float>(i), nullptr);
+            if (i % 3 == 2) cmd = new TovCmdMinDelay(static_cast<float>(i), nullptr);
+            list.insert(place, cmd);
+            if (i % 7 == 0) list.reverse();
+        }
+        std::string lines;
+        for (TOVCMD_TYPE type : allLists) {
+            if (type == TOVCMD_ATTRIBUTE) lines += "~\n";
+            for (TovCmd* cmd : *document.getTovCmdList(type)) {
+                if (cmd != nullptr) lines += cmd->toSaveString(&document) + '\n';
+            }
+        }
+        EXPECT_EQ(bodyOf(document), lines);
+    }
+}
+
+TEST(Document, CommandsOfACallersClassAreWrittenAndGoListByList) {
+    struct Witness : TovCmdFalsePath {
+        Witness(TOV& owner, TOVCMD_TYPE list, std::string& report)
+            : TovCmdFalsePath(nullptr), document(owner), place(static_cast<char>('a' + list)), told(report) {}
+        // The library's own commands are no longer in any list.
+        ~Witness() override { told += document.getTovCmdList(TOVCMD_ATTRIBUTE)->size() == 2 ? place : '!'; }
+        std::string toSaveString(TOV*) override { return told += place, std::string(); }
+        TOV& document;
+        char place;
+        std::string& told;
+    };
+    std::string told;
+    TOV document;
+    for (int round = 0; round < 2; ++round) {
+        for (TOVCMD_TYPE type : {TOVCMD_ATTRIBUTE, TOVCMD_FALSEPATH, TOVCMD_MAXDELAY, TOVCMD_CLOCK}) {
+            std::list<TovCmd*>& list = *document.getTovCmdList(type);
+            list.push_back(new TovCmdMaxDelay(1, nullptr));
+            list.push_back(new Witness(document, type, told));
+            list.push_back(new TovCmdAttr("#attribute a b c d e"));
+        }
+    }
+    document.toSaveString();
+    EXPECT_EQ(std::exchange(told, {}), "bbggjjkk");
+    document.reset();
+    EXPECT_EQ(told, "bbggjjkk");
+    for (TOVCMD_TYPE type : allLists) EXPECT_TRUE(document.getTovCmdList(type)->empty());
 }
 
 TEST(Document, ParsingAddsCommandsAndResetKeepsTheCommentsAlone) {

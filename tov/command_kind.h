@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <functional>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -16,6 +18,7 @@ namespace kiri::tov {
 struct CommandKind {
     TOVCMD_TYPE list;
     std::string_view keyword;
+    std::type_info const* type;
     /// Makes the command of a line that begins with the keyword; null if the line makes none.
     std::unique_ptr<TovCmd> (*make)(CommandKind const& kind, std::string_view line);
     /// Appends the line that a save writes for a command.
@@ -49,7 +52,7 @@ void appendCommand(std::string& text, TovCmd& cmd, TOV& document) {
 
 template <class Cmd>
 constexpr CommandKind kindOf(TOVCMD_TYPE list, std::string_view keyword) {
-    return {list, keyword, makeCommand<Cmd>, appendCommand<Cmd>};
+    return {list, keyword, &typeid(Cmd), makeCommand<Cmd>, appendCommand<Cmd>};
 }
 
 /// All kinds, in the order of writing, which is that of the lists. No keyword begins with another one, so each line is
@@ -68,5 +71,59 @@ inline constexpr CommandKind commandKinds[] = {
 };
 
 static_assert(std::size(commandKinds) == TOVCMD_ATTRIBUTE, "each list has its kind");
+
+/// Whether the class of a command in the list of `kind` is one of the library's, not one that a caller derived.
+inline bool isLibraryCommand(CommandKind const& kind, TovCmd const& cmd) {
+    std::type_info const& type = typeid(cmd);
+    return type == *kind.type || std::any_of(std::begin(commandKinds), std::end(commandKinds),
+                                             [&type](CommandKind const& other) { return type == *other.type; });
+}
+
+/// Calls visit(kind, place in the list) for the commands of all lists of a document, null entries passed over. It walks
+/// the lists together: within a list the order is the list's own, and of the lists' next places the one at the lowest
+/// address is first.
+///
+/// A load leaves the commands on the heap in the order of their lines, each followed by its place in the list. Where
+/// the kinds of the lines alternate, a walk list by list crosses the whole heap once for each list and waits for memory
+/// at each step; this walk crosses it once. It looks at the address of a place, which the place before it holds, and
+/// not at the command, which would be a step across the heap too.
+///
+/// `visit` may erase the place from its list. Where it returns false, the walk ends, and its result is false.
+template <class Visit>
+bool visitInMemoryOrder(TOV& document, Visit visit) {
+    struct Rest {
+        CommandKind const* kind;
+        std::list<TovCmd*>::iterator at;
+        std::list<TovCmd*>::iterator end;
+
+        TovCmd* const* address() const { return &*at; }
+    };
+    constexpr std::less<TovCmd* const*> below;
+
+    Rest rests[std::size(commandKinds)];
+    Rest* end = rests;
+    for (CommandKind const& kind : commandKinds) {
+        std::list<TovCmd*>& list = *document.getTovCmdList(kind.list);
+        if (!list.empty()) *end++ = {&kind, list.begin(), list.end()};
+    }
+    while (end != rests) {
+        Rest* lowest = rests;
+        TovCmd* const* limit = nullptr;  // up to here the lowest rest goes on being the lowest; null: to its end
+        for (Rest* rest = rests + 1; rest != end; ++rest) {
+            TovCmd* const* higher = rest->address();
+            if (below(higher, lowest->address())) {
+                higher = lowest->address();
+                lowest = rest;
+            }
+            if (limit == nullptr || below(higher, limit)) limit = higher;
+        }
+        do {
+            auto const place = lowest->at++;
+            if (*place != nullptr && !visit(*lowest->kind, place)) return false;
+        } while (lowest->at != lowest->end && (limit == nullptr || below(lowest->address(), limit)));
+        if (lowest->at == lowest->end) *lowest = *--end;
+    }
+    return true;
+}
 
 }  // namespace kiri::tov

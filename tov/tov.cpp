@@ -28,7 +28,15 @@ TOV::~TOV() {
     reset();
 }
 
+// The library's own commands tell nobody that they go, so they go first and in the order of memory. What is left is of
+// a caller's classes and goes list by list.
 void TOV::reset() {
+    visitInMemoryOrder(*this, [this](CommandKind const& kind, std::list<TovCmd*>::iterator place) {
+        if (!isLibraryCommand(kind, **place)) return true;
+        delete *place;
+        getTovCmdList(kind.list)->erase(place);
+        return true;
+    });
     for (CommandKind const& kind : commandKinds) freeCommands(*getTovCmdList(kind.list));
     delete dci;
     dci = nullptr;

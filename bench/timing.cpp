@@ -1,0 +1,89 @@
+// toveng_timing WORK FILE: does the work, which begins with a load of the file, in this process alone and prints the
+// name and the processor time of each of its steps. It calls what every release of the library has, so that any two can
+// be compared, and where there is no tov/check.h it checks nothing.
+
+#include <cstdio>
+#include <ctime>
+#include <list>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "bench/all_queries.h"
+#include "tov/design/design.h"
+#include "tov/tov.h"
+#if __has_include("tov/check.h")
+#include "tov/check.h"
+#endif
+
+namespace {
+
+using kiri::tov::TOV;
+using kiri::tov::TovDesign;
+
+double now() {
+    std::timespec time{};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
+template <class Work>
+void timed(char const* step, Work work) {
+    double const start = now();
+    work();
+    std::printf("%s %.9f\n", step, now() - start);
+}
+
+void save(char const* path) {
+    TOV document;
+    timed("load", [&] { document.load(path); });
+    std::string text;
+    timed("save", [&] { text = document.toSaveString(); });
+}
+
+void destroy(char const* path) {
+    auto document = std::make_unique<TOV>();
+    timed("load", [&] { document->load(path); });
+    timed("destroy", [&] { document.reset(); });
+}
+
+void check([[maybe_unused]] char const* path) {
+#if __has_include("tov/check.h")
+    std::vector<kiri::tov::TovFinding> findings;
+    timed("check", [&] { kiri::tov::checkTovFile(path, findings); });
+#endif
+}
+
+void queryDump(char const* path) {
+    auto design = std::make_unique<TovDesign>();
+    timed("dump load", [&] { design->load(path); });
+    AllQueries queries;
+    timed("ten queries", [&] { queries.ask(*design); });
+}
+
+void destroyDump(char const* path) {
+    auto design = std::make_unique<TovDesign>();
+    timed("dump load", [&] { design->load(path); });
+    timed("dump destroy", [&] { design.reset(); });
+}
+
+struct Work {
+    std::string_view name;
+    void (*run)(char const* path);
+};
+
+constexpr Work works[] = {
+    {"save", save}, {"destroy", destroy}, {"check", check}, {"query-dump", queryDump}, {"destroy-dump", destroyDump}};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    for (Work const& work : works) {
+        if (argc != 3 || work.name != argv[1]) continue;
+        work.run(argv[2]);
+        return 0;
+    }
+    std::fputs("toveng_timing save|destroy|check|query-dump|destroy-dump FILE\n", stderr);
+    return 2;
+}
