@@ -4,7 +4,7 @@
 
 #include "tov/cmd/cmd.h"
 #include "tov/cmd/references.h"
-#include "tov/names/word_match.h"
+#include "tov/names/node_names.h"
 
 namespace kiri::tov {
 
@@ -43,12 +43,16 @@ void DocumentClocks::remove(TovCmd const& cmd) {
 
 bool DocumentClocks::has(std::string const& word) const {
     auto const isEnabled = [](auto const& clock) { return clock.second->enabled; };
-    if (isLiteral(word)) {
+    if (impl_detail::isLiteral(word)) {
         auto const [first, last] = clocks_.equal_range(nameIn(word));
         return std::any_of(first, last, isEnabled);
     }
-    return std::any_of(clocks_.begin(), clocks_.end(),
-                       [&](auto const& clock) { return isEnabled(clock) && matchesText(word, clock.first); });
+    impl_detail::NameWord const form(word);
+    std::optional<impl_detail::NameWord> const latin1 = form.latin1();
+    return std::any_of(clocks_.begin(), clocks_.end(), [&](auto const& clock) {
+        auto const fits = [&](auto const& pattern) { return pattern.fitsFlat(clock.first, false); };
+        return isEnabled(clock) && (fits(form) || (latin1 && fits(*latin1)));
+    });
 }
 
 }  // namespace kiri::tov

@@ -5,15 +5,14 @@
 #include <limits>
 #include <new>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 #include "tov/cmd/cmd.h"
 #include "tov/edit.h"
 #include "tov/names/document_clocks.h"
+#include "tov/names/node_names.h"
 #include "tov/names/questions.h"
 #include "tov/names/reference_words.h"
-#include "tov/names/word_match.h"
 #include "tov/tov.h"
 
 namespace kiri::tov {
@@ -34,30 +33,6 @@ taDciObjTyp lookedForAs(taDciObjTyp type) {
     }
 }
 
-// Every text that a word without wildcards may be to stand for the node, and some that it may not.
-std::vector<std::string> spellingsOf(TovNode const& node) {
-    TovNode const* const cell =
-        node.parent() != nullptr && node.parent()->type() == TOV_OBJ_CELL ? node.parent() : nullptr;
-    std::vector<std::string> texts = {node.name(), node.hierachyName('/')};
-    if (cell != nullptr) texts.push_back(cell->name() + "/" + texts[0]);
-    for (std::string& text : texts) std::replace(text.begin(), text.end(), '.', '/');
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        std::string base;
-        if (TovBusNode::isBusType(texts[i], &base)) texts.push_back(std::move(base));
-    }
-    // Whole names, their last levels and, of cells, the blocks.
-    for (std::size_t i = texts.size(); i-- > 0;) {
-        std::string const text = texts[i];
-        for (std::size_t at = text.find('/'); at != std::string::npos; at = text.find('/', at + 1)) {
-            texts.push_back(text.substr(at + 1));
-            if (node.type() != TOV_OBJ_CELL) continue;
-            texts.push_back(text.substr(0, at));
-            texts.push_back(text.substr(at + 1, text.find('/', at + 1) - at - 1));
-        }
-    }
-    return texts;
-}
-
 // A word with a variable in it may become any other.
 bool holdsVariable(std::string_view word) {
     return word.find('$') != std::string_view::npos;
@@ -74,6 +49,7 @@ public:
         forEachCommand(document, [this](TOVCMD_TYPE, TovCmd& cmd) { add(cmd); });
         questions_.shrink();
         uses_.shrink_to_fit();
+        entries_.shrink_to_fit();
     }
 
     void add(TovCmd& cmd);
@@ -93,10 +69,12 @@ private:
         std::uint8_t role;  // in roles_
         std::uint8_t type;
     };
-    struct Range {
+    struct Entry {
+        TovCmd* cmd;
         std::uint32_t first;  // in uses_
         std::uint32_t count;
     };
+    using Entries = std::vector<Entry>;
 
     Questions::Question questionOf(ReferenceWord const& word) const {
         return {lookedForAs(word.type), word.isLocal ? TOVMATCH_LOCAL : match_, word.text};
@@ -116,13 +94,20 @@ private:
         return mayBe && clocks_.has(std::string(question.word));
     }
     void dropUnused();
+    template <class Judge>
+    bool hasUse(Entry const& entry, Judge judge) const {
+        auto const first = uses_.begin() + entry.first;
+        return std::any_of(first, first + entry.count, judge);
+    }
+    Entries inOrderOfWriting(Entries const& entries) const;
 
     TOV& document_;
     TovDesignNames const& names_;
     TovNameMatch match_;
     DocumentClocks clocks_;
     Questions questions_;
-    std::unordered_map<TovCmd const*, Range> commands_;
+    Entries entries_;                                          // of the commands that have uses
+    std::unordered_map<TovCmd const*, std::uint32_t> places_;  // in entries_
     std::vector<Use> uses_;
     std::size_t unused_ = 0;  // of uses_
     std::vector<char const*> roles_;
@@ -137,7 +122,7 @@ std::uint8_t TovDocumentNames::Index::roleIndex(char const* role) {
 
 void TovDocumentNames::Index::add(TovCmd& cmd) {
     remove(cmd);
-    if (unused_ > uses_.size() / 2 + 1000) dropUnused();
+    if (unused_ > uses_.size() / 4 + 1000) dropUnused();
     std::vector<ReferenceWord> const words = referenceWords(cmd);
     std::size_t const first = uses_.size();
     if (first + words.size() > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
@@ -148,8 +133,11 @@ void TovDocumentNames::Index::add(TovCmd& cmd) {
         }
         clocks_.add(cmd);
         if (words.empty()) return;
-        commands_[&cmd] = {static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(words.size())};
+        auto const place = static_cast<std::uint32_t>(entries_.size());
+        entries_.push_back({&cmd, static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(words.size())});
+        places_[&cmd] = place;
     } catch (...) {
+        if (!entries_.empty() && entries_.back().cmd == &cmd) entries_.pop_back();
         uses_.resize(first);
         clocks_.remove(cmd);
         throw;
@@ -158,28 +146,32 @@ void TovDocumentNames::Index::add(TovCmd& cmd) {
 
 void TovDocumentNames::Index::remove(TovCmd const& cmd) {
     clocks_.remove(cmd);
-    auto const place = commands_.find(&cmd);
-    if (place == commands_.end()) return;
-    unused_ += place->second.count;
-    commands_.erase(place);
+    auto const found = places_.find(&cmd);
+    if (found == places_.end()) return;
+    Entry& entry = entries_[found->second];
+    unused_ += entry.count;
+    entry = entries_.back();
+    places_.find(entry.cmd)->second = found->second;
+    entries_.pop_back();
+    places_.erase(found);
 }
 
-// What removed commands left behind goes when it is the larger part. Nothing throws once there is room for all.
+// What removed commands left behind goes when it is a large part. Nothing throws once there is room for all.
 void TovDocumentNames::Index::dropUnused() {
     Questions questions;
     questions.reserve(questions_.size(), questions_.bytes());
     std::vector<Use> uses;
     uses.reserve(uses_.size() - unused_);
-    for (auto& [cmd, range] : commands_) {
+    for (Entry& entry : entries_) {
         std::size_t const first = uses.size();
-        for (std::uint32_t i = 0; i < range.count; ++i) {
-            Use use = uses_[range.first + i];
+        for (std::uint32_t i = 0; i < entry.count; ++i) {
+            Use use = uses_[entry.first + i];
             Answer const answer = questions_.answer(use.question);
             use.question = questions.put(questions_[use.question]);
             questions.setAnswer(use.question, answer);
             uses.push_back(use);
         }
-        range.first = static_cast<std::uint32_t>(first);
+        entry.first = static_cast<std::uint32_t>(first);
     }
     std::swap(questions_, questions);
     uses_.swap(uses);
@@ -214,43 +206,59 @@ std::vector<TovNameUse> TovDocumentNames::Index::missingIn(TovCmd& cmd) {
     return uses;
 }
 
+// The order is that of the document's lists at the time: commands are not told of when others come before them.
+TovDocumentNames::Index::Entries TovDocumentNames::Index::inOrderOfWriting(Entries const& entries) const {
+    if (entries.size() < 2) return entries;
+    std::unordered_map<TovCmd const*, Entry const*> found(entries.size());
+    for (Entry const& entry : entries) found[entry.cmd] = &entry;
+    Entries ordered;
+    ordered.reserve(entries.size());
+    for (int list = TOVCMD_CLOCK; list <= TOVCMD_ATTRIBUTE && ordered.size() < entries.size(); ++list) {
+        for (TovCmd const* cmd : *document_.getTovCmdList(static_cast<TOVCMD_TYPE>(list))) {
+            auto const place = found.find(cmd);
+            if (place != found.end()) ordered.push_back(*place->second);
+        }
+    }
+    return ordered;
+}
+
 std::vector<TovNameUse> TovDocumentNames::Index::missing() {
+    auto const isMissing = [this](Use const& use) {
+        return !holdsVariable(questions_[use.question].word) && !isFound(use.question);
+    };
+    Entries found;
+    for (Entry const& entry : entries_) {
+        if (entry.cmd->enabled && hasUse(entry, isMissing)) found.push_back(entry);
+    }
     std::vector<TovNameUse> uses;
-    forEachCommand(document_, [&](TOVCMD_TYPE, TovCmd& cmd) {
-        auto const place = cmd.enabled ? commands_.find(&cmd) : commands_.end();
-        if (place == commands_.end()) return;
-        for (std::uint32_t i = 0; i < place->second.count; ++i) {
-            Use const& use = uses_[place->second.first + i];
+    for (Entry const& entry : inOrderOfWriting(found)) {
+        for (std::uint32_t i = 0; i < entry.count; ++i) {
+            Use const& use = uses_[entry.first + i];
+            if (!isMissing(use)) continue;
             Questions::Question const question = questions_[use.question];
-            if (holdsVariable(question.word) || isFound(use.question)) continue;
-            uses.push_back({&cmd, roles_[use.role], static_cast<taDciObjTyp>(use.type), std::string(question.word),
+            uses.push_back({entry.cmd, roles_[use.role], static_cast<taDciObjTyp>(use.type), std::string(question.word),
                             question.match});
         }
-    });
+    }
     return uses;
 }
 
 std::vector<TovCmd*> TovDocumentNames::Index::commandsOf(TovNode const& node) const {
+    impl_detail::NodeNames const names(node);
     std::vector<bool> isMeant(questions_.size());
     auto const judge = [&](Id id) {
         auto const [type, match, word] = questions_[id];
-        if (!isMeant[id] && standsFor(type, std::string(word), match, node)) isMeant[id] = true;
+        if (!isMeant[id] && names.fits(type, word, match)) isMeant[id] = true;
     };
-    for (std::string const& text : spellingsOf(node)) questions_.forEachSpelling(text, judge);
+    for (std::string const& word : names.literalWords()) questions_.forEachLike(word, judge);
     questions_.forEachPattern(judge);
 
-    std::unordered_set<TovCmd const*> found;
-    for (auto const& [cmd, range] : commands_) {
-        auto const first = uses_.begin() + range.first;
-        if (std::any_of(first, first + range.count, [&](Use const& use) { return isMeant[use.question]; })) {
-            found.insert(cmd);
-        }
+    Entries found;
+    for (Entry const& entry : entries_) {
+        if (hasUse(entry, [&](Use const& use) { return isMeant[use.question]; })) found.push_back(entry);
     }
     std::vector<TovCmd*> commands;
-    if (found.empty()) return commands;
-    forEachCommand(document_, [&](TOVCMD_TYPE, TovCmd& cmd) {
-        if (found.count(&cmd) != 0) commands.push_back(&cmd);
-    });
+    for (Entry const& entry : inOrderOfWriting(found)) commands.push_back(entry.cmd);
     return commands;
 }
 

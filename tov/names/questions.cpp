@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <new>
 
-#include "tov/names/word_match.h"
+#include "tov/names/node_names.h"
 
 namespace kiri::tov {
 
@@ -58,7 +58,7 @@ Questions::Id Questions::put(Question const& question) {
     words_ += question.word;
     rows_.push_back({words_.size(), hash, static_cast<std::uint8_t>(question.type),
                      static_cast<std::uint8_t>(question.match), Answer::unknown});
-    if (!isLiteral(question.word)) patterns_.push_back(slot);
+    if (!impl_detail::isLiteral(question.word)) patterns_.push_back(slot);
     return slot;
 }
 

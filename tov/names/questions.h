@@ -45,7 +45,7 @@ public:
     /// Calls `visit(id)` for each question whose word is `text`, whose levels are joined by '/', and perhaps for
     /// others.
     template <class Visit>
-    void forEachSpelling(std::string_view text, Visit visit) const {
+    void forEachLike(std::string_view text, Visit visit) const {
         if (slots_.empty()) return;
         std::uint32_t const hash = hashOf(text);
         for (std::size_t at = hash & mask(); slots_[at] != free; at = (at + 1) & mask()) {
