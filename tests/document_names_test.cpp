@@ -9,6 +9,7 @@
 #include "tov/cmd/references.h"
 #include "tov/edit.h"
 #include "tov/make_command.h"
+#include "tov/names/name_check.h"
 
 namespace {
 
@@ -142,6 +143,56 @@ TEST_F(Join, FollowsChanges) {
         join.add(path);
     }
     EXPECT_EQ(wordsOf(join.missing()), "m new* u1/C4999");
+}
+
+class NameCheck : public Join {
+protected:
+    // Findings as text: "line:kind text; ...".
+    std::string check(std::string const& file, std::string* error = nullptr) {
+        std::string text;
+        std::vector<TovFinding> findings;
+        EXPECT_EQ(checkTovFile(file.c_str(), options, findings, error), error == nullptr);
+        for (auto const& [line, kind, words] : findings) {
+            text += (text.empty() ? "" : "; ") + std::to_string(line) + ":" + std::to_string(kind) + " " + words;
+        }
+        return text;
+    }
+
+    support::TempDir const dir;
+    std::string const path = dir / "in";
+    TovCheckOptions options;
+};
+
+TEST_F(NameCheck, FindsMissingNames) {
+    options.names = &names;
+    support::expectRows("missing_names", [&](std::string const& text) { return check(support::write(path, text)); });
+    support::write(path, "set_false_path -from [get_pins CK]\nset_load 1");
+    EXPECT_EQ(check(path), "1:8 CK; 2:2 set_load 1");
+    options.match = TOVMATCH_LOCAL;
+    EXPECT_EQ(check(path), "2:2 set_load 1");
+    options.names = nullptr;
+    options.match = TOVMATCH_LEVELS;
+    EXPECT_EQ(check(path), "2:2 set_load 1");
+}
+
+TEST_F(NameCheck, TellsProgressAndStops) {
+    options.names = &names;
+    std::string error;
+    EXPECT_EQ(check(dir / "none", &error) + error, "No such file or directory");
+    support::write(path, "set_false_path -to x\n" + std::string(1'000'000, ' ') + "\nset_false_path -to y");
+    std::vector<TovFinding> findings;
+    auto const load = [&](auto progress) {
+        findings = {{7, TOVFINDING_LOST_WORD, "old"}};
+        options.progress = progress;
+        return checkTovFile(path.c_str(), options, findings, &error);
+    };
+    int const calls = support::expectProgress(path, load);
+    EXPECT_EQ(findings.size() + error.size(), 2U);
+    support::expectStops(calls, load, [&](bool thrown) {
+        EXPECT_EQ(findings.front().text, thrown ? "old" : "x");
+        EXPECT_EQ(error, thrown ? "" : "The caller stopped the load");
+        error.clear();
+    });
 }
 
 }  // namespace

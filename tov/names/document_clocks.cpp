@@ -27,11 +27,17 @@ void DocumentClocks::add(TovCmd& cmd) {
     if (name.empty()) return;
     auto const place = definitions_.try_emplace(&cmd).first;
     try {
-        place->second = clocks_.emplace(std::move(name), &cmd);
+        place->second = clocks_.emplace(std::move(name), &cmd.enabled);
     } catch (...) {
         definitions_.erase(place);
         throw;
     }
+}
+
+void DocumentClocks::addForGood(TovCmd& cmd) {
+    static constexpr bool isEnabled = true;
+    std::string name = cmd.enabled ? nameIn(definedClock(cmd)) : std::string();
+    if (!name.empty() && clocks_.count(name) == 0) clocks_.emplace(std::move(name), &isEnabled);
 }
 
 void DocumentClocks::remove(TovCmd const& cmd) {
@@ -42,7 +48,7 @@ void DocumentClocks::remove(TovCmd const& cmd) {
 }
 
 bool DocumentClocks::has(std::string const& word) const {
-    auto const isEnabled = [](auto const& clock) { return clock.second->enabled; };
+    auto const isEnabled = [](auto const& clock) { return *clock.second; };
     if (impl_detail::isLiteral(word)) {
         auto const [first, last] = clocks_.equal_range(nameIn(word));
         return std::any_of(first, last, isEnabled);

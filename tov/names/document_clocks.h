@@ -10,20 +10,24 @@ namespace kiri::tov {
 
 class TovCmd;
 
-/// The clocks that the commands of a document define. They count while their command is enabled.
+/// The clocks that the commands of a document define.
 class DocumentClocks {
 public:
-    /// Takes the clock that a command defines, if it does; std::bad_alloc changes nothing.
+    /// Takes the clock that a command defines, if it does; std::bad_alloc changes nothing. The command stays until it is
+    /// removed, and counts while it is enabled.
     void add(TovCmd& cmd);
     void remove(TovCmd const& cmd);
+
+    /// Takes the clock that a command defines now, if it does and is enabled.
+    void addForGood(TovCmd& cmd);
 
     /// Whether a word stands for any of the clocks.
     bool has(std::string const& word) const;
 
 private:
-    using Clocks = std::multimap<std::string, TovCmd const*, std::less<>>;
+    using Clocks = std::multimap<std::string, bool const*, std::less<>>;
 
-    Clocks clocks_;  // by name, its levels joined by '/'
+    Clocks clocks_;  // by name, its levels joined by '/': whether it counts
     std::unordered_map<TovCmd const*, Clocks::iterator> definitions_;
 };
 

@@ -17,35 +17,10 @@
 
 namespace kiri::tov {
 
-namespace {
-
-// The type that stands for all which are looked for alike.
-taDciObjTyp lookedForAs(taDciObjTyp type) {
-    switch (type) {
-        case taDciObjSourcePort:
-            return taDciObjPort;
-        case taDciObjPin2:
-            return taDciObjPin;
-        case taDciObjSourceNet:
-            return taDciObjNet;
-        default:
-            return type;
-    }
-}
-
-// A word with a variable in it may become any other.
-bool holdsVariable(std::string_view word) {
-    return word.find('$') != std::string_view::npos;
-}
-
-}  // namespace
-
 class TovDocumentNames::Index {
 public:
     Index(TOV& document, TovDesignNames const& names, TovNameMatch match)
-        : document_(document),
-          names_(names),
-          match_(match == TOVMATCH_LOCAL || match == TOVMATCH_FLAT ? match : TOVMATCH_LEVELS) {
+        : document_(document), names_(names), match_(match) {
         forEachCommand(document, [this](TOVCMD_TYPE, TovCmd& cmd) { add(cmd); });
         questions_.shrink();
         uses_.shrink_to_fit();
@@ -76,23 +51,16 @@ private:
     };
     using Entries = std::vector<Entry>;
 
-    Questions::Question questionOf(ReferenceWord const& word) const {
-        return {lookedForAs(word.type), word.isLocal ? TOVMATCH_LOCAL : match_, word.text};
-    }
+    Questions::Question questionOf(ReferenceWord const& word) const { return Questions::of(word, match_); }
     TovNameUse useOf(TovCmd& cmd, ReferenceWord const& word) const {
         return {&cmd, word.role, word.type, std::string(word.text), questionOf(word).match};
     }
     std::uint8_t roleIndex(char const* role);
-    bool isInDesign(Questions::Question const& question) const {
-        return names_.has(question.type, std::string(question.word), question.match);
-    }
-    bool isInDesign(Id id);
-    bool isFound(Id id) { return isInDesign(id) || isClock(questions_[id]); }
-    bool isFound(Questions::Question const& question);
     bool isClock(Questions::Question const& question) const {
-        bool const mayBe = question.type == taDciObjClock || question.type == taDciObjName;
-        return mayBe && clocks_.has(std::string(question.word));
+        return question.mayBeClock() && clocks_.has(std::string(question.word));
     }
+    bool isFound(Id id) { return questions_.isFoundIn(names_, id) || isClock(questions_[id]); }
+    bool isFound(Questions::Question const& question);
     void dropUnused();
     template <class Judge>
     bool hasUse(Entry const& entry, Judge judge) const {
@@ -178,16 +146,9 @@ void TovDocumentNames::Index::dropUnused() {
     unused_ = 0;
 }
 
-bool TovDocumentNames::Index::isInDesign(Id id) {
-    if (questions_.answer(id) == Answer::unknown) {
-        questions_.setAnswer(id, isInDesign(questions_[id]) ? Answer::found : Answer::missing);
-    }
-    return questions_.answer(id) == Answer::found;
-}
-
 bool TovDocumentNames::Index::isFound(Questions::Question const& question) {
     Id const id = questions_.find(question);
-    return id < questions_.size() ? isFound(id) : isInDesign(question) || isClock(question);
+    return id < questions_.size() ? isFound(id) : question.isFoundIn(names_) || isClock(question);
 }
 
 std::vector<TovNameUse> TovDocumentNames::Index::usesIn(TovCmd& cmd) {

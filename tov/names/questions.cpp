@@ -16,7 +16,27 @@ void makeRoom(Container& container, std::size_t more) {
     container.reserve(std::max(container.size() + more, container.size() + container.size() / 2));
 }
 
+// The type that stands for all which are looked for alike.
+taDciObjTyp lookedForAs(taDciObjTyp type) {
+    switch (type) {
+        case taDciObjSourcePort:
+            return taDciObjPort;
+        case taDciObjPin2:
+            return taDciObjPin;
+        case taDciObjSourceNet:
+            return taDciObjNet;
+        default:
+            return type;
+    }
+}
+
 }  // namespace
+
+Questions::Question Questions::of(ReferenceWord const& word, TovNameMatch match) {
+    if (word.isLocal) match = TOVMATCH_LOCAL;
+    bool const isMatch = match == TOVMATCH_LOCAL || match == TOVMATCH_FLAT;
+    return {lookedForAs(word.type), isMatch ? match : TOVMATCH_LEVELS, word.text};
+}
 
 std::uint32_t Questions::hashOf(std::string_view word) {
     std::uint64_t hash = 0xcbf29ce484222325;
@@ -60,6 +80,11 @@ Questions::Id Questions::put(Question const& question) {
                      static_cast<std::uint8_t>(question.match), Answer::unknown});
     if (!impl_detail::isLiteral(question.word)) patterns_.push_back(slot);
     return slot;
+}
+
+bool Questions::isFoundIn(TovDesignNames const& names, Id id) {
+    if (answer(id) == Answer::unknown) setAnswer(id, (*this)[id].isFoundIn(names) ? Answer::found : Answer::missing);
+    return answer(id) == Answer::found;
 }
 
 void Questions::reserve(std::size_t questions, std::size_t bytes) {

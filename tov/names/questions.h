@@ -8,6 +8,7 @@
 
 #include "platform/dci.h"
 #include "tov/names/design_names.h"
+#include "tov/names/reference_words.h"
 
 namespace kiri::tov {
 
@@ -21,7 +22,14 @@ public:
         taDciObjTyp type;  ///< port, pin, net, cell, clock or name
         TovNameMatch match;
         std::string_view word;  ///< lives until the next question is put
+
+        /// Whether the clocks of a document may be meant, too.
+        bool mayBeClock() const { return type == taDciObjClock || type == taDciObjName; }
+        bool isFoundIn(TovDesignNames const& names) const { return names.has(type, std::string(word), match); }
     };
+
+    /// What a word asks for, in a document whose words are matched by `match`.
+    static Question of(ReferenceWord const& word, TovNameMatch match);
 
     /// Returns the number of a question, which is put unless it is there.
     Id put(Question const& question);
@@ -34,6 +42,8 @@ public:
 
     Answer answer(Id id) const { return rows_[id].answer; }
     void setAnswer(Id id, Answer answer) { rows_[id].answer = answer; }
+    /// Whether the design has what is asked for; it is looked up unless the answer is known.
+    bool isFoundIn(TovDesignNames const& names, Id id);
 
     /// Calls `visit(id)` for each question whose word may stand for something else than itself: a pattern, a range, an
     /// escape, text beyond ASCII.

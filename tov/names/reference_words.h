@@ -17,6 +17,11 @@ struct ReferenceWord {
     bool isLocal;           ///< its query is hierarchical
 };
 
+/// Whether a word holds a variable, so that only a program knows what it stands for.
+inline bool holdsVariable(std::string_view word) {
+    return word.find('$') != std::string_view::npos;
+}
+
 /// Returns the words of a command's references in the order of writing: each role, type and text once, nothing that is
 /// no name, and nothing of a query that cannot be judged by names alone. The views end with the references.
 std::vector<ReferenceWord> referenceWords(TovCmd& cmd);
