@@ -57,8 +57,7 @@ inline Levels levelsOf(std::string const& name) {
 }
 
 template <class Level>
-Level joined(std::vector<Level> const& levels, std::size_t count,
-             typename Level::value_type separator) {
+Level joined(std::vector<Level> const& levels, std::size_t count, typename Level::value_type separator) {
     Level text;
     for (std::size_t i = 0; i < count; ++i) {
         if (i > 0) text.push_back(separator);
@@ -78,8 +77,7 @@ inline std::vector<Candidate> candidatesOf(TovDesign const& design) {
             if (dynamic_cast<TovBusNode const*>(node) != nullptr) continue;
             bool const isInCell = node->parent()->type() == TOV_OBJ_CELL;
             std::string const own = node->name();
-            found.push_back(
-                {node, kind, {levelsOf(isInCell ? node->parent()->name() + "/" + own : own)}});
+            found.push_back({node, kind, {levelsOf(isInCell ? node->parent()->name() + "/" + own : own)}});
             if (kind == clocks && isInCell) found.back().paths.push_back(levelsOf(own));
         }
     };
@@ -122,8 +120,7 @@ inline bool isNumber(std::string const& text) {
 }
 
 inline unsigned long numberOf(std::string const& digits) {
-    std::string const number =
-        digits.substr(std::min(digits.find_first_not_of('0'), digits.size()));
+    std::string const number = digits.substr(std::min(digits.find_first_not_of('0'), digits.size()));
     return number.size() > 10 ? ULONG_MAX : std::stoul("0" + number);
 }
 
@@ -159,8 +156,7 @@ inline std::optional<Word> withoutRange(Word word) {
     for (Symbol const& symbol : last) text += symbol.isEscaped ? '\0' : symbol.byte;
     std::size_t const open = text.rfind('[');
     std::size_t const colon = text.rfind(':');
-    if (open == text.npos || open == 0 || colon == text.npos || colon < open || text.back() != ']')
-        return {};
+    if (open == text.npos || open == 0 || colon == text.npos || colon < open || text.back() != ']') return {};
     std::string const first = text.substr(open + 1, colon - open - 1);
     std::string const second = text.substr(colon + 1, text.size() - colon - 2);
     if (!isNumber(first) || !isNumber(second)) return {};
@@ -220,13 +216,10 @@ inline bool fits(Symbols const& pattern, std::string const& text) {
 
 inline bool fitsLevels(Word const& word, Levels const& path, Kind kind, TovNameMatch match) {
     std::size_t const size = word.levels.size();
-    if (match == TOVMATCH_FLAT)
-        return fits(joined(word.levels, size, {'/', true}), joined(path, path.size(), '/'));
-    if (match == TOVMATCH_LOCAL ? size > (kind == pins ? 2U : 1U) || size > path.size()
-                                : size != path.size())
+    if (match == TOVMATCH_FLAT) return fits(joined(word.levels, size, {'/', true}), joined(path, path.size(), '/'));
+    if (match == TOVMATCH_LOCAL ? size > (kind == pins ? 2U : 1U) || size > path.size() : size != path.size())
         return false;
-    return std::equal(word.levels.begin(), word.levels.end(),
-                      path.end() - static_cast<std::ptrdiff_t>(size), fits);
+    return std::equal(word.levels.begin(), word.levels.end(), path.end() - static_cast<std::ptrdiff_t>(size), fits);
 }
 
 /// The path without the index at its end; none if it is no bit.
@@ -274,12 +267,9 @@ inline bool standsFor(Word const& word, Candidate const& candidate, TovNameMatch
     }
     if (kind == cells && fitsBlock(word, candidate.paths[0], match)) return true;
     for (Symbols const& level : word.levels) {
-        if (std::any_of(level.begin(), level.end(),
-                        [](Symbol const& symbol) { return symbol.isWild(); }))
-            return false;
+        if (std::any_of(level.begin(), level.end(), [](Symbol const& symbol) { return symbol.isWild(); })) return false;
     }
-    return match != TOVMATCH_LOCAL &&
-           fitsPath(word, levelsOf(candidate.node->hierachyName('/')), kind, match);
+    return match != TOVMATCH_LOCAL && fitsPath(word, levelsOf(candidate.node->hierachyName('/')), kind, match);
 }
 
 inline std::vector<TovNode const*> find(std::vector<Candidate> const& candidates, taDciObjTyp type,
@@ -289,9 +279,8 @@ inline std::vector<TovNode const*> find(std::vector<Candidate> const& candidates
     std::vector<Word> const words = wordsOf(text);
     for (Candidate const& candidate : candidates) {
         bool const isMeant = isOf(type, candidate.kind) &&
-                             std::any_of(words.begin(), words.end(), [&](Word const& word) {
-                                 return standsFor(word, candidate, match);
-                             });
+                             std::any_of(words.begin(), words.end(),
+                                         [&](Word const& word) { return standsFor(word, candidate, match); });
         if (isMeant) nodes.push_back(candidate.node);
     }
     return nodes;
@@ -321,12 +310,11 @@ inline std::size_t distance(std::string const& a, std::string const& b) {
     return row.back();
 }
 
-inline std::string nearest(TovDesignNames const& names, std::vector<Candidate> const& candidates,
-                           taDciObjTyp type, std::string const& text) {
+inline std::string nearest(TovDesignNames const& names, std::vector<Candidate> const& candidates, taDciObjTyp type,
+                           std::string const& text) {
     if (text.size() > 1000) return {};
     std::vector<std::string> forms;
-    for (std::string form : {text, latin1Of(text)})
-        forms.push_back(joined(levelsOf(form), levelsOf(form).size(), '/'));
+    for (std::string form : {text, latin1Of(text)}) forms.push_back(joined(levelsOf(form), levelsOf(form).size(), '/'));
     using Found = std::tuple<std::size_t, std::string, std::string>;
     Found best{text.size() < 4 ? 2 : text.size() < 12 ? 3 : 4, "", ""};
     for (Candidate const& candidate : candidates) {
@@ -334,8 +322,7 @@ inline std::string nearest(TovDesignNames const& names, std::vector<Candidate> c
         if (!isOf(type, candidate.kind) || name.empty()) continue;
         for (Levels const& path : candidate.paths) {
             std::string const known = joined(path, path.size(), '/');
-            for (std::string const& form : forms)
-                best = std::min(best, Found{distance(form, known), known, name});
+            for (std::string const& form : forms) best = std::min(best, Found{distance(form, known), known, name});
         }
     }
     return std::get<2>(best);

@@ -45,8 +45,8 @@ std::string_view LineReader::take(std::size_t size) {
     return {text, size};
 }
 
-// Reads a chunk after the unconsumed bytes, which move to the front of the buffer. A line that fills the buffer makes it
-// grow by an eighth: that is all the memory that a line needs beyond its own size.
+// Reads a chunk after the unconsumed bytes, which move to the front of the buffer. A line that fills the buffer makes
+// it grow by an eighth: that is all the memory that a line needs beyond its own size.
 bool LineReader::fill() {
     if (error_ != 0) return false;
     std::size_t const unconsumed = end_ - begin_;
