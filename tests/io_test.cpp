@@ -127,19 +127,24 @@ TEST_F(Io, TellsTheEndOnce) {
     std::string const comments(24'576, '\n');
     std::string const path = support::write(dir / "in", comments.substr(4) + "last");
     TOV document;
-    int ends = 0;
+    int ends = 0, all = 0;
     auto const count = [&](std::uint64_t read, std::uint64_t size) {
+        ++all;
         ends += read == size;
         EXPECT_TRUE(read != size || bodyOf(document) == "last\n~\n");
         return true;
     };
     EXPECT_TRUE(document.read(path.c_str(), count));
     EXPECT_EQ(ends, 1);
-    // A dump that is cut where a call comes.
+    EXPECT_EQ(all, 1);
+    // A dump that is cut where a call comes, and one that is whole before it.
     std::string const dump = "<top>" + comments.substr(5);
     TovDesign design;
     EXPECT_TRUE(design.load(support::write(path, dump).c_str(), count));
     EXPECT_EQ(ends, 1);
+    all = 0;
+    EXPECT_TRUE(design.load(support::write(path, dump.substr(7) + "<top/>").c_str(), count));
+    EXPECT_TRUE(ends == 2 && all == 1);
 }
 
 // A stop does not wait for a pipe that has no more to say yet.

@@ -10,7 +10,8 @@ namespace kiri::tov {
 /// "set_false_path": paths that are not timed.
 class TOVENG_API TovCmdFalsePath : public TovCmd {
 public:
-    /// `note` may be null.
+    /// Makes a command with a note, which may be null. A text that is not const is a note and no line:
+    /// TovCmdFalsePath(text.data()) reads nothing where `text` is a std::string that is not const.
     explicit TovCmdFalsePath(char* note);
     explicit TovCmdFalsePath(std::nullptr_t note);
     /// Copies a database record.

@@ -35,13 +35,14 @@ public:
     bool load(char const* path);
 
     /// The same; calls `progress` meanwhile, unless it is empty. If it returns false, the load stops, the result is
-    /// false and the design is empty; if it throws, the design is empty and the exception goes on. Its last call, with
-    /// `read` equal to `size`, comes only when the dump was read whole.
+    /// false and the design is empty; if it throws, the design is empty and the exception goes on. The call where `read`
+    /// is `size` comes once, and only when the whole dump was read and used.
     ///
-    /// `error`, unless null, becomes empty when the dump was read whole, and else one line that says why not, in UTF-8:
-    /// "Line 1 Column 9: Tag design is not valid tag", the XML parser's message with its place in that form (both also
-    /// where the result is true), the system's message for a file that cannot be opened, or that the caller stopped the
-    /// load. After an exception it is as it was.
+    /// `error`, unless null, becomes empty when the dump was read whole, and else one line that says why not, in UTF-8
+    /// and at most 1,000 bytes: "Line 1 Column 9: Tag design is not valid tag", the XML parser's message with its place
+    /// in that form (both also where the result is true), the system's message for a file that cannot be opened, or
+    /// that the caller stopped the load. Control characters show as "?", and the middle of a long message is left out.
+    /// After an exception it is as it was.
     bool load(char const* path, TovProgress const& progress, std::string* error = nullptr);
 
     /// The root of the nodes, for whoever walks them without the copies that queries make; null for an empty design.

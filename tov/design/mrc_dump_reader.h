@@ -17,8 +17,8 @@ class ProgressMeter;
 
 namespace kiri::tov::impl_detail {
 
-/// Reads a design dump into a tree, in one forward pass with memory for the tree alone. A reader is used by one thread
-/// at a time.
+/// Reads a design dump into a tree, in one forward pass. Beyond the tree it needs memory for the element that is read
+/// and for the base name of each bus. A reader is used by one thread at a time.
 class MrcDumpReader : public QXmlStreamReader {
 public:
     /// Makes a reader that appends to `top`, which is not owned and outlives the reader's work.
