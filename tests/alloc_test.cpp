@@ -15,6 +15,8 @@
 #include "tov/check.h"
 #include "tov/cmd/references.h"
 #include "tov/design/mrc_dump_reader.h"
+#include "tov/names/document_names.h"
+#include "tov/names/name_check.h"
 
 namespace {
 
@@ -241,6 +243,44 @@ TEST(Alloc, Designs) {
         std::list<TovPortNode*> ports;
         bool const done = attemptAnew([&] { design.getPorts(ports); });
         EXPECT_NE(done, ports.empty());
+    });
+}
+
+TEST(Alloc, JoinsOfDocumentsAndDesigns) {
+    TovDesign design;
+    EXPECT_TRUE(design.load(TEST_DATA "/joined.xml"));
+    TovDesignNames const names(design);
+    std::list<TovPortNode*> ports;
+    design.getPorts(ports);
+    support::TempDir const dir;
+    std::string const path = support::write(dir / "in",
+                                            "create_clock -period 1 -name a_name_beyond_any_small_text clk\n"
+                                            "set_false_path -from {a_name* b? d} -to [get_pins -hier {CK x*}]\n");
+    TOV document;
+    document.load(path.c_str());
+    TovCmd& clock = *document.getTovCmdList(TOVCMD_CLOCK)->front();
+    TovCmd& falsePath = *document.getTovCmdList(TOVCMD_FALSEPATH)->front();
+    sweep([&] { attemptAnew([&] { TovDocumentNames(document, names).usesIn(falsePath); }); });
+    sweep([&] {
+        TovDocumentNames join(document, names);
+        join.remove(clock);
+        join.remove(falsePath);
+        attempt([&] {
+            join.add(clock);
+            join.add(falsePath);
+            EXPECT_EQ(join.missing().size() + join.commandsOf(*ports.front()).size(), 3U);
+        });
+        join.add(clock);
+        join.add(falsePath);
+        EXPECT_EQ(join.missingIn(falsePath).size() + join.commandsOf(*ports.front()).size(), 3U);
+    });
+    TovCheckOptions options;
+    options.names = &names;
+    sweep([&] {
+        std::string error = "as it was";
+        std::vector<TovFinding> findings = {{7, TOVFINDING_LOST_WORD, "old"}};
+        bool const done = attempt([&] { checkTovFile(path.c_str(), options, findings, &error); });
+        EXPECT_EQ(error == "as it was" && findings.front().text == "old", !done);
     });
 }
 

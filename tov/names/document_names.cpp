@@ -23,8 +23,8 @@ public:
         : document_(document), names_(names), match_(match) {
         forEachCommand(document, [this](TOVCMD_TYPE, TovCmd& cmd) { add(cmd); });
         questions_.shrink();
-        uses_.shrink_to_fit();
-        entries_.shrink_to_fit();
+        std::vector<Use>(uses_).swap(uses_);
+        Entries(entries_).swap(entries_);
     }
 
     void add(TovCmd& cmd);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -40,17 +41,21 @@ public:
                                  clocks_.has(std::string(question.word));
             if (isClock) questions_.setAnswer(id, Questions::Answer::found);
         }
-        std::size_t const others = findings.size();
+        std::vector<TovFinding> missing;
         for (auto const& [line, id] : suspects_) {
             if (questions_.answer(id) == Questions::Answer::found) continue;
-            bool const isFirst = findings.size() == others || findings.back().line != line;
-            if (isFirst) findings.push_back({line, TOVFINDING_MISSING_NAME, ""});
-            std::string& text = findings.back().text;
+            bool const isFirst = missing.empty() || missing.back().line != line;
+            if (isFirst) missing.push_back({line, TOVFINDING_MISSING_NAME, ""});
+            std::string& text = missing.back().text;
             if (!isFirst) text += ' ';
             text += questions_[id].word;
         }
-        std::inplace_merge(findings.begin(), findings.begin() + static_cast<std::ptrdiff_t>(others), findings.end(),
-                           [](TovFinding const& a, TovFinding const& b) { return a.line < b.line; });
+        std::vector<TovFinding> all;
+        all.reserve(findings.size() + missing.size());
+        auto const moved = [](auto at) { return std::make_move_iterator(at); };
+        std::merge(moved(findings.begin()), moved(findings.end()), moved(missing.begin()), moved(missing.end()),
+                   std::back_inserter(all), [](TovFinding const& a, TovFinding const& b) { return a.line < b.line; });
+        findings.swap(all);
     }
 
 private:

@@ -104,9 +104,10 @@ void Questions::reserve(std::size_t questions, std::size_t bytes) {
 }
 
 void Questions::shrink() {
-    words_.shrink_to_fit();
-    rows_.shrink_to_fit();
-    patterns_.shrink_to_fit();
+    // Copies take what they need.
+    std::string(words_).swap(words_);
+    std::vector<Row>(rows_).swap(rows_);
+    std::vector<Id>(patterns_).swap(patterns_);
 }
 
 }  // namespace kiri::tov
