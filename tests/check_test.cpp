@@ -39,15 +39,37 @@ TEST(Check, FindsInFiles) {
     EXPECT_TRUE(checkTovFile(path.c_str(), findings));
 }
 
+// Nothing of a line is left when the next one is checked.
+TEST(Check, FindsInAFileWhatItFindsInItsLines) {
+    std::string text;
+    std::string expected;
+    std::size_t number = 0;
+    for (auto const& row : support::rowsOf("findings")) {
+        bool const isOneLine = row.input.find('\n') == row.input.npos;
+        if (!isOneLine || row.expected.find("1:6") != row.expected.npos) continue;
+        text += row.input + "\n";
+        std::vector<TovFinding> findings = checkTovLine(row.input);
+        ++number;
+        for (TovFinding& finding : findings) finding.line = number;
+        if (!findings.empty()) expected += textOf(findings) + "; ";
+    }
+    support::TempDir const dir;
+    std::vector<TovFinding> findings;
+    EXPECT_TRUE(checkTovFile(support::write(dir / "in", text).c_str(), findings));
+    EXPECT_EQ(textOf(findings) + "; ", expected);
+}
+
 // A save of the groups would take 500 MB and more; what they hold in common is found all the same.
 TEST(Check, LooksAtGroupsOfManyWordsOnce) {
     std::string many;
     for (int i = 0; i < 30'000; ++i) many += " a";
     std::string const line = "set_clock_groups -asynchronous -group {b" + many + "} -group {c" + many + "} d";
     std::vector<TovFinding> const findings = checkTovLine(line);
-    ASSERT_EQ(findings.size(), 2U);
+    ASSERT_EQ(findings.size(), 3U);
     EXPECT_EQ(findings[0].text, "d");
     EXPECT_EQ(findings[1].kind, TOVFINDING_CHANGED_VALUE);
+    EXPECT_EQ(findings[2].kind, TOVFINDING_UNSTABLE_LINE);
+    EXPECT_EQ(findings[2].text.size(), 1000U);
 }
 
 }  // namespace

@@ -48,8 +48,9 @@ inline std::unique_ptr<taDci> makeDatabase() {
         db->mcycs.push_back(new taDciSynMcyc{0, multiplier, none, refs("get_ports @PO"), text("path")});
     }
     for (int flag : {0, 1, 255}) {
-        db->falses.push_back(new taDciSynFalse{nullptr, flag == 1 ? refs("get_clocks f") : none, none,
-                                               refs("get_cells n"), text("false"), static_cast<unsigned char>(flag)});
+        db->falses.push_back(new taDciSynFalse{nullptr, flag == 1 ? refs("get_clocks f") : none,
+                                               flag == 1 ? refs("get_clocks t") : none, refs("get_cells n"),
+                                               text("false"), static_cast<unsigned char>(flag)});
     }
     return db;
 }

@@ -40,6 +40,27 @@ TEST(Edit, ReplacesReferences) {
     EXPECT_TRUE(path.from.empty());
 }
 
+TEST(Edit, MakesCommandsAsALoadDoes) {
+    support::forEachRow("made", [](std::string const& line, std::string const& expected) {
+        TOVCMD_TYPE list = TOVCMD_MINDELAY;
+        std::unique_ptr<TovCmd> const cmd = makeCommand(line, &list);
+        EXPECT_EQ(makeCommand(line) == nullptr, cmd == nullptr);
+        EXPECT_EQ(std::to_string(list) + (cmd == nullptr ? "" : " " + cmd->toSaveString(nullptr)), expected);
+    });
+    EXPECT_THROW(makeCommand("create_clock -waveform"), std::out_of_range);
+}
+
+// Short names are copied in another way than long ones.
+TEST(Edit, KeepsNamesOfAnyLength) {
+    ppStlList<taDciObj*> list;
+    for (std::size_t size = 120; size < 260; ++size) {
+        std::string const name(size, 'n');
+        replaceReferences(list, "[get_ports {" + name + " b}]", false);
+        EXPECT_EQ(support::textOf(list), name + ":5 b:5");
+    }
+    freeDciObjList(list);
+}
+
 TEST(Edit, NamesClocks) {
     support::expectRows("clock_names", [](std::string const& line) { return definedClock(*makeCommand(line)); });
 }

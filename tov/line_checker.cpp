@@ -1,5 +1,7 @@
 #include "tov/line_checker.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <stdexcept>
 #include <utility>
@@ -12,6 +14,8 @@
 namespace kiri::tov {
 
 namespace {
+
+constexpr std::size_t shownSize = 1000;
 
 void addWord(std::string& text, std::string_view word) {
     if (!text.empty()) text += ' ';
@@ -33,24 +37,74 @@ bool endsInContinuation(std::string_view text) {
            (text.size() == 1 || WordComparison::endsWord(text[text.size() - 2]));
 }
 
-void findMistaken(std::string& mistaken, TovCmd& cmd, ConstraintLine const& line) {
-    bool continued = endsInContinuation(line.command);
-    auto const judge = [&](std::string_view name) {
-        if (isOption(name)) addWord(mistaken, name);
-        if (!continued || !endsInContinuation(name)) return;
-        addWord(mistaken, "\\");
-        continued = false;
-    };
-    if (line.kind->list == TOVCMD_CLOCK) judge(static_cast<TovCmdClockDef&>(cmd).clockName);
-    if (line.kind->list == TOVCMD_GENCLOCK) judge(static_cast<TovCmdGenClockDef&>(cmd).clockName);
-    for (TovReferences const& references : referencesOf(cmd)) {
-        char const* previous = nullptr;
-        for (taDciObj const* obj : *references.list) {
-            // Many references of one long expression share its text.
-            if (obj->name != previous) judge(orEmpty(obj->name));
-            previous = obj->name;
+// Whether each bracket and brace has its counterpart, wherever it is.
+bool isBalanced(std::string_view name) {
+    auto const count = [name](char c) { return std::count(name.begin(), name.end(), c); };
+    return count('[') == count(']') && count('{') == count('}');
+}
+
+constexpr auto plainCharacters = [] {
+    std::array<bool, 256> table{};
+    for (char c : std::string_view("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_/.:*?-")) {
+        table[static_cast<unsigned char>(c)] = true;
+    }
+    return table;
+}();
+
+bool isPlainWord(std::string_view name) {
+    return std::all_of(name.begin(), name.end(),
+                       [](char c) { return plainCharacters[static_cast<unsigned char>(c)]; }) &&
+           !name.empty() && name.front() != '-';
+}
+
+// A plain word, or a bit of one such as "d[3]".
+bool isPlainName(std::string_view name) {
+    if (name.empty() || name.back() != ']') return isPlainWord(name);
+    std::size_t const open = name.find('[');
+    return open != name.npos && isPlainWord(name.substr(0, open)) &&
+           isPlainWord(name.substr(open + 1, name.size() - open - 2));
+}
+
+/// Looks at the names that a command keeps.
+class NameChecker {
+public:
+    explicit NameChecker(std::string_view line) : continued_(endsInContinuation(line)) {}
+
+    void check(std::string_view name) {
+        if (isPlainName(name)) return;
+        arePlain_ = false;
+        bool const isLast = continued_ && endsInContinuation(name);
+        if (isLast) continued_ = false;
+        if (isOption(name) || !isBalanced(name)) {
+            addWord(mistaken_, name);
+        } else if (isLast) {
+            addWord(mistaken_, "\\");
         }
     }
+
+    void check(ppStlList<taDciObj*> const& list) {
+        bool hasExpression = false;
+        for (taDciObj const* obj : list) {
+            bool const isExpression = obj->type == taDciObjName;
+            // The plain names of a list are copies of one expression.
+            if (!isExpression || !hasExpression) check(orEmpty(obj->name));
+            hasExpression = hasExpression || isExpression;
+        }
+    }
+
+    std::string& mistaken() { return mistaken_; }  ///< names that are kept as what they are not
+    bool arePlain() const { return arePlain_; }    ///< whether all names are plain
+
+private:
+    bool continued_;
+    bool arePlain_ = true;
+    std::string mistaken_;
+};
+
+bool isClockQuery(ppStlList<taDciObj*> const& group) {
+    return !group.empty() && std::all_of(group.begin(), group.end(), [](taDciObj const* obj) {
+        return obj->type == taDciObjClock && isPlainWord(orEmpty(obj->name));
+    });
 }
 
 // Each unknown word of a group stands for the whole expression, and a save writes it as often: n words are n * n. What
@@ -91,7 +145,7 @@ bool LineChecker::check(std::string_view line, std::vector<TovFinding>& findings
     bool const goesOn = checkText(line, texts);
     for (std::size_t end = line.find('\0'); goesOn && end < line.size(); end = line.find('\0', end + 1)) {
         WordComparison::Words words;
-        WordComparison::appendWords(words, line.data() + end + 1);
+        WordComparison::appendWords(words, line.substr(end + 1, line.find('\0', end + 1) - end - 1));
         addWords(texts[TOVFINDING_LOST_WORD], words);
     }
     for (int kind = TOVFINDING_DROPPED_LINE; kind <= TOVFINDING_MISSING_NAME; ++kind) {
@@ -123,13 +177,49 @@ bool LineChecker::checkText(std::string_view rawLine, Texts& texts) {
     if (list_ == TOVCMD_CLOCKGROUP) limitGroups(*cmd_);
     saved_.clear();
     line.kind->append(saved_, *cmd_, document_);
-    bool const prefixed = startsWith(saved_, disablePrefix);
-    words_.compare(line.command.data(), saved_.data() + (prefixed ? disablePrefix.size() : 0));
+    bool const isPlain = checkNames(line.command, texts[TOVFINDING_MISTAKEN_WORD]);
+    if (saved_ == line.text) return true;
+    std::size_t const prefix = startsWith(saved_, disablePrefix) ? disablePrefix.size() : 0;
+    words_.compare(line.command, std::string_view(saved_).substr(prefix));
     addWords(texts[TOVFINDING_LOST_WORD], words_.lost());
     addWords(texts[TOVFINDING_CHANGED_VALUE], words_.changed());
     addWords(texts[TOVFINDING_CHANGED_VALUE], words_.added());
-    findMistaken(texts[TOVFINDING_MISTAKEN_WORD], *cmd_, line);
+    if (!isPlain && !isReadBack()) texts[TOVFINDING_UNSTABLE_LINE] = saved_.substr(0, shownSize);
     return true;
+}
+
+// Finds the names that are kept as what they are not. Returns whether the names are such that the saved line is read
+// back for sure: only a name or an infinite number can make it another one.
+bool LineChecker::checkNames(std::string_view line, std::string& mistaken) {
+    NameChecker names(line);
+    bool isPlain = list_ != TOVCMD_ATTRIBUTE && saved_.find("inf") == std::string::npos;
+    std::string const* clockName = nullptr;
+    if (list_ == TOVCMD_CLOCK) clockName = &static_cast<TovCmdClockDef&>(*cmd_).clockName;
+    if (list_ == TOVCMD_GENCLOCK) clockName = &static_cast<TovCmdGenClockDef&>(*cmd_).clockName;
+    if (clockName != nullptr && !clockName->empty()) names.check(*clockName);
+    for (TovReferences const& references : referencesOf(*cmd_)) {
+        names.check(*references.list);
+        if (list_ == TOVCMD_CLOCKGROUP) isPlain = isPlain && isClockQuery(*references.list);
+    }
+    mistaken = std::move(names.mistaken());
+    return isPlain && names.arePlain();
+}
+
+// Whether a load makes one command of the saved line, which saves that line again.
+bool LineChecker::isReadBack() {
+    if (saved_.find('\n') != std::string::npos) return false;
+    ConstraintLine const line(saved_);
+    std::unique_ptr<TovCmd> cmd;
+    try {
+        cmd = line.makeCommand();
+    } catch (std::out_of_range const&) {
+        return false;
+    }
+    if (cmd == nullptr) return false;
+    if (line.kind->list == TOVCMD_CLOCKGROUP) limitGroups(*cmd);
+    savedAgain_.clear();
+    line.kind->append(savedAgain_, *cmd, document_);
+    return savedAgain_ == saved_;
 }
 
 }  // namespace kiri::tov

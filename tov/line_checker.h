@@ -33,12 +33,15 @@ public:
 private:
     struct Texts;
     bool checkText(std::string_view line, Texts& texts);
+    bool checkNames(std::string_view line, std::string& mistaken);
+    bool isReadBack();
 
     std::size_t number_ = 0;
     std::unique_ptr<TovCmd> cmd_;
     TOVCMD_TYPE list_ = TOVCMD_NONE;
     WordComparison words_;
     std::string saved_;
+    std::string savedAgain_;
     TOV document_;  // commands are saved for a document
 };
 
