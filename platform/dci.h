@@ -21,22 +21,22 @@ enum taDciObjTyp : int {
     taDciObjName = 59         ///< a plain name, not a query
 };
 
-/// Returns a copy of `text` that a record may own: the record's destructor frees it. Null stays null.
+/// Returns a copy of `text` that a record may own: the record's destructor frees it. Returns null for null.
 TOVENG_API char* taDciText(char const* text);
 
-/// A reference to a design object: its name as the constraint writes it, and its kind.
+/// An object reference: the name of a design object as the constraint writes it, and its kind.
 class TOVENG_API taDciObj {
 public:
     /// Copies the name, which may be null. The second text and kind are the flow's own; nothing here keeps them.
     taDciObj(char const* name, char const* text, taDciObjTyp type, taDciObjTyp type2);
-    /// Copies `*other`. The bytes of a long name are shared by all its copies, and live as long as one of them.
+    /// Copies `*other`. All copies share the bytes of a long name, which live as long as one of them.
     explicit taDciObj(taDciObj* other);
     ~taDciObj();
     taDciObj(taDciObj const&) = delete;
     taDciObj& operator=(taDciObj const&) = delete;
 
-    /// May be null. Its bytes may be shared with other records, so they are never written: to rename an object, put
-    /// another record into the list.
+    /// May be null. Its bytes may be shared with other object references, so never write to them: to rename an
+    /// object, put another object reference into the list.
     char* name;
     taDciObjTyp type;
 

@@ -1,4 +1,4 @@
-// The records stand at these byte offsets in the flow's own library: a header that moves one does not compile.
+// The fields have these byte offsets in the flow's own library: a header that moves one does not compile.
 
 #include <cstddef>
 

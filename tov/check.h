@@ -38,7 +38,7 @@ struct TovFinding {
 };
 
 /// Replaces `findings` by what loading and saving the file would not keep, in the order of the lines. A line that ends
-/// the load has that finding alone and is the last one.
+/// the load has no other finding and is the last one.
 ///
 /// A line is compared with the line its command saves, word by word; "#disable " is left out of both. Words end at
 /// white space and at every bracket, brace and double quote; these and the order of the words do not count. Numbers are

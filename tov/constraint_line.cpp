@@ -7,7 +7,7 @@ namespace kiri::tov {
 
 namespace {
 
-// A line is of the kind whose keyword it begins with, whatever follows the keyword.
+// Finds the kind whose keyword the line begins with, whatever follows the keyword.
 CommandKind const* findKind(std::string_view text) {
     for (CommandKind const& kind : commandKinds) {
         if (startsWith(text, kind.keyword)) return &kind;
@@ -21,7 +21,7 @@ ConstraintLine::ConstraintLine(std::string_view line) : text(trim(line.substr(0,
     disabled = startsWith(text, disablePrefix);
     std::string_view const keywordOn = disabled ? trimFront(text.substr(disablePrefix.size())) : text;
     kind = findKind(keywordOn);
-    // Attributes have a mark of their own: "#disable " before one makes it a comment.
+    // An attribute is disabled by its last word: "#disable " before it makes it a comment.
     if (disabled && kind != nullptr && kind->list == TOVCMD_ATTRIBUTE) kind = nullptr;
     if (kind != nullptr) command = keywordOn;
 }

@@ -16,8 +16,7 @@ TovCmd& append(TOV& document, TOVCMD_TYPE list, Record* record) {
 
 }  // namespace
 
-// The order of the database's lists is the import's own. Only input and output delays heed `ioEnabled`. Null entries
-// are skipped.
+// Walks the lists in an order of its own and skips null entries. Only input and output delays heed `ioEnabled`.
 void TOV::loadTaObjects(taDci* db, bool ioEnabled) {
     for (taDciSynClk* record : db->clocks) {
         if (record == nullptr) continue;

@@ -31,7 +31,7 @@ bool isOption(std::string_view name) {
     return startsWith(name, "-") && !parseFloatValue(name, value);
 }
 
-// Whether the last word is a backslash: the line was meant to go on.
+// Whether the last word is a backslash, which other tools read as a continuation.
 bool endsInContinuation(std::string_view text) {
     return !text.empty() && text.back() == '\\' &&
            (text.size() == 1 || WordComparison::endsWord(text[text.size() - 2]));
@@ -92,7 +92,7 @@ public:
         }
     }
 
-    std::string& mistaken() { return mistaken_; }  ///< names that are kept as what they are not
+    std::string& mistaken() { return mistaken_; }  ///< the names that are kept as what they are not
     bool arePlain() const { return arePlain_; }    ///< whether all names are plain
 
 private:
@@ -107,8 +107,8 @@ bool isClockQuery(ppStlList<taDciObj*> const& group) {
     });
 }
 
-// Each unknown word of a group stands for the whole expression, and a save writes it as often: n words are n * n. What
-// goes beyond some size repeats the words that stand there, and is left out here.
+// Each unknown word of a group becomes a reference to the whole expression, so that a save of n words writes n * n.
+// Drops the repetitions beyond a size; the first two keep every name.
 void limitGroups(TovCmd& cmd) {
     constexpr std::size_t enough = std::size_t{64} * 1024;
     std::size_t size = 0;
@@ -188,8 +188,8 @@ bool LineChecker::checkText(std::string_view rawLine, Texts& texts) {
     return true;
 }
 
-// Finds the names that are kept as what they are not. Returns whether the names are such that the saved line is read
-// back for sure: only a name or an infinite number can make it another one.
+// Finds the names that are kept as what they are not. Returns true if the saved line is read back for certain: only a
+// name that is not plain, a group with other members than clocks and an infinite number prevent that.
 bool LineChecker::checkNames(std::string_view line, std::string& mistaken) {
     NameChecker names(line);
     bool isPlain = list_ != TOVCMD_ATTRIBUTE && saved_.find("inf") == std::string::npos;
@@ -205,7 +205,7 @@ bool LineChecker::checkNames(std::string_view line, std::string& mistaken) {
     return isPlain && names.arePlain();
 }
 
-// Whether a load makes one command of the saved line, which saves that line again.
+// Whether a load makes one command of the saved line, and that command saves the same line.
 bool LineChecker::isReadBack() {
     if (saved_.find('\n') != std::string::npos) return false;
     ConstraintLine const line(saved_);

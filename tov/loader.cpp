@@ -7,7 +7,7 @@
 //   comment   = any other text
 //
 // The commands and the attributes are two sections, in any order and as often as they come. A comment belongs to the
-// section in which it stands.
+// section in which it is found.
 
 #include "tov/loader.h"
 
@@ -32,11 +32,11 @@ void eraseFirst(std::string& text, std::string_view part) {
 }
 
 // Puts the lines of a file into a document.
-class FileParser {
+class DocumentFiller {
 public:
-    explicit FileParser(TOV& document) : document_(document) {}
+    explicit DocumentFiller(TOV& document) : document_(document) {}
 
-    void readLine(std::string_view rawLine) {
+    void add(std::string_view rawLine) {
         ConstraintLine const line(rawLine);
         if (line.kind == nullptr) {
             if (!line.text.empty()) addComment(line.text);
@@ -67,7 +67,7 @@ private:
         inAttributes_ = attributes;
     }
 
-    // Gives the comments read so far to the section in which they stood.
+    // Moves the comments read so far to the section in which they were found.
     void flushComments() {
         std::string& text = inAttributes_ ? document_.attributeCommentText : document_.sdcCommentText;
         if (text.empty()) {
@@ -96,16 +96,16 @@ ReadOutcome readTovFile(TOV& document, char const* path, TovProgress const& prog
     document.attributeCommentText.clear();
     ProgressMeter meter(progress, bytesLeft(file));
     LineReader lines(file, &meter);
-    FileParser parser(document);
+    DocumentFiller filler(document);
     try {
-        for (std::string_view line; lines.next(line);) parser.readLine(line);
+        for (std::string_view line; lines.next(line);) filler.add(line);
     } catch (std::out_of_range const&) {
         // The line that a command refuses ends the reading; what came before it is kept.
         outcome.refusal = std::current_exception();
         outcome.problem = "Line " + std::to_string(lines.number()) + ": create_clock ends in -waveform";
     }
     if (lines.error() != 0) outcome.problem = systemText(lines.error());
-    parser.finish();
+    filler.finish();
     if (outcome.problem.empty() && !meter.stopped()) meter.finish();
     if (!meter.stopped()) return outcome;
     emptyDocument(document);

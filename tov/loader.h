@@ -19,8 +19,8 @@ struct ReadOutcome {
     }
 };
 
-/// Reads a file into a document, see TOV::parseTovFile. When `progress` stops it, the document is left as after its
-/// construction, and an exception of `progress` goes on.
+/// Reads a file into a document, see TOV::parseTovFile. When `progress` stops it, empties the document and rethrows
+/// an exception of `progress`.
 ReadOutcome readTovFile(TOV& document, char const* path, TovProgress const& progress);
 
 /// Leaves a document as after its construction.

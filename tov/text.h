@@ -17,13 +17,13 @@ inline constexpr std::string_view whiteSpace = " \t\n\r\v\f";
 
 namespace chars {
 
-enum Class : unsigned char { plain, space, enclosing };
+enum Class : unsigned char { plain, space, opening };
 
-/// The class of each character: white space, and what opens a group or a quoted word.
+/// The class of each character: white space, or what opens a group or a quoted word.
 inline constexpr auto classes = [] {
     std::array<Class, 256> table{};
     for (char const c : whiteSpace) table[static_cast<unsigned char>(c)] = space;
-    for (char const c : {'"', '[', '{'}) table[static_cast<unsigned char>(c)] = enclosing;
+    for (char const c : {'"', '[', '{'}) table[static_cast<unsigned char>(c)] = opening;
     return table;
 }();
 
@@ -33,13 +33,13 @@ inline bool isSpace(char c) {
     return chars::classes[static_cast<unsigned char>(c)] == chars::space;
 }
 
-/// Whether a word that begins so is a group or a quoted word.
-inline bool isEnclosing(char c) {
-    return chars::classes[static_cast<unsigned char>(c)] == chars::enclosing;
+/// Whether `c` opens a group or a quoted word.
+inline bool opensGroupOrQuote(char c) {
+    return chars::classes[static_cast<unsigned char>(c)] == chars::opening;
 }
 
-/// The first white space of a text; its end if there is none. Eight characters are looked at together: with one at a
-/// time a load takes a tenth more instructions.
+/// Returns the first white space of a text, its end if there is none. Compares eight characters at a time, see
+/// docs/performance.md.
 inline char const* findSpace(char const* at, char const* end) {
     constexpr std::uint64_t ones = 0x0101010101010101;
     while (end - at >= 8) {
@@ -56,18 +56,18 @@ inline char const* findSpace(char const* at, char const* end) {
     return at;
 }
 
-/// The text of a C text; empty for null.
+/// Returns a C text as a view; an empty one for null.
 inline std::string_view orEmpty(char const* text) {
     return text == nullptr ? std::string_view() : text;
 }
 
-/// Whether a C text is there and not empty.
+/// Whether a C text is neither null nor empty.
 inline bool hasText(char const* text) {
     return text != nullptr && *text != '\0';
 }
 
 inline bool startsWith(std::string_view text, std::string_view prefix) {
-    // The last character is looked at first: it tells most keywords apart.
+    // Compare the last character first: it differs in most keywords.
     return text.size() >= prefix.size() && text[prefix.size() - 1] == prefix.back() &&
            text.substr(0, prefix.size()) == prefix;
 }

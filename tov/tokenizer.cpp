@@ -6,9 +6,9 @@ namespace kiri::tov {
 
 namespace {
 
-// The group at the start of a text, with its brackets; all of the text if nothing closes it. The matcher skips one
-// nested group and no more: a group ends at the first `close` after the first nested group. Saved files rely on this
-// limit.
+// Returns the group at the start of a text, with its brackets; the whole text if nothing closes it. The matcher skips
+// one nested group and no more: a group ends at the first `close` after the first nested group. Saved files rely on
+// this limit.
 std::string_view groupOf(char const* at, char const* end, char open, char close) {
     auto const find = [](char const* from, char c, char const* to) {
         return static_cast<char const*>(std::memchr(from, c, static_cast<std::size_t>(to - from)));
@@ -21,7 +21,7 @@ std::string_view groupOf(char const* at, char const* end, char open, char close)
 
 }  // namespace
 
-// The word that begins with a quote, bracket or brace; the cursor moves to the character after it.
+// Takes the word that begins with a quote, bracket or brace.
 std::string_view WordCursor::takeEnclosed() {
     if (*at_ == '"') {
         std::string_view const rest(at_ + 1, static_cast<std::size_t>(end_ - at_ - 1));

@@ -9,7 +9,7 @@
 
 namespace kiri::tov {
 
-/// Gives the words of a line one by one, as views into it. The walk over all words is linear in the line.
+/// Walks over the words of a line, which are views into it, in linear time.
 class WordCursor {
 public:
     explicit WordCursor(std::string_view line) {
@@ -19,10 +19,10 @@ public:
         end_ = at_ + line.size();
     }
 
-    /// Puts the next word into `word`. False at the end of the line, `word` untouched.
+    /// Puts the next word into `word`. Returns false at the end of the line and leaves `word` as it was.
     bool next(std::string_view& word) {
         if (at_ == end_) return false;
-        if (isEnclosing(*at_)) {
+        if (opensGroupOrQuote(*at_)) {
             word = takeEnclosed();
         } else {
             char const* const first = at_;
@@ -33,8 +33,8 @@ public:
         return true;
     }
 
-    /// Whether the next word holds no white space because it ends there.
-    bool isAtPlainWord() const { return at_ != end_ && !isEnclosing(*at_); }
+    /// Whether the next word is a plain one, which ends at white space.
+    bool isAtPlainWord() const { return at_ != end_ && !opensGroupOrQuote(*at_); }
 
     /// Moves past a first word of `size` characters that the line is known to begin with. False if the word goes on.
     bool skipKeyword(std::size_t size) {
@@ -48,7 +48,7 @@ public:
 private:
     // Whether brackets or braces enclose the whole text.
     static bool isGroup(std::string_view text) {
-        if (text.size() < 2 || !isEnclosing(text.front())) return false;
+        if (text.size() < 2 || !opensGroupOrQuote(text.front())) return false;
         return (text.front() == '[' && text.back() == ']') || (text.front() == '{' && text.back() == '}');
     }
 
@@ -60,7 +60,7 @@ private:
 
     std::string_view takeEnclosed();
 
-    char const* at_;  // the next word, or the end; no white space stands before the end
+    char const* at_;  // the next word, or the end; the last character is no white space
     char const* end_;
 };
 

@@ -14,7 +14,7 @@ namespace {
 // The lines of one list, in blocks that stay as they are: a text that grows needs its old copy beside it.
 class Lines {
 public:
-    // A command that gives no text gives no line.
+    // A command without a text has no line.
     void append(CommandKind const& kind, TovCmd& cmd, TOV& document) {
         if (blocks_.empty() || blocks_.back().size() > full_) addBlock();
         std::string& block = blocks_.back();

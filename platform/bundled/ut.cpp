@@ -31,7 +31,7 @@ public:
     ThreadText(ThreadText const&) = delete;
     ThreadText& operator=(ThreadText const&) = delete;
 
-    /// The calling thread's text, of at least `size` bytes; what it held stays.
+    /// Returns the calling thread's text, grown to at least `size` bytes.
     char* reserve(std::size_t size) {
         auto* block = made_ ? static_cast<Block*>(::pthread_getspecific(key_)) : nullptr;
         if (block == nullptr || block->size < size) block = grow(block, std::max(size, usualSize));
@@ -70,7 +70,7 @@ constexpr std::size_t numberSize = 320;
 
 char* writeFixed(char* to, double value) {
     // Six decimals of a number that a float holds are exact as an integer of millionths while that fits 53 bits; rint
-    // rounds a half to even, as printf does. Without this a save takes 29 % more instructions.
+    // rounds a half to even, as printf does. See docs/performance.md.
     double const millionths = value * 1e6;
     if (static_cast<double>(static_cast<float>(value)) != value || !(std::fabs(millionths) < 9e15)) {
         return std::to_chars(to, to + numberSize, value, std::chars_format::fixed, 6).ptr;
@@ -84,7 +84,7 @@ char* writeFixed(char* to, double value) {
     return point + 7;
 }
 
-/// Formats what holds only text, "%%", "%d" and "%f". Null at any other conversion.
+/// Formats text, "%%", "%d" and "%f". Returns null at any other conversion.
 char const* formatCommon(char const* format, std::va_list arguments) {
     std::size_t size = 0;
     char* text = nullptr;
@@ -116,7 +116,7 @@ char const* formatCommon(char const* format, std::va_list arguments) {
     return text;
 }
 
-/// Formats in the "C" locale of the calling thread alone. Null for a format that printf refuses.
+/// Formats in the "C" locale, set for the calling thread only. Returns null for a format that printf refuses.
 char const* formatAny(char const* format, std::va_list arguments) {
     struct ThreadLocale {
         locale_t const plain = ::newlocale(LC_ALL_MASK, "C", nullptr);

@@ -6,17 +6,17 @@
 
 namespace kiri::tov {
 
-/// "#attribute": an HDL attribute of five texts, to which the library gives no meaning.
+/// "#attribute": an HDL attribute of five texts, which mean nothing to the library.
 class TOVENG_API TovCmdAttr : public TovCmd {
 public:
     /// Takes the five texts.
     TovCmdAttr(std::string text1, std::string text2, std::string text3, std::string text4, std::string text5);
-    /// Reads a line (null reads as ""): the five words after the first one, of which missing ones stay empty. Enabled
-    /// unless the seventh and last word is "-disable".
+    /// Reads the five words after the first one (null reads as ""); missing ones stay empty. Enabled unless the seventh
+    /// and last word is "-disable".
     explicit TovCmdAttr(std::string const& line) : TovCmdAttr(line.c_str()) {}
     explicit TovCmdAttr(char const* line);
 
-    /// The fields are separated by tabs; a disabled attribute ends in "-disable" and bears no prefix.
+    /// Tabs separate the fields; a disabled attribute ends in "-disable" and has no prefix.
     std::string toSaveString(TOV* document) override;
     /// Appends the line that this class saves to `line`.
     void appendSaveString(std::string& line) const;

@@ -29,7 +29,7 @@ bool isClock(taDciObjTyp type) {
     return type == taDciObjClock || type == taDciObjSourcePort || type == taDciObjSourceNet;
 }
 
-// Size of the names of a group. Many references of one long expression share its text, which is measured once.
+// Size of the names of a group. References to one long expression share its text, which is measured once.
 std::size_t sizeOfNames(ppStlList<taDciObj*> const& group) {
     std::size_t size = 0;
     std::string_view name;
@@ -41,10 +41,10 @@ std::size_t sizeOfNames(ppStlList<taDciObj*> const& group) {
     return size;
 }
 
-// A group's clocks are written as one query after its other members. A member that is neither a clock nor a reserved
-// key is glued to what stands before it: the file format has no blank there.
+// Writes the clocks of a group as one query after its other members. A member that is neither a clock nor a reserved
+// key is glued to the text before it: the file format has no blank there.
 void appendGroup(std::string& line, ppStlList<taDciObj*> const& group) {
-    // A line that does not fit the memory fails here, and not after it has filled all there is.
+    // Fail here if the line does not fit the memory, not after filling all of it.
     line.reserve(line.size() + sizeOfNames(group));
     line += " -group";
     std::string clocks;

@@ -12,32 +12,32 @@ class TOV;
 /// A command of a constraint file. It owns the object references in its lists and frees them when it is destroyed.
 ///
 /// Commands come from a line of a file, from a record of the constraint database, or from plain values. A line is read
-/// up to its first NUL byte. Parsing ignores what the command does not understand. A timing command that is made from a
-/// line with its own keyword is disabled until someone enables it, and another line leaves it enabled and empty:
-/// "#disable " before a command is read by the loader, not by the constructors. makeCommand reads a line as the loader
-/// does. Any constructor or operation may throw std::bad_alloc. One command is used by one thread at a time.
+/// up to its first NUL byte. Parsing ignores what the command does not understand. The constructors do not read
+/// "#disable ": a timing command made from a line with its own keyword is disabled until someone enables it, and any
+/// other line leaves it enabled and empty. Use makeCommand to read a line as the loader does. Any constructor or
+/// operation may throw std::bad_alloc. One command is used by one thread at a time.
 class TOVENG_API TovCmd {
 public:
     TovCmd(TovCmd const&) = delete;
     TovCmd& operator=(TovCmd const&) = delete;
     virtual ~TovCmd();
 
-    /// Returns the command's line as a file holds it, without a line end. `document` is unused and may be null. A text
-    /// that a program or a database record gave is written as it stands, so a line feed in it starts a new line of the
+    /// Returns the command's line as a file holds it, without a line end. `document` is unused and may be null. Texts
+    /// from a program or a database record are written as they are, so a line feed in one starts a new line of the
     /// file.
     virtual std::string toSaveString(TOV* document) = 0;
 
-    /// Reads an object expression such as "[ get_ports { a b } ]". The caller owns the references returned. With
-    /// `source`, ports and nets get the type taDciObjSourcePort or taDciObjSourceNet. Each word that is no query gives
-    /// one reference of type taDciObjName named by the whole `text`. Free the references of a list before a new one is
-    /// assigned to it: assigning drops the pointers alone.
+    /// Reads an object expression such as "[ get_ports { a b } ]". The caller owns the object references returned. With
+    /// `source`, ports and nets get the type taDciObjSourcePort or taDciObjSourceNet. Each word that is no query
+    /// becomes a reference of type taDciObjName named by the whole `text`. Assigning the result to a list does not free
+    /// the references in that list: replaceReferences does both.
     static ppStlList<taDciObj*> fromTclString(std::string const& text, bool source);
 
-    /// Returns the expression of one reference: a reserved expression, a query, or the name. Null gives "".
+    /// Returns the expression of one object reference: a reserved expression, a query, or the name; "" for null.
     static std::string toTclString(taDciObj* obj);
 
-    /// Puts the expression of a reserved key ("@PI", "@PO", "@CLKIN", "@CLOCK", in any case) into `out`. False for any
-    /// other key, `out` untouched; null is no key.
+    /// Puts the expression of a reserved key ("@PI", "@PO", "@CLKIN", "@CLOCK", in any case) into `out`. Returns
+    /// false for any other key and for null, and leaves `out` as it was.
     static bool reservedKey(char const* key, std::string& out);
 
     /// Returns `text` without blanks, tabs, LF and CR at its ends, in brackets if it begins with the name of a query in
@@ -55,11 +55,11 @@ protected:
 /// Returns `text` in double quotes if it holds white space and no double quote, else as it is.
 TOVENG_API std::string encloseDoubleQuotes(std::string const& text);
 
-/// Replaces the content of `to` by copies of the references in `from`, in order; null entries are left out. When memory
-/// is short, std::bad_alloc comes out and `to` stays as it was.
+/// Replaces the content of `to` by copies of the object references in `from`, in order and without null entries.
+/// std::bad_alloc leaves `to` as it was.
 TOVENG_API void deepCopyDciObjList(ppStlList<taDciObj*>& from, ppStlList<taDciObj*>& to);
 
-/// Deletes every reference in `list` and empties it.
+/// Deletes every object reference in `list` and empties it.
 TOVENG_API void freeDciObjList(ppStlList<taDciObj*>& list);
 
 }  // namespace kiri::tov

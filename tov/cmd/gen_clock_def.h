@@ -12,7 +12,7 @@ public:
     /// Reads a line (null reads as ""); numbers become normal decimal texts.
     explicit TovCmdGenClockDef(std::string const& line) : TovCmdGenClockDef(line.c_str()) {}
     explicit TovCmdGenClockDef(char const* line);
-    /// Copies a database record; its numbers stay the texts they are.
+    /// Copies a database record; keeps the texts of its numbers as they are.
     explicit TovCmdGenClockDef(taDciSynClk* record);
     /// `name` and `text` (the note) may be null.
     TovCmdGenClockDef(char const* name, char const* text);

@@ -21,7 +21,7 @@ void readDelayOrObjects(TovCmdIODelay& cmd, std::string_view word) {
     if (!parseFloatValue(word, cmd.delay)) readObjs(cmd.objects, word, false);
 }
 
-// The blank after the clock is always there, and so ends a line without objects.
+// The blank after the clock is always written, even at the end of a line without objects.
 void appendDelay(std::string& line, TovCmdIODelay const& cmd) {
     if (cmd.max) line += " -max";
     if (cmd.min) line += " -min";

@@ -11,7 +11,7 @@ class TOVENG_API TovCmdMultiPath : public TovCmd {
 public:
     /// `note` may be null.
     TovCmdMultiPath(int multiplier, char* note);
-    /// Copies a database record; its multiplier is cut to an integer.
+    /// Copies a database record; truncates its multiplier.
     explicit TovCmdMultiPath(taDciSynMcyc* record);
     /// Reads a line (null reads as ""); unknown words are skipped.
     explicit TovCmdMultiPath(std::string const& line) : TovCmdMultiPath(line.c_str()) {}

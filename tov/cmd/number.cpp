@@ -42,7 +42,7 @@ bool readShortDecimal(std::string_view text, double& value) {
     return true;
 }
 
-// The forms that std::from_chars leaves out: hexadecimal numbers, and what no double holds.
+// Reads what std::from_chars does not: hexadecimal numbers, and numbers beyond the range of a double.
 double strtodInPlainLocale(std::string_view text) {
     std::string const copy(text);
     locale_t const plain = ::newlocale(LC_ALL_MASK, "C", nullptr);

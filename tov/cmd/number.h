@@ -4,11 +4,11 @@
 
 namespace kiri::tov {
 
-/// Reads a number as strtod does in the "C" locale, characters after it ignored, and narrows it to float. The first
-/// character, or the second after a minus sign, must be a digit; otherwise false, and `out` untouched.
+/// Reads a number as strtod does in the "C" locale, ignoring characters after it, and narrows it to float. Returns
+/// false and leaves `out` as it was unless the first character, or the second after a minus sign, is a digit.
 bool parseFloatValue(std::string_view text, float& out);
 
-/// Truncates; out of range saturates; NaN gives 0.
+/// Truncates; out of range saturates; NaN becomes 0.
 int truncateToInt(float value);
 
 /// A thousandth of a database number: picoseconds to nanoseconds, or thousandths of the file's time unit to that unit.

@@ -8,7 +8,7 @@
 
 namespace kiri::tov {
 
-/// A list of references that nothing owns yet: it frees them unless they are handed over.
+/// A list of object references that frees them unless they are moved to another owner.
 class OwnedObjList {
 public:
     OwnedObjList() = default;
@@ -19,19 +19,19 @@ public:
     ppStlList<taDciObj*> list;
 };
 
-/// Adds a new reference to a list; null is no name.
+/// Appends a new object reference to a list; a null name stays null.
 void addObj(ppStlList<taDciObj*>& list, char const* name, taDciObjTyp type);
 
-/// Replaces the content of a list by what an object expression names, as TovCmd::fromTclString tells.
+/// Replaces the content of a list by what an object expression names, see TovCmd::fromTclString.
 void readObjs(ppStlList<taDciObj*>& list, std::string_view expression, bool source);
 
-/// Replaces the content of a list by a reference to the clock of that name.
+/// Replaces the content of a list by an object reference to the clock of that name.
 void setClock(ppStlList<taDciObj*>& list, char const* name);
 
-/// Appends the expression of a reference, as TovCmd::toTclString tells.
+/// Appends the expression of an object reference, see TovCmd::toTclString.
 void appendTclString(std::string& out, taDciObj const* obj);
 
-/// The expression that a reserved key stands for; empty for any other key and for null.
+/// Returns the expression of a reserved key; an empty one for any other key and for null.
 std::string_view reservedExpression(char const* key);
 
 }  // namespace kiri::tov

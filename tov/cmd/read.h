@@ -30,7 +30,7 @@ struct Option {
     void (*apply)(Cmd& cmd, std::string_view value);
 };
 
-/// Reads the words after the keyword: options as the table tells, any other word by `readOther`. Empty words between
+/// Reads the words after the keyword: options by the table, any other word by `readOther`. Empty words between
 /// options are skipped; as the value of an option an empty word counts.
 template <class Cmd, std::size_t Options>
 void readOptions(Cmd& cmd, WordCursor words, Option<Cmd> const (&options)[Options],
@@ -86,7 +86,7 @@ void readLine(Cmd& cmd, char const* line, std::string_view const (&keywords)[Key
 template <class Cmd>
 void ignoreWord(Cmd&, std::string_view) {}
 
-/// For options and words that stand for objects.
+/// For options and words that name objects.
 template <auto list, bool source, class Cmd>
 void readInto(Cmd& cmd, std::string_view value) {
     readObjs(cmd.*list, value, source);

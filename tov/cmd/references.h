@@ -12,7 +12,7 @@ class TovCmd;
 
 /// A list of object references in a command.
 struct TovReferences {
-    /// The option that stands before the list: "-source", "-master_clock", "-group", "-clock", "-from", "-to" or
+    /// The option before the list: "-source", "-master_clock", "-group", "-clock", "-from", "-to" or
     /// "-through"; "" for the targets of a clock and the objects of an input or output delay.
     char const* role;
     /// Never null. The list belongs to the command and may be edited, as the command's own fields may.

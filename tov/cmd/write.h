@@ -9,7 +9,7 @@
 
 namespace kiri::tov {
 
-/// The line of a command as a text of its own.
+/// Returns the line of a command as a text of its own.
 template <class Cmd>
 std::string saveString(Cmd const& cmd) {
     std::string line;
@@ -18,12 +18,12 @@ std::string saveString(Cmd const& cmd) {
     return line;
 }
 
-/// Begins a command's line: the prefix of a disabled command, or nothing.
+/// Begins a command's line with the prefix if the command is disabled.
 inline void beginSaveLine(std::string& line, TovCmd const& cmd) {
     if (!cmd.enabled) line += disablePrefix;
 }
 
-// Two blanks stand between these options and their value.
+// Two blanks separate these options from their value.
 inline constexpr std::string_view fromOption = " -from  ";
 inline constexpr std::string_view toOption = " -to  ";
 
@@ -32,8 +32,8 @@ inline void appendPiece(std::string& line, char const* piece) {
     if (piece != nullptr) line += piece;
 }
 
-/// Appends `option` and the first reference of a list, if there is one. A file holds only the first reference of a
-/// list; the others are not written.
+/// Appends `option` and the first object reference of a list, if there is one. A file holds only the first object
+/// reference of a list.
 inline void appendFirst(std::string& line, std::string_view option, ppStlList<taDciObj*> const& list) {
     if (list.empty()) return;
     line += option;

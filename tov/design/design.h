@@ -35,8 +35,8 @@ public:
     bool load(char const* path);
 
     /// The same; calls `progress` meanwhile, unless it is empty. If it returns false, the load stops, the result is
-    /// false and the design is empty; if it throws, the design is empty and the exception goes on. The call where `read`
-    /// is `size` comes once, and only when the whole dump was read and used.
+    /// false and the design is empty; if it throws, the design is empty and the exception goes on. The call where
+    /// `read` is `size` comes once, and only when the whole dump was read and used.
     ///
     /// `error`, unless null, becomes empty when the dump was read whole, and else one line that says why not, in UTF-8
     /// and at most 1,000 bytes: "Line 1 Column 9: Tag design is not valid tag", the XML parser's message with its place
