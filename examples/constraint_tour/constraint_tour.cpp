@@ -11,8 +11,6 @@
 #include <string>
 #include <vector>
 
-#include "../common/cut.h"
-#include "../common/progress_bar.h"
 #include "tov/check.h"
 #include "tov/cmd/commands.h"
 #include "tov/tov.h"
@@ -20,6 +18,13 @@
 using namespace kiri::tov;
 
 namespace {
+
+/// The text, or its start and "..." where it is long.
+std::string cut(std::string text) {
+    constexpr std::size_t most = 100;
+    if (text.size() > most) text.replace(most - 3, std::string::npos, "...");
+    return text;
+}
 
 struct Kind {
     TOVCMD_TYPE type;
@@ -75,21 +80,17 @@ std::string contentOf(std::string const& path) {
     return text.str();
 }
 
-// Tells what of the file the saved one will not have. False if the file cannot be loaded whole.
-bool printFindings(char const* path) {
+// Tells what of the file the saved one will not have.
+void printFindings(char const* path) {
     constexpr std::size_t findingsShown = 20;
     std::vector<TovFinding> findings;
-    if (!checkTovFile(path, findings)) {
-        std::cerr << "cannot read " << path << '\n';
-        return false;
-    }
+    checkTovFile(path, findings);
     std::printf("what a load and a save of the file do not keep: %zu findings\n", findings.size());
     for (std::size_t i = 0; i < findings.size() && i < findingsShown; ++i) {
         TovFinding const& finding = findings[i];
         std::printf("  line %zu, %s: %s\n", finding.line, titleOf(finding.kind), cut(finding.text).c_str());
     }
     if (findings.size() > findingsShown) std::printf("  ...\n");
-    return findings.empty() || findings.back().kind != TOVFINDING_ENDS_LOAD;
 }
 
 bool saveTo(TOV& document, std::string const& path) {
@@ -100,12 +101,13 @@ bool saveTo(TOV& document, std::string const& path) {
 }
 
 int tour(char const* path, std::string const& saved) {
-    if (!printFindings(path)) return 1;
     TOV document;
-    if (!document.load(path, progressBar())) {
-        std::cerr << "cannot read " << path << '\n';
+    std::string error;
+    if (!document.read(path, {}, &error)) {
+        std::cerr << path << ": " << error << '\n';
         return 1;
     }
+    printFindings(path);
     std::printf("what is in the file, and the first of each kind as it is saved:\n");
     printKinds(document);
     std::printf("an edit:\n");
@@ -118,7 +120,7 @@ int tour(char const* path, std::string const& saved) {
     std::string const first = contentOf(saved);
     std::string const second = saved + ".again";
     TOV again;
-    if (!again.load(saved.c_str(), progressBar()) || !saveTo(again, second)) return 1;
+    if (!again.read(saved.c_str()) || !saveTo(again, second)) return 1;
     bool const isStable = contentOf(second) == first;
     std::remove(second.c_str());
     std::printf("saved to %s: %zu bytes; loaded from there and saved again, the text %s\n", saved.c_str(), first.size(),

@@ -10,8 +10,6 @@
 #include <list>
 #include <string>
 
-#include "../common/cut.h"
-#include "../common/progress_bar.h"
 #include "tov/cmd/commands.h"
 #include "tov/design/design.h"
 #include "tov/tov.h"
@@ -19,6 +17,13 @@
 using namespace kiri::tov;
 
 namespace {
+
+/// The text, or its start and "..." where it is long.
+std::string cut(std::string text) {
+    constexpr std::size_t most = 100;
+    if (text.size() > most) text.replace(most - 3, std::string::npos, "...");
+    return text;
+}
 
 constexpr std::size_t namesShown = 4;
 
@@ -86,7 +91,7 @@ void addClocks(TovDesign const& design, TOV& document) {
 int tour(char const* dump, char const* constraints) {
     TovDesign design;
     std::string error;
-    if (!design.load(dump, progressBar(), &error)) {
+    if (!design.load(dump, {}, &error)) {
         std::cerr << dump << ": " << error << '\n';
         return 1;
     }

@@ -53,7 +53,7 @@ int check(Arguments const& arguments) {
     std::vector<std::string> const files = arguments.words();
     for (std::string const& file : files) {
         try {
-            Input const input = Input::constraints(file);
+            Input const input(file, Content::constraints);
             forEachFinding(input, design, match, [&](TovFinding const& finding, Place const& place) {
                 if (ignored[static_cast<std::size_t>(finding.kind - 1)]) return;
                 report.add(file, finding, [&] {

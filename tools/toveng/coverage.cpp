@@ -5,8 +5,6 @@
 #include <functional>
 #include <list>
 #include <map>
-#include <string_view>
-#include <tuple>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -15,6 +13,7 @@
 #include "findings.h"
 #include "meaning.h"
 #include "text.h"
+#include "tov/cmd/commands.h"
 #include "tov/cmd/references.h"
 #include "tov/edit.h"
 
@@ -127,10 +126,15 @@ private:
 
     // What a command says of which objects of the design, by whatever words.
     std::string meaningInDesign(TOVCMD_TYPE list, TovCmd& cmd) {
-        Meaning const meaning = meaningOf(cmd);
+        Meaning const meaning = meaningOf(list, cmd);
         if (list == TOVCMD_CLOCKGROUP || list == TOVCMD_ATTRIBUTE) return meaning.values + meaning.objects;
-        std::map<std::string, std::uint64_t> roles;
-        for (TovNameUse const& use : documentNames_.usesIn(cmd)) roles[use.role] += sumOf(use);
+        std::hash<std::string> const hash;
+        std::map<std::string, std::size_t> roles;
+        for (TovNameUse const& use : documentNames_.usesIn(cmd)) {
+            // A sum stands for the nodes of a role, whatever their order. A word without nodes stands for itself.
+            if (names_.find(use.type, use.word, found_, use.match) == 0) roles[use.role] += hash(use.word);
+            for (TovNode const* node : found_) roles[use.role] += hash(names_.nameOf(*node));
+        }
         std::string text = meaning.values;
         for (auto const& [role, sum] : roles) text += role + std::to_string(sum) + '\n';
         for (TovReferences const& references : referencesOf(cmd)) {
@@ -140,17 +144,6 @@ private:
             if (!TovDesignNames::isName(query)) text += references.role + query;
         }
         return text;
-    }
-
-    // A number for the nodes of a word, whatever their order; for a word without nodes one of its own.
-    std::uint64_t sumOf(TovNameUse const& use) {
-        std::uint64_t& sum = sums_[{use.type, use.match, use.word}];
-        if (sum != 0) return sum;
-        if (names_.find(use.type, use.word, found_, use.match) == 0) sum = std::hash<std::string>()(use.word);
-        for (TovNode const* node : found_) {
-            sum += std::hash<std::string_view>()({reinterpret_cast<char const*>(&node), sizeof node});
-        }
-        return sum;
     }
 
     TovDesignNames const& names_;
@@ -164,7 +157,6 @@ private:
     Nodes clockPorts_;
     Nodes defined_;
     std::vector<TovNode const*> found_;
-    std::map<std::tuple<taDciObjTyp, TovNameMatch, std::string>, std::uint64_t> sums_;
     std::unordered_map<std::string, std::vector<TovCmd*>> same_;
     std::vector<std::vector<TovCmd*> const*> repeated_;
 };
@@ -201,7 +193,7 @@ bool isWhole(QJsonObject const& result) {
 int coverage(Arguments const& arguments) {
     bool const isJson = arguments.choose("format", {"text", "json"}) == 1;
     TOV& document = keep<TOV>();
-    read(document, Input::constraints(arguments.words().front()), progressBar());
+    read(document, Input(arguments.words().front(), Content::constraints), progressBar());
     QJsonObject const result = keep<Coverage>(keep<Design>(arguments.value("design")), document).result();
     isJson ? print(result), print("\n") : printText(result);
     return isWhole(result) ? 0 : 1;

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <functional>
 #include <future>
+#include <map>
 #include <tuple>
 
 #include "command.h"
@@ -17,22 +18,25 @@ namespace tool {
 
 namespace {
 
-/// A command in its document. Hashes of 64 bits stand for what it is about and for all that it says.
+/// A command in its document. Hashes of 64 bits are compared in place of texts.
 struct Entry {
-    std::size_t subject;
-    std::size_t meaning;
+    std::size_t line;   // without the prefix of a disabled command
     std::size_t place;  // in the order of writing
     TovCmd* cmd;
+    TOVCMD_TYPE list;
+    bool enabled;
+    std::size_t subject;  // of the commands that have no equal
+    std::size_t values;
 };
 
 using Entries = std::vector<Entry>;
 
 auto exactOrder(Entry const& e) {
-    return std::make_tuple(e.subject, e.meaning, e.cmd->enabled);
+    return std::make_tuple(e.line, e.enabled);
 }
 
-auto meaningOrder(Entry const& e) {
-    return std::make_tuple(e.subject, e.meaning);
+auto lineOrder(Entry const& e) {
+    return e.line;
 }
 
 auto subjectOrder(Entry const& e) {
@@ -50,19 +54,25 @@ void sort(Entries& entries, Order order) {
 Entries readEntries(Input const& input, TOV& document, TovProgress const& progress) {
     read(document, input, progress);
     Entries entries;
+    std::hash<std::string> const hash;
     forEachCommand(document, [&](TOVCMD_TYPE list, TovCmd& cmd) {
-        Meaning const meaning = meaningOf(cmd);
-        bool const isClock = list == TOVCMD_CLOCK || list == TOVCMD_GENCLOCK;
-        // An attribute is what its line says.
-        std::string const subject = list == TOVCMD_ATTRIBUTE ? meaning.values
-                                    : isClock                ? definedClock(cmd)
-                                                             : meaning.objects;
-        std::hash<std::string> const hash;
-        entries.push_back(
-            {hash(keywordOf(list) + subject), hash(meaning.values + meaning.objects), entries.size(), &cmd});
+        entries.push_back({hash(enabledLine(list, cmd)), entries.size(), &cmd, list, cmd.enabled, 0, 0});
     });
     sort(entries, exactOrder);
     return entries;
+}
+
+// What the commands are about, and what they say of it. An attribute is what its line says.
+void addSubjects(Entries& entries) {
+    std::hash<std::string> const hash;
+    for (Entry& entry : entries) {
+        Meaning const meaning = meaningOf(entry.list, *entry.cmd);
+        bool const isAttribute = entry.list == TOVCMD_ATTRIBUTE;
+        bool const isClock = entry.list == TOVCMD_CLOCK || entry.list == TOVCMD_GENCLOCK;
+        std::string const subject = isClock ? definedClock(*entry.cmd) : meaning.objects;
+        entry.subject = isAttribute ? entry.line : hash(keywordOf(entry.list) + ('\n' + subject));
+        entry.values = hash(isClock ? meaning.objects + meaning.values : meaning.values);
+    }
 }
 
 // Calls `visit` with pairs of equal entries, the first with the first, and takes them out of the lists.
@@ -101,13 +111,19 @@ QJsonArray savedLines(Entries& entries) {
 QJsonObject difference(Entries& olds, Entries& news) {
     Entries enabled;
     Entries disabled;
-    QJsonArray changed;
+    std::map<std::size_t, QJsonObject> changes;  // by their places in the new file
+    auto const addSwitched = [&](Entry const&, Entry const& now) { (now.enabled ? enabled : disabled).push_back(now); };
     pairOff(olds, news, exactOrder, [](Entry const&, Entry const&) {});
-    pairOff(olds, news, meaningOrder,
-            [&](Entry const&, Entry const& now) { (now.cmd->enabled ? enabled : disabled).push_back(now); });
+    pairOff(olds, news, lineOrder, addSwitched);
+    addSubjects(olds);
+    addSubjects(news);
     pairOff(olds, news, subjectOrder, [&](Entry const& before, Entry const& now) {
-        changed.append(QJsonObject{{"old", savedLine(before)}, {"new", savedLine(now)}});
+        if (before.values == now.values && before.enabled == now.enabled) return;
+        if (before.values == now.values) return addSwitched(before, now);
+        changes[now.place] = {{"old", savedLine(before)}, {"new", savedLine(now)}};
     });
+    QJsonArray changed;
+    for (auto const& [place, change] : changes) changed.append(change);
     return {{"added", savedLines(news)},
             {"removed", savedLines(olds)},
             {"changed", changed},
@@ -131,8 +147,8 @@ int diff(Arguments const& arguments) {
     bool const isJson = arguments.choose("format", {"text", "json"}) == 1;
     std::vector<std::string> const names = arguments.words();
     if (names[0] == "-" && names[1] == "-") throw Trouble("standard input can be read once");
-    Input const oldInput = Input::constraints(names[0]);
-    Input const newInput = Input::constraints(names[1]);
+    Input const oldInput(names[0], Content::constraints);
+    Input const newInput(names[1], Content::constraints);
     TOV& document = keep<TOV>();
     auto before = std::async(std::launch::async, [&] { return readEntries(oldInput, document, {}); });
     Entries news = readEntries(newInput, keep<TOV>(), progressBar());

@@ -1,8 +1,8 @@
 #include "findings.h"
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <utility>
 
 #include "text.h"
@@ -34,21 +34,11 @@ namespace {
 
 /// Calls `visit` with each line of a file until that returns false.
 void forEachLine(Input const& input, std::function<bool(std::string const& line)> const& visit) {
-    struct Buffer {
-        char* data = nullptr;
-        std::size_t size = 0;
-        ~Buffer() { std::free(data); }  // NOLINT(cppcoreguidelines-no-malloc): getline's own
-    } buffer;
-    std::rewind(input.file());
-    std::string line;
-    for (;;) {
-        ssize_t const size = ::getline(&buffer.data, &buffer.size, input.file());
-        if (size < 0) break;
-        std::string_view const text(buffer.data, static_cast<std::size_t>(size));
-        line = text.substr(0, text.size() - (text.back() == '\n' ? 1 : 0));
+    std::ifstream file(input.path(), std::ios::binary);
+    for (std::string line; std::getline(file, line);) {
         if (!visit(line)) return;
     }
-    if (std::ferror(input.file()) != 0) throw Trouble(input.name() + ": " + std::strerror(errno));
+    if (!file.is_open() || file.bad()) throw Trouble(input.name() + ": " + std::strerror(errno));
 }
 
 // A clock may be used before it is defined.

@@ -1,3 +1,6 @@
+#include <fstream>
+#include <iterator>
+
 #include "command.h"
 #include "report.h"
 #include "text.h"
@@ -24,17 +27,15 @@ std::size_t printLosses(Input const& input) {
     return losses;
 }
 
-bool holds(Input const& input, std::string const& text) {
-    if (input.size() != text.size()) return false;
-    std::rewind(input.file());
-    std::string content(text.size(), '\0');
-    return std::fread(content.data(), 1, content.size(), input.file()) == content.size() && content == text;
+std::string contentOf(Input const& input) {
+    std::ifstream file(input.path(), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 }  // namespace
 
 int format(Arguments const& arguments) {
-    Input const input = Input::constraints(arguments.words().front());
+    Input const input(arguments.words().front(), Content::constraints);
     if (!arguments.has("lossy")) {
         std::size_t const losses = printLosses(input);
         if (losses > 0) {
@@ -46,7 +47,7 @@ int format(Arguments const& arguments) {
     TOV& document = keep<TOV>();
     read(document, input, progressBar());
     std::string const text = document.toSaveString();
-    bool const isSame = holds(input, text);
+    bool const isSame = contentOf(input) == text;
     if (arguments.has("check")) {
         if (!isSame) complain("toveng: " + input.name() + ": would change");
         return isSame ? 0 : 1;
@@ -55,7 +56,7 @@ int format(Arguments const& arguments) {
     if (out == "-") return print(text), 0;
     if (isSame && out == input.name()) return 0;
     std::string error;
-    if (!document.saveAtomically(out.c_str(), &error)) throw Trouble(out + ": " + error);
+    if (!document.saveAtomically(out.c_str(), &error)) throw Trouble(error);
     return 0;
 }
 

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -18,91 +19,49 @@ namespace {
     throw Trouble(name + ": " + reason);
 }
 
-/// Tells what a content is from its blocks.
-class Classifier {
-public:
-    /// False once no further block can change the answer.
-    bool read(std::string_view block) {
-        if (!started_) {
-            block = withoutSpace(withoutMark(block));
-            started_ = !block.empty();
-            if (started_ && block.front() == '<') content_ = Content::dump;
-        }
-        if (content_ == Content::text && block.find('\0') != std::string_view::npos) content_ = Content::binary;
-        return content_ == Content::text;
-    }
+using File = std::shared_ptr<std::FILE>;
 
-    Content content() const { return content_; }
+File opened(std::FILE* file, std::string const& name) {
+    if (file == nullptr) fail(name, std::strerror(errno));
+    return {file, &std::fclose};
+}
 
-private:
-    std::string_view withoutMark(std::string_view block) {
-        if (marked_) return block;
-        marked_ = true;
-        for (std::string_view mark : {"\xef\xbb\xbf", "\xff\xfe", "\xfe\xff"}) {
-            if (block.substr(0, mark.size()) != mark) continue;
-            isWide_ = mark.size() == 2;
-            return block.substr(mark.size());
-        }
-        return block;
-    }
-
-    // In UTF-16 every other byte of plain text is 0.
-    std::string_view withoutSpace(std::string_view block) const {
-        std::size_t const start = block.find_first_not_of(std::string_view(" \t\n\r\v\f\0", isWide_ ? 7 : 6));
-        return start == std::string_view::npos ? std::string_view() : block.substr(start);
-    }
-
-    Content content_ = Content::text;
-    bool marked_ = false;
-    bool isWide_ = false;
-    bool started_ = false;
-};
-
-// Reads a file to its end or to the block that tells what it is, and writes it to `copy`, unless that is null.
+// Reads a file to the block that tells what it is, or to its end, and writes it to `copy`, unless that is null.
 Content classify(std::FILE* file, std::FILE* copy, std::string const& name) {
-    Classifier classifier;
-    std::array<char, 65536> block{};
-    for (bool goOn = true; goOn;) {
-        std::size_t const size = std::fread(block.data(), 1, block.size(), file);
-        if (std::ferror(file) != 0) fail(name, std::strerror(errno));
-        goOn = size > 0 && (classifier.read({block.data(), size}) || (copy && classifier.content() == Content::dump));
-        if (copy != nullptr && std::fwrite(block.data(), 1, size, copy) != size) fail(name, std::strerror(errno));
+    constexpr std::string_view marksAndSpace("\xef\xbb\xbf\xfe\xff \t\n\r\v\f\0", 12);
+    Content content = Content::constraints;
+    bool started = false;
+    std::array<char, 65536> buffer{};
+    for (std::size_t size = 1; size > 0 && content != Content::binary && (copy || content != Content::dump);) {
+        size = std::fread(buffer.data(), 1, buffer.size(), file);
+        std::string_view const block(buffer.data(), size);
+        std::size_t const first = started ? 0 : std::min(block.find_first_not_of(marksAndSpace), size);
+        if (!started && first < size && block[first] == '<') content = Content::dump;
+        started = first < size;
+        bool const hasNul = block.find('\0') != std::string_view::npos;
+        if (content == Content::constraints && hasNul) content = Content::binary;
+        bool const isCopied = copy == nullptr || std::fwrite(block.data(), 1, size, copy) == size;
+        if (!isCopied || std::ferror(file) != 0) fail(name, std::strerror(errno));
     }
-    return classifier.content();
+    return content;
 }
 
 }  // namespace
 
-Input::Input(std::string const& name, bool isStandardInput)
-    : name_(name), path_(name), file_(isStandardInput ? ::fdopen(::dup(0), "rb") : std::fopen(name.c_str(), "rb")) {
+Input::Input(std::string const& name, Content content) : name_(name), path_(name) {
+    bool const isStandardInput = name == "-" && content == Content::constraints;
+    File const file = opened(isStandardInput ? ::fdopen(::dup(0), "rb") : std::fopen(name.c_str(), "rb"), name);
     struct stat status {};
-    if (file_ == nullptr || ::fstat(::fileno(file_.get()), &status) != 0) fail(name, std::strerror(errno));
+    if (::fstat(::fileno(file.get()), &status) != 0) fail(name, std::strerror(errno));
     if (S_ISDIR(status.st_mode)) fail(name, std::strerror(EISDIR));
-    bool const isCopied = isStandardInput || !S_ISREG(status.st_mode);
-    File copy(isCopied ? std::tmpfile() : nullptr);
-    if (isCopied && copy == nullptr) fail("temporary file", std::strerror(errno));
-    content_ = classify(file_.get(), copy.get(), name);
-    if (isCopied) {
-        if (std::fflush(copy.get()) != 0) fail("temporary file", std::strerror(errno));
-        file_ = std::move(copy);
-        path_ = "/proc/self/fd/" + std::to_string(::fileno(file_.get()));
-        ::fstat(::fileno(file_.get()), &status);
-    }
-    size_ = static_cast<std::uint64_t>(status.st_size);
-    std::rewind(file_.get());
-}
-
-Input Input::constraints(std::string const& name) {
-    Input input(name, name == "-");
-    if (input.content_ == Content::dump) fail(name, "a design dump where constraints belong");
-    if (input.content_ == Content::binary) fail(name, "no constraint file: it holds NUL bytes");
-    return input;
-}
-
-Input Input::dump(std::string const& name) {
-    Input input(name, false);
-    if (input.content_ != Content::dump) fail(name, "no design dump: it does not begin with '<'");
-    return input;
+    if (isStandardInput || !S_ISREG(status.st_mode)) copy_ = opened(std::tmpfile(), "temporary file");
+    Content const found = classify(file.get(), copy_.get(), name);
+    if (content == Content::dump && found != content) fail(name, "no design dump: it does not begin with '<'");
+    if (found == Content::dump && found != content) fail(name, "a design dump where constraints belong");
+    if (found != content) fail(name, "no constraint file: it holds NUL bytes");
+    if (copy_ == nullptr) return;
+    if (std::fflush(copy_.get()) != 0) fail("temporary file", std::strerror(errno));
+    path_ = "/proc/self/fd/" + std::to_string(::fileno(copy_.get()));
 }
 
 kiri::tov::TovProgress progressBar() {
@@ -126,7 +85,7 @@ void read(kiri::tov::TOV& document, Input const& input, kiri::tov::TovProgress c
 }
 
 void read(kiri::tov::TovDesign& design, std::string const& name) {
-    Input const input = Input::dump(name);
+    Input const input(name, Content::dump);
     std::string error;
     if (!design.load(input.path(), progressBar(), &error) || !error.empty()) fail(name, "not read whole: " + error);
 }

@@ -14,37 +14,24 @@
 namespace tool {
 
 /// What a file holds, by its first character and its NUL bytes.
-enum class Content { dump, text, binary };
+enum class Content { dump, constraints, binary };
 
 /// A file to be read, by whatever name. What is no regular file, a pipe for one, is copied to a file without a name.
 class Input {
 public:
-    /// Opens a file of constraints; "-" is standard input. Trouble if there is none, or if it holds something else.
-    static Input constraints(std::string const& name);
-    /// The same of a design dump; "-" is a file like any other.
-    static Input dump(std::string const& name);
+    /// Opens a file of constraints, "-" is standard input, or a dump. Trouble if there is none, or something else in
+    /// it.
+    Input(std::string const& name, Content content);
 
     /// The name that the user gave.
     std::string const& name() const { return name_; }
     /// A path that leads to the content.
     char const* path() const { return path_.c_str(); }
-    /// The content, from its start. The file belongs to the input.
-    std::FILE* file() const { return file_.get(); }
-    std::uint64_t size() const { return size_; }
 
 private:
-    Input(std::string const& name, bool isStandardInput);
-
-    struct Close {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
-    using File = std::unique_ptr<std::FILE, Close>;
-
     std::string name_;
     std::string path_;
-    File file_;
-    std::uint64_t size_ = 0;
-    Content content_ = Content::text;
+    std::shared_ptr<std::FILE> copy_;
 };
 
 /// Draws a bar on standard error for what is large, if that is a terminal; empty else.

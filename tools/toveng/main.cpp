@@ -16,76 +16,51 @@ using namespace tool;
 
 namespace {
 
+struct Command {
+    char const* name;
+    int (*run)(Arguments const&);
+    int least;  // of the words that are no options
+    int most;
+    char const* usage;
+    char const* summary;
+};
+
+constexpr int any = 1 << 30;
+
+constexpr Command commands[] = {
+    {"check", check, 1, any, "[OPTION...] FILE...",
+     "Tells what a load and a save of constraint files would not keep, and the names that the design lacks."},
+    {"coverage", coverage, 1, 1, "--design DUMP [OPTION...] FILE",
+     "Tells what of the design the constraints reach, and what they leave out."},
+    {"diff", diff, 2, 2, "[OPTION...] OLD NEW", "Tells what changes in meaning from one constraint file to another."},
+    {"objects", objects, 1, any, "--design DUMP [OPTION...] WORD...",
+     "Lists the objects of the design that words stand for."},
+    {"format", format, 1, 1, "[OPTION...] FILE [-o OUT]", "Writes a constraint file as a save writes it."},
+};
+
 struct Option {
+    char const* commands;  // that have it
     char const* name;
     char const* value;  // what it takes; empty if nothing
     char const* text;
 };
 
-constexpr Option designOption = {"design", "DUMP", "the dump of the design that is constrained"};
-constexpr Option matchOption = {"match", "HOW", "how words meet the levels of a name: levels, local or flat"};
-constexpr Option formatOption = {"format", "FORMAT", "the form of the result: text or json"};
-
-struct Command {
-    char const* name;
-    int (*run)(Arguments const&);
-    char const* usage;
-    char const* summary;
-    int least;  // of the words that are no options
-    int most;
-    std::vector<Option> options;
+constexpr Option options[] = {
+    {"check coverage objects", "design", "DUMP", "the dump of the design that is constrained"},
+    {"check objects", "match", "HOW", "how words meet the levels of a name: levels, local or flat"},
+    {"check", "ignore", "CODE,...", "leave findings of these codes out"},
+    {"check", "format", "FORMAT", "the form of the findings: text, json or sarif"},
+    {"coverage diff", "format", "FORMAT", "the form of the result: text or json"},
+    {"check", "max", "N", "print the first N findings only"},
+    {"objects", "type", "TYPE", "look for these alone: port, pin, net, cell or clock"},
+    {"objects", "constraints", "FILE", "list the commands of the file that refer to each object, too"},
+    {"format", "check", "", "write nothing: status 1 if the file would change"},
+    {"format", "lossy", "", "also where something would be lost"},
+    {"format", "o", "OUT", "write to this file, not to the one that was read"},
 };
 
-constexpr int anyNumber = 1 << 30;
-
-std::vector<Command> const& commands() {
-    static std::vector<Command> const table = {
-        {"check",
-         check,
-         "[OPTION...] FILE...",
-         "Tells what a load and a save of constraint files would not keep, and the names that the design lacks.",
-         1,
-         anyNumber,
-         {designOption,
-          matchOption,
-          {"ignore", "CODE,...", "leave findings of these codes out"},
-          {"format", "FORMAT", "the form of the findings: text, json or sarif"},
-          {"max", "N", "print the first N findings only"}}},
-        {"coverage",
-         coverage,
-         "--design DUMP [OPTION...] FILE",
-         "Tells what of the design the constraints reach, and what they leave out.",
-         1,
-         1,
-         {designOption, formatOption}},
-        {"diff",
-         diff,
-         "[OPTION...] OLD NEW",
-         "Tells what changes in meaning from one constraint file to another.",
-         2,
-         2,
-         {formatOption}},
-        {"objects",
-         objects,
-         "--design DUMP [OPTION...] WORD...",
-         "Lists the objects of the design that words stand for.",
-         1,
-         anyNumber,
-         {designOption,
-          {"type", "TYPE", "look for these alone: port, pin, net, cell or clock"},
-          matchOption,
-          {"constraints", "FILE", "list the commands of the file that refer to each object, too"}}},
-        {"format",
-         format,
-         "[OPTION...] FILE [-o OUT]",
-         "Writes a constraint file as a save writes it.",
-         1,
-         1,
-         {{"check", "", "write nothing: status 1 if the file would change"},
-          {"lossy", "", "also where something would be lost"},
-          {"o", "OUT", "write to this file, not to the one that was read"}}},
-    };
-    return table;
+bool isOf(Option const& option, Command const& command) {
+    return std::string(option.commands).find(command.name) != std::string::npos;
 }
 
 std::string dashed(char const* name) {
@@ -100,7 +75,8 @@ void printOption(std::string const& name, char const* text) {
 
 void printHelp(Command const& command) {
     print(std::string("Usage: toveng ") + command.name + " " + command.usage + "\n\n" + command.summary + "\n\n");
-    for (Option const& option : command.options) {
+    for (Option const& option : options) {
+        if (!isOf(option, command)) continue;
         printOption(dashed(option.name) + (*option.value == '\0' ? "" : " ") + option.value, option.text);
     }
     printOption("-h, --help", "show this text");
@@ -109,7 +85,7 @@ void printHelp(Command const& command) {
 
 void printHelp() {
     print("Usage: toveng COMMAND [ARGUMENT...]\n\nWorks on timing constraints and on dumps of designs.\n\n");
-    for (Command const& command : commands()) printOption(command.name, command.summary);
+    for (Command const& command : commands) printOption(command.name, command.summary);
     print("\ntoveng COMMAND --help shows the options of a command; the manual page is toveng(1).\n");
 }
 
@@ -123,7 +99,9 @@ int run(Command const& command, QStringList const& arguments) {
     QCommandLineParser parser;
     parser.addOption({{"h", "help"}, {}});
     parser.addOption({{"v", "version"}, {}});
-    for (Option const& option : command.options) parser.addOption({option.name, {}, option.value});
+    for (Option const& option : options) {
+        if (isOf(option, command)) parser.addOption({option.name, {}, option.value});
+    }
     auto const usageTrouble = [&](std::string const& what) {
         return Trouble(std::string(command.name) + ": " + what + "; see toveng " + command.name + " --help");
     };
@@ -146,7 +124,7 @@ int run(int argc, char** argv) {
     if (name == "-v" || name == "--version") return printVersion();
     QStringList arguments;
     for (int i = 1; i < argc; ++i) arguments.append(QString::fromLatin1(argv[i]));
-    for (Command const& command : commands()) {
+    for (Command const& command : commands) {
         if (name == command.name) return run(command, arguments);
     }
     throw Trouble((name.empty() ? "there is no command" : "unknown command '" + name + "'") + "; see toveng --help");

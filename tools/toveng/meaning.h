@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "tov/cmd/commands.h"
+#include "tov/tov.h"
 
 namespace tool {
 
@@ -12,9 +12,9 @@ struct Meaning {
     std::string values;   ///< the saved line without its objects
 };
 
-Meaning meaningOf(kiri::tov::TovCmd& cmd);
-
 /// The saved line of a command as if it were enabled.
-std::string lineOf(kiri::tov::TovCmd& cmd);
+std::string enabledLine(kiri::tov::TOVCMD_TYPE list, kiri::tov::TovCmd& cmd);
+
+Meaning meaningOf(kiri::tov::TOVCMD_TYPE list, kiri::tov::TovCmd& cmd);
 
 }  // namespace tool

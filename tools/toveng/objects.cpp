@@ -16,7 +16,9 @@ int objects(Arguments const& arguments) {
     }
     TovNameMatch const match = arguments.match();
     TOV& document = keep<TOV>();
-    if (arguments.has("constraints")) read(document, Input::constraints(arguments.value("constraints")), progressBar());
+    if (arguments.has("constraints")) {
+        read(document, Input(arguments.value("constraints"), Content::constraints), progressBar());
+    }
     Design const& design = keep<Design>(arguments.value("design"));
     TovDocumentNames const commands(document, *design.names, match);
     int status = 0;

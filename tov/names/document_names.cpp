@@ -25,7 +25,6 @@ public:
         questions_.shrink();
         std::vector<Use>(uses_).swap(uses_);
         Entries(entries_).swap(entries_);
-        isOrdered_ = true;
     }
 
     void add(TovCmd& cmd);
@@ -34,7 +33,7 @@ public:
     std::vector<TovNameUse> usesIn(TovCmd& cmd);
     std::vector<TovNameUse> missingIn(TovCmd& cmd);
     std::vector<TovNameUse> missing();
-    std::vector<TovCmd*> commandsOf(TovNode const& node);
+    std::vector<TovCmd*> commandsOf(TovNode const& node) const;
 
 private:
     using Id = Questions::Id;
@@ -46,7 +45,7 @@ private:
         std::uint8_t type;
     };
     struct Entry {
-        TovCmd* cmd;          // null for one that was removed, which has no uses
+        TovCmd* cmd;
         std::uint32_t first;  // in uses_
         std::uint32_t count;
     };
@@ -63,9 +62,12 @@ private:
     bool isFound(Id id) { return questions_.isFoundIn(names_, id) || isClock(questions_[id]); }
     bool isFound(Questions::Question const& question);
     void dropUnused();
-    void putInOrder();
     template <class Judge>
-    Entries entriesWith(Judge judge);
+    bool hasUse(Entry const& entry, Judge judge) const {
+        auto const first = uses_.begin() + entry.first;
+        return std::any_of(first, first + entry.count, judge);
+    }
+    Entries inOrderOfWriting(Entries const& entries) const;
 
     TOV& document_;
     TovDesignNames const& names_;
@@ -73,7 +75,6 @@ private:
     DocumentClocks clocks_;
     Questions questions_;
     Entries entries_;                                          // of the commands that have uses
-    bool isOrdered_ = false;                                   // entries_, as the commands are written
     std::unordered_map<TovCmd const*, std::uint32_t> places_;  // in entries_
     std::vector<Use> uses_;
     std::size_t unused_ = 0;  // of uses_
@@ -103,7 +104,6 @@ void TovDocumentNames::Index::add(TovCmd& cmd) {
         auto const place = static_cast<std::uint32_t>(entries_.size());
         entries_.push_back({&cmd, static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(words.size())});
         places_[&cmd] = place;
-        isOrdered_ = false;
     } catch (...) {
         if (!entries_.empty() && entries_.back().cmd == &cmd) entries_.pop_back();
         uses_.resize(first);
@@ -118,7 +118,9 @@ void TovDocumentNames::Index::remove(TovCmd const& cmd) {
     if (found == places_.end()) return;
     Entry& entry = entries_[found->second];
     unused_ += entry.count;
-    entry = {};
+    entry = entries_.back();
+    places_.find(entry.cmd)->second = found->second;
+    entries_.pop_back();
     places_.erase(found);
 }
 
@@ -128,11 +130,7 @@ void TovDocumentNames::Index::dropUnused() {
     questions.reserve(questions_.size(), questions_.bytes());
     std::vector<Use> uses;
     uses.reserve(uses_.size() - unused_);
-    entries_.erase(std::remove_if(entries_.begin(), entries_.end(), [](Entry const& e) { return e.cmd == nullptr; }),
-                   entries_.end());
-    for (std::size_t place = 0; place < entries_.size(); ++place) {
-        Entry& entry = entries_[place];
-        places_.find(entry.cmd)->second = static_cast<std::uint32_t>(place);
+    for (Entry& entry : entries_) {
         std::size_t const first = uses.size();
         for (std::uint32_t i = 0; i < entry.count; ++i) {
             Use use = uses_[entry.first + i];
@@ -146,25 +144,6 @@ void TovDocumentNames::Index::dropUnused() {
     std::swap(questions_, questions);
     uses_.swap(uses);
     unused_ = 0;
-}
-
-// A walk through the lists of 100,000 commands takes longer than all else in a question.
-void TovDocumentNames::Index::putInOrder() {
-    Entries ordered;
-    ordered.reserve(places_.size());
-    auto const move = [&](Entry& entry) {
-        if (entry.cmd == nullptr) return;
-        places_.find(entry.cmd)->second = static_cast<std::uint32_t>(ordered.size());
-        ordered.push_back(std::exchange(entry, {}));
-    };
-    forEachCommand(document_, [&](TOVCMD_TYPE, TovCmd& cmd) {
-        auto const found = places_.find(&cmd);
-        if (found != places_.end()) move(entries_[found->second]);
-    });
-    // Those that are in no list yet.
-    std::for_each(entries_.begin(), entries_.end(), move);
-    entries_.swap(ordered);
-    isOrdered_ = true;
 }
 
 bool TovDocumentNames::Index::isFound(Questions::Question const& question) {
@@ -188,29 +167,35 @@ std::vector<TovNameUse> TovDocumentNames::Index::missingIn(TovCmd& cmd) {
     return uses;
 }
 
-// The entries with a use that is judged so, in the order of writing.
-template <class Judge>
-TovDocumentNames::Index::Entries TovDocumentNames::Index::entriesWith(Judge judge) {
-    Entries found;
-    for (Entry const& entry : entries_) {
-        auto const first = uses_.begin() + entry.first;
-        auto const isMeant = [&](Use const& use) { return judge(entry, use); };
-        if (std::any_of(first, first + entry.count, isMeant)) found.push_back(entry);
+// The order is that of the document's lists at the time: commands are not told of when others come before them.
+TovDocumentNames::Index::Entries TovDocumentNames::Index::inOrderOfWriting(Entries const& entries) const {
+    if (entries.size() < 2) return entries;
+    std::unordered_map<TovCmd const*, Entry const*> found(entries.size());
+    for (Entry const& entry : entries) found[entry.cmd] = &entry;
+    Entries ordered;
+    ordered.reserve(entries.size());
+    for (int list = TOVCMD_CLOCK; list <= TOVCMD_ATTRIBUTE && ordered.size() < entries.size(); ++list) {
+        for (TovCmd const* cmd : *document_.getTovCmdList(static_cast<TOVCMD_TYPE>(list))) {
+            auto const place = found.find(cmd);
+            if (place != found.end()) ordered.push_back(*place->second);
+        }
     }
-    if (isOrdered_ || found.size() < 2) return found;
-    putInOrder();
-    return entriesWith(judge);
+    return ordered;
 }
 
 std::vector<TovNameUse> TovDocumentNames::Index::missing() {
-    auto const isMissing = [this](Entry const& entry, Use const& use) {
-        return entry.cmd->enabled && !holdsVariable(questions_[use.question].word) && !isFound(use.question);
+    auto const isMissing = [this](Use const& use) {
+        return !holdsVariable(questions_[use.question].word) && !isFound(use.question);
     };
+    Entries found;
+    for (Entry const& entry : entries_) {
+        if (entry.cmd->enabled && hasUse(entry, isMissing)) found.push_back(entry);
+    }
     std::vector<TovNameUse> uses;
-    for (Entry const& entry : entriesWith(isMissing)) {
+    for (Entry const& entry : inOrderOfWriting(found)) {
         for (std::uint32_t i = 0; i < entry.count; ++i) {
             Use const& use = uses_[entry.first + i];
-            if (!isMissing(entry, use)) continue;
+            if (!isMissing(use)) continue;
             Questions::Question const question = questions_[use.question];
             uses.push_back({entry.cmd, roles_[use.role], static_cast<taDciObjTyp>(use.type), std::string(question.word),
                             question.match});
@@ -219,7 +204,7 @@ std::vector<TovNameUse> TovDocumentNames::Index::missing() {
     return uses;
 }
 
-std::vector<TovCmd*> TovDocumentNames::Index::commandsOf(TovNode const& node) {
+std::vector<TovCmd*> TovDocumentNames::Index::commandsOf(TovNode const& node) const {
     impl_detail::NodeNames const names(node);
     std::vector<bool> isMeant(questions_.size());
     auto const judge = [&](Id id) {
@@ -229,10 +214,12 @@ std::vector<TovCmd*> TovDocumentNames::Index::commandsOf(TovNode const& node) {
     for (std::string const& word : names.literalWords()) questions_.forEachLike(word, judge);
     questions_.forEachPattern(judge);
 
-    std::vector<TovCmd*> commands;
-    for (Entry const& entry : entriesWith([&](Entry const&, Use const& use) { return isMeant[use.question]; })) {
-        commands.push_back(entry.cmd);
+    Entries found;
+    for (Entry const& entry : entries_) {
+        if (hasUse(entry, [&](Use const& use) { return isMeant[use.question]; })) found.push_back(entry);
     }
+    std::vector<TovCmd*> commands;
+    for (Entry const& entry : inOrderOfWriting(found)) commands.push_back(entry.cmd);
     return commands;
 }
 

@@ -11,8 +11,7 @@
 
 namespace kiri::tov::impl_detail {
 
-/// The names of one node, on which words are tried: it fits the words by which TovDesignNames::find finds it. Each word
-/// is a name, see TovDesignNames::isName.
+/// The names of one node, on which words are tried: it fits the words by which TovDesignNames::find finds it.
 class NodeNames {
 public:
     explicit NodeNames(TovNode const& node);
