@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <map>
 #include <memory>
 #include <string>
@@ -22,7 +23,7 @@ Times run(std::string const& program, std::string const& work, std::string const
     Times times;
     char step[64];
     for (double seconds = 0; output != nullptr && std::fscanf(output.get(), "%63[^0-9]%lf ", step, &seconds) == 2;) {
-        times[step] = seconds;
+        times[std::string(step, std::strlen(step) - 1)] = seconds;  // without the blank
     }
     if (output == nullptr || ::pclose(output.release()) != 0) {
         std::fprintf(stderr, "%s failed\n", command.c_str());

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "bench/all_queries.h"
+#include "all_queries.h"  // the one beside this file, whatever library it is built with
 #include "tov/design/design.h"
 #include "tov/tov.h"
 #if __has_include("tov/check.h")

@@ -113,12 +113,12 @@ TEST_F(Io, UsesAnyDescriptor) {
 
 TEST_F(Io, MakesFilesAsTheMaskSays) {
     TOV document;
-    for (mode_t mask : {0, 022, 077}) {
+    for (mode_t mask : {0U, 022U, 077U}) {
         mode_t const before = ::umask(mask);
         std::string const path = dir / std::to_string(mask);
         EXPECT_TRUE(document.save(path.c_str()));
         ::umask(before);
-        EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0666 & ~mask));
+        EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0666U & ~mask));
     }
 }
 

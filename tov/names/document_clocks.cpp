@@ -1,6 +1,7 @@
 #include "tov/names/document_clocks.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "tov/cmd/cmd.h"
 #include "tov/cmd/references.h"
@@ -53,11 +54,11 @@ bool DocumentClocks::has(std::string const& word) const {
         auto const [first, last] = clocks_.equal_range(nameIn(word));
         return std::any_of(first, last, isEnabled);
     }
-    impl_detail::NameWord const form(word);
-    std::optional<impl_detail::NameWord> const latin1 = form.latin1();
+    std::vector<impl_detail::NameWord> forms(1, impl_detail::NameWord(word));
+    if (impl_detail::isUtf8BeyondAscii(word)) forms.push_back(forms[0].latin1());
     return std::any_of(clocks_.begin(), clocks_.end(), [&](auto const& clock) {
-        auto const fits = [&](auto const& pattern) { return pattern.fitsFlat(clock.first, false); };
-        return isEnabled(clock) && (fits(form) || (latin1 && fits(*latin1)));
+        auto const fits = [&](impl_detail::NameWord const& form) { return form.fitsFlat(clock.first, false); };
+        return isEnabled(clock) && std::any_of(forms.begin(), forms.end(), fits);
     });
 }
 

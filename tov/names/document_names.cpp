@@ -25,6 +25,7 @@ public:
         questions_.shrink();
         std::vector<Use>(uses_).swap(uses_);
         Entries(entries_).swap(entries_);
+        isOrdered_ = true;
     }
 
     void add(TovCmd& cmd);
@@ -33,7 +34,7 @@ public:
     std::vector<TovNameUse> usesIn(TovCmd& cmd);
     std::vector<TovNameUse> missingIn(TovCmd& cmd);
     std::vector<TovNameUse> missing();
-    std::vector<TovCmd*> commandsOf(TovNode const& node) const;
+    std::vector<TovCmd*> commandsOf(TovNode const& node);
 
 private:
     using Id = Questions::Id;
@@ -45,7 +46,7 @@ private:
         std::uint8_t type;
     };
     struct Entry {
-        TovCmd* cmd;
+        TovCmd* cmd;          // null for one that was removed, which has no uses
         std::uint32_t first;  // in uses_
         std::uint32_t count;
     };
@@ -62,12 +63,9 @@ private:
     bool isFound(Id id) { return questions_.isFoundIn(names_, id) || isClock(questions_[id]); }
     bool isFound(Questions::Question const& question);
     void dropUnused();
+    void putInOrder();
     template <class Judge>
-    bool hasUse(Entry const& entry, Judge judge) const {
-        auto const first = uses_.begin() + entry.first;
-        return std::any_of(first, first + entry.count, judge);
-    }
-    Entries inOrderOfWriting(Entries const& entries) const;
+    Entries entriesWith(Judge judge);
 
     TOV& document_;
     TovDesignNames const& names_;
@@ -75,6 +73,7 @@ private:
     DocumentClocks clocks_;
     Questions questions_;
     Entries entries_;                                          // of the commands that have uses
+    bool isOrdered_ = false;                                   // entries_, as the commands are written
     std::unordered_map<TovCmd const*, std::uint32_t> places_;  // in entries_
     std::vector<Use> uses_;
     std::size_t unused_ = 0;  // of uses_
@@ -104,6 +103,7 @@ void TovDocumentNames::Index::add(TovCmd& cmd) {
         auto const place = static_cast<std::uint32_t>(entries_.size());
         entries_.push_back({&cmd, static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(words.size())});
         places_[&cmd] = place;
+        isOrdered_ = false;
     } catch (...) {
         if (!entries_.empty() && entries_.back().cmd == &cmd) entries_.pop_back();
         uses_.resize(first);
@@ -118,9 +118,7 @@ void TovDocumentNames::Index::remove(TovCmd const& cmd) {
     if (found == places_.end()) return;
     Entry& entry = entries_[found->second];
     unused_ += entry.count;
-    entry = entries_.back();
-    places_.find(entry.cmd)->second = found->second;
-    entries_.pop_back();
+    entry = {};
     places_.erase(found);
 }
 
@@ -130,7 +128,11 @@ void TovDocumentNames::Index::dropUnused() {
     questions.reserve(questions_.size(), questions_.bytes());
     std::vector<Use> uses;
     uses.reserve(uses_.size() - unused_);
-    for (Entry& entry : entries_) {
+    entries_.erase(std::remove_if(entries_.begin(), entries_.end(), [](Entry const& e) { return e.cmd == nullptr; }),
+                   entries_.end());
+    for (std::size_t place = 0; place < entries_.size(); ++place) {
+        Entry& entry = entries_[place];
+        places_.find(entry.cmd)->second = static_cast<std::uint32_t>(place);
         std::size_t const first = uses.size();
         for (std::uint32_t i = 0; i < entry.count; ++i) {
             Use use = uses_[entry.first + i];
@@ -144,6 +146,25 @@ void TovDocumentNames::Index::dropUnused() {
     std::swap(questions_, questions);
     uses_.swap(uses);
     unused_ = 0;
+}
+
+// A walk through the lists of 100,000 commands takes longer than all else in a question.
+void TovDocumentNames::Index::putInOrder() {
+    Entries ordered;
+    ordered.reserve(places_.size());
+    auto const move = [&](Entry& entry) {
+        if (entry.cmd == nullptr) return;
+        places_.find(entry.cmd)->second = static_cast<std::uint32_t>(ordered.size());
+        ordered.push_back(std::exchange(entry, {}));
+    };
+    forEachCommand(document_, [&](TOVCMD_TYPE, TovCmd& cmd) {
+        auto const found = places_.find(&cmd);
+        if (found != places_.end()) move(entries_[found->second]);
+    });
+    // Those that are in no list yet.
+    std::for_each(entries_.begin(), entries_.end(), move);
+    entries_.swap(ordered);
+    isOrdered_ = true;
 }
 
 bool TovDocumentNames::Index::isFound(Questions::Question const& question) {
@@ -167,35 +188,29 @@ std::vector<TovNameUse> TovDocumentNames::Index::missingIn(TovCmd& cmd) {
     return uses;
 }
 
-// The order is that of the document's lists at the time: commands are not told of when others come before them.
-TovDocumentNames::Index::Entries TovDocumentNames::Index::inOrderOfWriting(Entries const& entries) const {
-    if (entries.size() < 2) return entries;
-    std::unordered_map<TovCmd const*, Entry const*> found(entries.size());
-    for (Entry const& entry : entries) found[entry.cmd] = &entry;
-    Entries ordered;
-    ordered.reserve(entries.size());
-    for (int list = TOVCMD_CLOCK; list <= TOVCMD_ATTRIBUTE && ordered.size() < entries.size(); ++list) {
-        for (TovCmd const* cmd : *document_.getTovCmdList(static_cast<TOVCMD_TYPE>(list))) {
-            auto const place = found.find(cmd);
-            if (place != found.end()) ordered.push_back(*place->second);
-        }
+// The entries with a use that is judged so, in the order of writing.
+template <class Judge>
+TovDocumentNames::Index::Entries TovDocumentNames::Index::entriesWith(Judge judge) {
+    Entries found;
+    for (Entry const& entry : entries_) {
+        auto const first = uses_.begin() + entry.first;
+        auto const isMeant = [&](Use const& use) { return judge(entry, use); };
+        if (std::any_of(first, first + entry.count, isMeant)) found.push_back(entry);
     }
-    return ordered;
+    if (isOrdered_ || found.size() < 2) return found;
+    putInOrder();
+    return entriesWith(judge);
 }
 
 std::vector<TovNameUse> TovDocumentNames::Index::missing() {
-    auto const isMissing = [this](Use const& use) {
-        return !holdsVariable(questions_[use.question].word) && !isFound(use.question);
+    auto const isMissing = [this](Entry const& entry, Use const& use) {
+        return entry.cmd->enabled && !holdsVariable(questions_[use.question].word) && !isFound(use.question);
     };
-    Entries found;
-    for (Entry const& entry : entries_) {
-        if (entry.cmd->enabled && hasUse(entry, isMissing)) found.push_back(entry);
-    }
     std::vector<TovNameUse> uses;
-    for (Entry const& entry : inOrderOfWriting(found)) {
+    for (Entry const& entry : entriesWith(isMissing)) {
         for (std::uint32_t i = 0; i < entry.count; ++i) {
             Use const& use = uses_[entry.first + i];
-            if (!isMissing(use)) continue;
+            if (!isMissing(entry, use)) continue;
             Questions::Question const question = questions_[use.question];
             uses.push_back({entry.cmd, roles_[use.role], static_cast<taDciObjTyp>(use.type), std::string(question.word),
                             question.match});
@@ -204,7 +219,7 @@ std::vector<TovNameUse> TovDocumentNames::Index::missing() {
     return uses;
 }
 
-std::vector<TovCmd*> TovDocumentNames::Index::commandsOf(TovNode const& node) const {
+std::vector<TovCmd*> TovDocumentNames::Index::commandsOf(TovNode const& node) {
     impl_detail::NodeNames const names(node);
     std::vector<bool> isMeant(questions_.size());
     auto const judge = [&](Id id) {
@@ -214,12 +229,10 @@ std::vector<TovCmd*> TovDocumentNames::Index::commandsOf(TovNode const& node) co
     for (std::string const& word : names.literalWords()) questions_.forEachLike(word, judge);
     questions_.forEachPattern(judge);
 
-    Entries found;
-    for (Entry const& entry : entries_) {
-        if (hasUse(entry, [&](Use const& use) { return isMeant[use.question]; })) found.push_back(entry);
-    }
     std::vector<TovCmd*> commands;
-    for (Entry const& entry : inOrderOfWriting(found)) commands.push_back(entry.cmd);
+    for (Entry const& entry : entriesWith([&](Entry const&, Use const& use) { return isMeant[use.question]; })) {
+        commands.push_back(entry.cmd);
+    }
     return commands;
 }
 

@@ -59,11 +59,9 @@ bool NodeNames::isOf(taDciObjTyp type) const {
 }
 
 bool NodeNames::fits(taDciObjTyp type, std::string_view word, TovNameMatch match) const {
-    if (!isOf(type) || !TovDesignNames::isName(std::string(word))) return false;
+    if (!isOf(type)) return false;
     NameWord const form(word);
-    if (fits(form, match)) return true;
-    std::optional<NameWord> const latin1 = form.latin1();
-    return latin1 && fits(*latin1, match);
+    return fits(form, match) || (isUtf8BeyondAscii(word) && fits(form.latin1(), match));
 }
 
 bool NodeNames::fits(NameWord const& word, TovNameMatch match) const {
@@ -119,9 +117,8 @@ std::vector<std::string> NodeNames::literalWords() const {
 
 bool isLiteral(std::string_view word) {
     bool const isRange = !word.empty() && word.back() == ']' && word.find(':') != std::string_view::npos;
-    return !isRange && std::none_of(word.begin(), word.end(), [](char c) {
-        return c == '*' || c == '?' || c == '\\' || static_cast<unsigned char>(c) >= 0x80;
-    });
+    return !isRange && word.find_first_of("*?\\") == std::string_view::npos &&
+           std::all_of(word.begin(), word.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 }  // namespace kiri::tov::impl_detail

@@ -11,7 +11,8 @@
 
 namespace kiri::tov::impl_detail {
 
-/// The names of one node, on which words are tried: it fits the words by which TovDesignNames::find finds it.
+/// The names of one node, on which words are tried: it fits the words by which TovDesignNames::find finds it. Each word
+/// is a name, see TovDesignNames::isName.
 class NodeNames {
 public:
     explicit NodeNames(TovNode const& node);
