@@ -18,6 +18,7 @@
 #include "bench/inputs.h"
 #include "tov/check.h"
 #include "tov/design/design.h"
+#include "tov/names/document_names.h"
 #include "tov/tov.h"
 
 namespace {
@@ -91,6 +92,19 @@ void destroyDump(std::string const& path) {
     measured([&] { design.reset(); });
 }
 
+void join(std::string const& path) {
+    TovDesign design;
+    design.load(inputs::designDump(instances).c_str());
+    kiri::tov::TovDesignNames const names(design);
+    TOV document;
+    document.load(path.c_str());
+    measured([&] { kiri::tov::TovDocumentNames(document, names).missing(); });
+}
+
+std::string exceptions(std::size_t lines) {
+    return inputs::exceptionsOf(instances, lines);
+}
+
 std::string mixedFile(std::size_t lines) {
     return inputs::constraintFile(lines);
 }
@@ -111,6 +125,7 @@ constexpr Operation operations[] = {
     {"dump-load", loadDump, inputs::designDump, instances},
     {"dump-bare", readDumpBare, inputs::designDump, instances},
     {"dump-queries", queryDump, inputs::designDump, instances},
+    {"join", join, exceptions, instances},
     {"dump-destroy", destroyDump, inputs::designDump, instances},
 };
 

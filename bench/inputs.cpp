@@ -231,6 +231,21 @@ std::string designDump(std::size_t instances) {
     });
 }
 
+std::string exceptionsOf(std::size_t instances, std::size_t lines) {
+    return make("exceptions-" + std::to_string(lines), [=](std::ostream& out) {
+        for (std::size_t i = 0; i < lines; ++i) {
+            std::size_t const from = i * 7919 % instances;
+            out << "set_false_path -from [get_pins {";
+            if (i % 10 == 0) {
+                out << "u_core_" << from % 97 << "/u_blk_*/inst_" << from << "/A?";
+            } else {
+                out << instance(from) << "/Q";
+            }
+            out << "}] -to [get_cells {" << instance(i * 104729 % instances) << "}]\n";
+        }
+    });
+}
+
 std::unique_ptr<taDci> database(std::size_t lines) {
     auto db = std::make_unique<taDci>();
     auto const obj = [](std::string const& name, taDciObjTyp type) {

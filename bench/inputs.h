@@ -39,6 +39,10 @@ std::string linesOfOneName(std::size_t names);
 /// only the bus and the net have names of their own.
 std::string designDump(std::size_t instances);
 
+/// A constraint file of exceptions between pins and cells of designDump(instances), all of which are there. Every tenth
+/// line has a pattern of its own.
+std::string exceptionsOf(std::size_t instances, std::size_t lines);
+
 /// A constraint database with as many records as constraintFile(lines) has commands.
 std::unique_ptr<taDci> database(std::size_t lines);
 

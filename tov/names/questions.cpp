@@ -69,11 +69,12 @@ Questions::Id Questions::find(Question const& question) const {
 }
 
 Questions::Id Questions::put(Question const& question) {
+    Id const known = find(question);
+    if (known != size()) return known;
+    if (rows_.size() == free) throw std::bad_alloc();
     reserve(1, question.word.size());
     std::uint32_t const hash = hashOf(question.word);
     Id& slot = slots_[slotOf(question, hash)];
-    if (slot != free) return slot;
-    if (rows_.size() == free) throw std::bad_alloc();
     slot = size();
     words_ += question.word;
     rows_.push_back({words_.size(), hash, static_cast<std::uint8_t>(question.type),
