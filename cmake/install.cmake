@@ -5,12 +5,12 @@ include(CMakePackageConfigHelpers)
 set(toveng_include_dir ${CMAKE_INSTALL_INCLUDEDIR}/toveng)
 set(toveng_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/toveng)
 
-# With the flow's own libraries their platform headers stand in place of the bundled ones.
+# With the flow's own libraries their platform headers replace the bundled ones.
 if(TOV_PLATFORM_INCLUDE_DIR)
   install(DIRECTORY ${TOV_PLATFORM_INCLUDE_DIR}/platform DESTINATION ${toveng_include_dir} COMPONENT development
           FILES_MATCHING PATTERN "*.h")
 endif()
-# The first folder that has a header gives it, as for the compiler.
+# A header comes from the first folder that has it, as for the compiler.
 file(STRINGS ${PROJECT_SOURCE_DIR}/cmake/public_headers.txt toveng_public_headers)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/public_headers.txt)
 foreach(header IN LISTS toveng_public_headers)
@@ -34,21 +34,27 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/toveng-config-version.cma
 install(FILES ${PROJECT_BINARY_DIR}/toveng-config.cmake ${PROJECT_BINARY_DIR}/toveng-config-version.cmake
         DESTINATION ${toveng_package_dir} COMPONENT development)
 
-# In the system's folders the paths of the pkg-config file are plain. In any other prefix they are relative to the file, so
-# that the tree may be moved. Which it is shows only when it is installed.
-set(toveng_pc_prefix @TOVENG_PREFIX@)
-set(toveng_pc_includedir "\${prefix}")
-set(toveng_pc_libdir "\${prefix}")
-cmake_path(APPEND toveng_pc_includedir ${toveng_include_dir})
-cmake_path(APPEND toveng_pc_libdir ${CMAKE_INSTALL_LIBDIR})
-configure_file(${PROJECT_SOURCE_DIR}/cmake/toveng.pc.in ${PROJECT_BINARY_DIR}/toveng.pc.in @ONLY)
-install(CODE "
-  cmake_path(APPEND CMAKE_INSTALL_PREFIX \"${CMAKE_INSTALL_LIBDIR}\" pkgconfig OUTPUT_VARIABLE folder)
-  set(TOVENG_PREFIX \"\${CMAKE_INSTALL_PREFIX}\")
-  if(NOT TOVENG_PREFIX MATCHES [[^/usr(/local)?$]])
-    cmake_path(RELATIVE_PATH TOVENG_PREFIX BASE_DIRECTORY \"\${folder}\")
-    string(PREPEND TOVENG_PREFIX [[\${pcfiledir}/]])
+# The pkg-config file, twice: with plain paths for the system's folders, and with paths relative to the file for any other
+# prefix, where the tree may be moved. The prefix is known when the library is installed.
+set(toveng_pc_folder ${CMAKE_INSTALL_PREFIX})
+cmake_path(APPEND toveng_pc_folder ${CMAKE_INSTALL_LIBDIR} pkgconfig)
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${toveng_pc_folder} OUTPUT_VARIABLE toveng_pc_up)
+foreach(kind system movable)
+  set(toveng_pc_prefix ${CMAKE_INSTALL_PREFIX})
+  if(kind STREQUAL "movable")
+    set(toveng_pc_prefix "\${pcfiledir}/${toveng_pc_up}")
   endif()
-  configure_file(\"${PROJECT_BINARY_DIR}/toveng.pc.in\" \"${PROJECT_BINARY_DIR}/toveng.pc\" @ONLY)
-  file(INSTALL \"${PROJECT_BINARY_DIR}/toveng.pc\" DESTINATION \"\${folder}\")
+  set(toveng_pc_includedir "\${prefix}")
+  set(toveng_pc_libdir "\${prefix}")
+  cmake_path(APPEND toveng_pc_includedir ${toveng_include_dir})
+  cmake_path(APPEND toveng_pc_libdir ${CMAKE_INSTALL_LIBDIR})
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/toveng.pc.in ${PROJECT_BINARY_DIR}/${kind}/toveng.pc @ONLY)
+endforeach()
+install(CODE "
+  set(kind movable)
+  if(CMAKE_INSTALL_PREFIX STREQUAL [[${CMAKE_INSTALL_PREFIX}]] AND CMAKE_INSTALL_PREFIX MATCHES [[^/usr(/local)?$]])
+    set(kind system)
+  endif()
+  cmake_path(APPEND CMAKE_INSTALL_PREFIX [[${CMAKE_INSTALL_LIBDIR}]] pkgconfig OUTPUT_VARIABLE folder)
+  file(INSTALL \"${PROJECT_BINARY_DIR}/\${kind}/toveng.pc\" DESTINATION \"\${folder}\")
 " COMPONENT development)
