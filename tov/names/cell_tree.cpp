@@ -24,13 +24,14 @@ void sumUp(std::vector<std::uint32_t>& counts) {
 
 CellTree::Id CellTree::child(Id node, std::string_view text) const {
     Range const siblings = children(node);
-    auto const first = nodes_.begin() + siblings.begin;
-    auto const last = nodes_.begin() + siblings.end;
-    auto const at = std::lower_bound(first, last, text, [](Node const& candidate, std::string_view wanted) {
-        return std::string_view(candidate.text, candidate.size) < wanted;
-    });
-    bool const isFound = at != last && std::string_view(at->text, at->size) == text;
-    return isFound ? static_cast<Id>(at - nodes_.begin()) : none;
+    std::uint64_t const hash = std::uint64_t{hashOf(text)} << 32U;
+    Span<std::uint64_t> const items = withHash(hash);
+    auto const* const end = items.end();
+    for (auto const* at = std::lower_bound(items.begin(), end, hash | siblings.begin); at != end; ++at) {
+        if (*at >= (hash | siblings.end)) break;
+        if (this->text(static_cast<Id>(*at)) == text) return static_cast<Id>(*at);
+    }
+    return none;
 }
 
 CellTree::Range CellTree::withPrefix(Range siblings, std::string_view prefix) const {
@@ -46,11 +47,17 @@ CellTree::Range CellTree::withPrefix(Range siblings, std::string_view prefix) co
     return {static_cast<Id>(first - nodes_.begin()), static_cast<Id>(last - nodes_.begin())};
 }
 
+/// The items of all hashes with the first bits of this one.
+CellTree::Span<std::uint64_t> CellTree::withHash(std::uint64_t hash) const {
+    std::uint64_t const bits = hash >> hashShift_ >> 32U;
+    return {byText_.data() + hashStarts_[bits], byText_.data() + hashStarts_[bits + 1]};
+}
+
 CellTree::Span<std::uint64_t> CellTree::withText(Range nodes, std::string_view text) const {
     std::uint64_t const hash = std::uint64_t{hashOf(text)} << 32U;
-    auto const first = std::lower_bound(byText_.begin(), byText_.end(), hash | nodes.begin);
-    auto const last = std::lower_bound(first, byText_.end(), hash | nodes.end);
-    return {byText_.data() + (first - byText_.begin()), byText_.data() + (last - byText_.begin())};
+    Span<std::uint64_t> const items = withHash(hash);
+    auto const* const first = std::lower_bound(items.begin(), items.end(), hash | nodes.begin);
+    return {first, std::lower_bound(first, items.end(), hash | nodes.end)};
 }
 
 CellTree::Span<std::uint32_t> CellTree::cells(Range nodes) const {
@@ -137,11 +144,25 @@ CellTree CellTreeBuilder::build() {
     CellTree tree;
     slots_ = {};
     std::vector<Id> const numbers = sortNodes(tree);
+    sortTexts(tree, numbers);
+    sortCells(tree, numbers);
+    return tree;
+}
+
+/// Two to four nodes have the same first bits of their hashes.
+void CellTreeBuilder::sortTexts(CellTree& tree, std::vector<Id> const& numbers) {
     tree.byText_.reserve(nodes_.size());
     for (Id node = 1; node < nodes_.size(); ++node)
         tree.byText_.push_back(std::uint64_t{nodes_[node].hash} << 32U | numbers[node]);
     std::sort(tree.byText_.begin(), tree.byText_.end());
+    for (std::size_t starts = 4; starts <= nodes_.size() && tree.hashShift_ > 0; starts *= 2) --tree.hashShift_;
+    tree.hashStarts_.resize((std::size_t{1} << (32 - tree.hashShift_)) + 1);
+    for (std::uint64_t const item : tree.byText_) ++tree.hashStarts_[item >> 32U >> tree.hashShift_];
+    sumUp(tree.hashStarts_);
+}
 
+/// Puts the cells in the order of their nodes.
+void CellTreeBuilder::sortCells(CellTree& tree, std::vector<Id> const& numbers) {
     std::vector<std::uint32_t> places(nodes_.size() + 1);
     for (Id const node : nodeOfCell_) ++places[numbers[node]];
     sumUp(places);
@@ -149,7 +170,6 @@ CellTree CellTreeBuilder::build() {
     tree.cells_.resize(nodeOfCell_.size());
     for (std::uint32_t cell = 0; cell < nodeOfCell_.size(); ++cell)
         tree.cells_[places[numbers[nodeOfCell_[cell]]]++] = cell;
-    return tree;
 }
 
 }  // namespace kiri::tov::impl_detail

@@ -65,9 +65,13 @@ private:
         std::uint32_t firstCell;
     };
 
+    Span<std::uint64_t> withHash(std::uint64_t hash) const;
+
     std::vector<Node> nodes_;  // and one more, whose children and cells begin where the others end
     std::vector<std::uint32_t> cells_;
-    std::vector<std::uint64_t> byText_;  // the text's hash and the node, in this order
+    std::vector<std::uint64_t> byText_;      // the text's hash and the node, in this order
+    std::vector<std::uint32_t> hashStarts_;  // where the hashes with the same first bits begin in byText_, and its end
+    unsigned hashShift_ = 32;                // the hash without its first bits
 };
 
 /// Makes a tree, cell by cell.
@@ -94,6 +98,8 @@ private:
     Id childOf(Id parent, std::string_view text);
     void growSlots();
     std::vector<Id> sortNodes(CellTree& tree);
+    void sortTexts(CellTree& tree, std::vector<Id> const& numbers);
+    void sortCells(CellTree& tree, std::vector<Id> const& numbers);
 
     std::vector<Node> nodes_;           // in the order of their first cells
     std::vector<std::uint32_t> slots_;  // a hash table of the nodes by parent and text; 0 is free

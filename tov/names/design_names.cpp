@@ -43,7 +43,7 @@ void search(impl_detail::NameIndex const* index, taDciObjTyp type, std::string c
     if (index == nullptr || kinds.isEmpty() || !TovDesignNames::isName(text)) return;
     NameWord const word(text);
     impl_detail::NameSearch(*index, word, hits).run(kinds, match);
-    if (!impl_detail::isUtf8BeyondAscii(text)) return;
+    if (word.isAscii() || !impl_detail::isUtf8(text)) return;
     NameWord const latin1 = word.latin1();
     impl_detail::NameSearch(*index, latin1, hits).run(kinds, match);
 }
@@ -65,7 +65,7 @@ std::size_t TovDesignNames::find(taDciObjTyp type, std::string const& word, std:
                                  TovNameMatch match) const {
     impl_detail::Hits hits(false);
     search(index_.get(), type, word, match, hits);
-    nodes = hits.take();
+    hits.moveTo(nodes);
     return nodes.size();
 }
 
@@ -76,7 +76,8 @@ bool TovDesignNames::has(taDciObjTyp type, std::string const& word, TovNameMatch
 }
 
 bool TovDesignNames::isName(std::string const& word) {
-    return !word.empty() && word != "\\" && std::string_view("[$@-").find(word[0]) == std::string_view::npos;
+    std::string_view const text = word;
+    return !text.empty() && text != "\\" && std::string_view("[$@-").find(text[0]) == std::string_view::npos;
 }
 
 std::string TovDesignNames::nameOf(TovNode const& node) const {
@@ -85,12 +86,12 @@ std::string TovDesignNames::nameOf(TovNode const& node) const {
 
 std::string TovDesignNames::nearest(taDciObjTyp type, std::string const& word) const {
     if (index_ == nullptr || word.size() > 1000) return {};
-    bool const hasLatin1 = impl_detail::isUtf8BeyondAscii(word);
+    std::string const latin1 = impl_detail::isUtf8(word) ? impl_detail::latin1Of(word) : word;
     impl_detail::NearestName nearest(*index_, kindsOf(type));
     unsigned const most = word.size() < 4 ? 1 : word.size() < 12 ? 2 : 3;
     for (unsigned bound = 1; bound <= most && nearest.name().empty(); ++bound) {
         nearest.compare(word, bound);
-        if (hasLatin1) nearest.compare(impl_detail::latin1Of(word), bound);
+        if (latin1 != word) nearest.compare(latin1, bound);
     }
     return nearest.name();
 }

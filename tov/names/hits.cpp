@@ -4,17 +4,16 @@
 
 namespace kiri::tov::impl_detail {
 
-std::vector<TovNode const*> Hits::take() {
+void Hits::moveTo(std::vector<TovNode const*>& nodes) {
     auto const isBefore = [](PlacedNode const& a, PlacedNode const& b) { return a.place < b.place; };
     if (!std::is_sorted(nodes_.begin(), nodes_.end(), isBefore)) std::sort(nodes_.begin(), nodes_.end(), isBefore);
-    std::vector<TovNode const*> nodes;
     nodes.reserve(nodes_.size());
+    nodes.clear();
     std::uint64_t last = UINT64_MAX;
     for (PlacedNode const& placed : nodes_) {
         if (placed.place != last) nodes.push_back(placed.node);
         last = placed.place;
     }
-    return nodes;
 }
 
 bool isBus(TovNode const& node) {

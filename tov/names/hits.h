@@ -50,8 +50,8 @@ public:
     bool isEmpty() const { return nodes_.empty(); }
     bool firstOnly() const { return firstOnly_; }
 
-    /// The nodes in the order of their places, each once.
-    std::vector<TovNode const*> take();
+    /// Replaces `nodes` by those added, in the order of their places, each once. std::bad_alloc leaves it as it was.
+    void moveTo(std::vector<TovNode const*>& nodes);
 
 private:
     bool firstOnly_;

@@ -65,13 +65,18 @@ void NameSearch::findExact(NameKinds kinds) {
     }
 }
 
-/// Names that are equal, and bits that read as the word or are in its range.
+/// Names that are equal, and bits that read as the word or are in its range. Equal names come before longer ones.
 void NameSearch::findExactAtTop(SortedNames const& names, bool hasBits) {
     auto const fits = [&](std::string_view name) { return word_.fitsFlat(name, hasBits); };
-    addFrom(names.equal(word_.text()), fits);
-    if (!hasBits) return;
-    addFrom(names.withPrefix(std::string(word_.text()) + '['), fits);
-    if (word_.hasRange()) addFrom(names.withPrefix(word_.text().substr(0, word_.rangeBegin() + 1)), fits);
+    std::string_view const text = word_.text();
+    bool hasLonger = false;
+    names.visit(text, [&](PlacedNode const& placed) {
+        hasLonger = placed.node->plainName().size() > text.size();
+        if (!hasLonger) hits_.add(placed.place, *placed.node);
+        return !hasLonger && !hits_.isEnough();
+    });
+    if (hasBits && hasLonger) addFrom(names, std::string(text) + '[', fits);
+    if (hasBits && word_.hasRange()) addFrom(names, text.substr(0, word_.rangeBegin() + 1), fits);
 }
 
 /// Follows the word through the cells, after the levels of a library, if any.
@@ -115,8 +120,7 @@ void NameSearch::findExactOwn(NameKinds kinds, std::uint32_t cell, std::size_t l
 void NameSearch::findLevels(NameKinds kinds) {
     std::size_t const levels = word_.levels();
     if (kinds.has(NameKind::net)) {
-        addFrom(index_.nets.withPrefix(word_.prefix()),
-                [&](std::string_view name) { return word_.fitsPath(0, name, true); });
+        addFrom(index_.nets, word_.prefix(), [&](std::string_view name) { return word_.fitsPath(0, name, true); });
     }
     if (kinds.has(NameKind::cell)) {
         LevelSelection blocks(index_.tree, word_, levels);
@@ -138,7 +142,7 @@ void NameSearch::findLocal(NameKinds kinds) {
     auto const fitsLast = [&](std::string_view name, bool bits = true) {
         return word_.fitsLast(name.substr(lastLevelOf(name)), bits);
     };
-    if (kinds.has(NameKind::net)) addFrom(index_.nets.all(), fitsLast);
+    if (kinds.has(NameKind::net)) addFrom(index_.nets, {}, fitsLast);
     if (kinds.has(NameKind::cell)) findLocalCells();
     if ((kinds & kindsInCells).isEmpty()) return;
     for (std::uint32_t cell = 0; cell < index_.cells.size(); ++cell) addOwn(kinds, cell, fitsLast);
@@ -182,9 +186,9 @@ void NameSearch::findFlat(NameKinds kinds) {
     auto const fits = [&](bool bits) {
         return [&, bits](std::string_view name) { return word_.fitsFlat(name, bits); };
     };
-    if (kinds.has(NameKind::port)) addFrom(index_.ports.withPrefix(word_.prefix()), fits(true));
-    if (kinds.has(NameKind::net)) addFrom(index_.nets.withPrefix(word_.prefix()), fits(true));
-    if (kinds.has(NameKind::clock)) addFrom(index_.clocks.withPrefix(word_.prefix()), fits(false));
+    if (kinds.has(NameKind::port)) addFrom(index_.ports, word_.prefix(), fits(true));
+    if (kinds.has(NameKind::net)) addFrom(index_.nets, word_.prefix(), fits(true));
+    if (kinds.has(NameKind::clock)) addFrom(index_.clocks, word_.prefix(), fits(false));
     if (word_.leastSize() > index_.longestPath || hits_.isEnough()) return;
 
     FlatMatcher const matcher(word_);
@@ -215,11 +219,12 @@ void NameSearch::findFlat(NameKinds kinds) {
 }
 
 template <class Fits>
-void NameSearch::addFrom(SortedNames::Range names, Fits fits) {
-    for (PlacedNode const& placed : names) {
-        if (hits_.isEnough()) return;
+void NameSearch::addFrom(SortedNames const& names, std::string_view prefix, Fits fits) {
+    if (hits_.isEnough()) return;
+    names.visit(prefix, [&](PlacedNode const& placed) {
         if (fits(placed.node->plainName())) hits_.add(placed.place, *placed.node);
-    }
+        return !hits_.isEnough();
+    });
 }
 
 template <class Fits>

@@ -34,9 +34,9 @@ private:
     void findLocalPinsOfCells();
     void findFlat(NameKinds kinds);
 
-    /// Adds those of the names that fit.
+    /// Adds those of the names that begin so and fit.
     template <class Fits>
-    void addFrom(SortedNames::Range names, Fits fits);
+    void addFrom(SortedNames const& names, std::string_view prefix, Fits fits);
     /// Adds what is in a cell, of these kinds, and fits by its own name.
     template <class Fits>
     void addOwn(NameKinds kinds, std::uint32_t number, Fits fits);

@@ -1,5 +1,6 @@
 #include "tov/names/name_word.h"
 
+#include <array>
 #include <climits>
 
 #include "tov/names/path_text.h"
@@ -9,6 +10,25 @@ namespace kiri::tov::impl_detail {
 namespace {
 
 constexpr long beyondInt = static_cast<long>(INT_MAX) + 1;
+
+bool isBeyondAscii(char c) {
+    return static_cast<unsigned char>(c) >= 0x80;
+}
+
+/// The bytes of a word that may be more than themselves.
+class SpecialBytes {
+public:
+    constexpr SpecialBytes() : is_() {
+        for (unsigned char const c : {'*', '.', '/', '?', '\\'}) is_[c] = true;
+        for (std::size_t c = 0x80; c < is_.size(); ++c) is_[c] = true;
+    }
+    constexpr bool has(char c) const { return is_[static_cast<unsigned char>(c)]; }
+
+private:
+    std::array<bool, 256> is_;
+};
+
+constexpr SpecialBytes specialBytes;
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -48,9 +68,7 @@ std::optional<unsigned> takeCharacter(std::string_view& text) {
 
 }  // namespace
 
-bool isUtf8BeyondAscii(std::string_view text) {
-    if (std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
-        return false;
+bool isUtf8(std::string_view text) {
     while (!text.empty()) {
         if (!takeCharacter(text)) return false;
     }
@@ -78,30 +96,50 @@ bool BitName::hasBase() const {
     return !base.empty() && !isSeparator(base.back());
 }
 
-NameWord::NameWord(std::string_view word) : starts_{0} {
+NameWord::NameWord(std::string_view word) {
     bytes_.reserve(word.size());
-    marks_.reserve(word.size());
+    levels_.reserve(8);
     std::size_t lastEscape = 0;  // the bytes up to the last escape
-    for (std::size_t i = 0; i < word.size(); ++i) {
-        bool const isEscaped = word[i] == '\\';
-        if (isEscaped && ++i == word.size()) {
-            lastEscape = bytes_.size() + 1;
-            break;
-        }
-        add(word[i], isEscaped);
-        if (isEscaped) lastEscape = bytes_.size();
+    while (!word.empty()) {
+        std::size_t plain = 0;
+        while (plain < word.size() && !specialBytes.has(word[plain])) ++plain;
+        bytes_.append(word.data(), plain);
+        word.remove_prefix(plain);
+        if (word.empty()) break;
+        bool const isEscaped = word[0] == '\\';
+        if (isEscaped) word.remove_prefix(1);
+        lastEscape = isEscaped ? bytes_.size() + 1 : lastEscape;
+        if (word.empty()) break;
+        add(word[0], isEscaped);
+        word.remove_prefix(1);
     }
+    endWord();
     findRange(lastEscape);
 }
 
-// One '*' is as good as several.
+/// Adds a byte with its meaning. One '*' is as good as several.
 void NameWord::add(char byte, bool isEscaped) {
-    bool const isWild = !isEscaped && (byte == '*' || byte == '?');
-    if (isWild && byte == '*' && !marks_.empty() && marks_.back() == '*') return;
-    if (isWild && firstWild_ == std::string::npos) firstWild_ = bytes_.size();
+    if (isBeyondAscii(byte)) isAscii_ = false;
+    if (isSeparator(byte)) endLevel();
+    if (!isEscaped && (byte == '*' || byte == '?')) {
+        if (byte == '*' && marks_.size() == bytes_.size() && !marks_.empty() && marks_.back() == '*') return;
+        marks_.resize(bytes_.size());
+        marks_ += byte;
+    }
     bytes_ += pathByte(byte);
-    marks_ += isWild ? byte : '\0';
-    if (isSeparator(byte)) starts_.push_back(bytes_.size());
+}
+
+void NameWord::endLevel() {
+    std::size_t const begin = levels_.empty() ? 0 : levels_.back().end + 1;
+    std::size_t const end = bytes_.size();
+    std::size_t const wild = marks_.empty() ? end : std::min(marks_.find_first_not_of('\0', begin), end);
+    levels_.push_back({begin, end, wild});
+}
+
+void NameWord::endWord() {
+    endLevel();
+    if (!marks_.empty()) marks_.resize(bytes_.size());
+    whole_ = {0, bytes_.size(), std::min(marks_.find_first_not_of('\0'), bytes_.size())};
 }
 
 void NameWord::findRange(std::size_t lastEscape) {
@@ -113,7 +151,7 @@ void NameWord::findRange(std::size_t lastEscape) {
     std::string_view const before = text.substr(0, second - 1);
     std::size_t const first = digitsAtEnd(before);
     if (first == before.size() || first == 0 || before[first - 1] != '[') return;
-    if (first - 1 == starts_.back() || lastEscape >= first) return;
+    if (first - 1 <= levels_.back().begin || lastEscape >= first) return;
     rangeBegin_ = first - 1;
     low_ = numberOf(before.substr(first));
     high_ = numberOf(text.substr(second));
@@ -123,9 +161,8 @@ void NameWord::findRange(std::size_t lastEscape) {
 
 NameWord NameWord::latin1() const {
     NameWord form;
-    form.starts_.push_back(0);
     for (std::string_view rest = bytes_; !rest.empty();) {
-        bool const isEscaped = marks_[bytes_.size() - rest.size()] == '\0';
+        bool const isEscaped = !isPattern() || marks_[bytes_.size() - rest.size()] == '\0';
         unsigned const code = takeCharacter(rest).value_or('?');
         if (code < 0x100) {
             form.add(static_cast<char>(code), isEscaped);
@@ -133,6 +170,7 @@ NameWord NameWord::latin1() const {
             for (int units = code > 0xffff ? 2 : 1; units > 0; --units) form.add('?', true);
         }
     }
+    form.endWord();
     form.low_ = low_;
     form.high_ = high_;
     if (hasRange()) form.rangeBegin_ = form.bytes_.size() - (bytes_.size() - rangeBegin_);
@@ -144,25 +182,8 @@ std::size_t NameWord::leastSize() const {
     return wild.size() - static_cast<std::size_t>(std::count(wild.begin(), wild.end(), '*'));
 }
 
-std::size_t NameWord::endOf(std::size_t level) const {
-    return level + 1 < starts_.size() ? starts_[level + 1] - 1 : bytes_.size();
-}
-
-std::string_view NameWord::level(std::size_t i) const {
-    return text().substr(starts_[i], endOf(i) - starts_[i]);
-}
-
-std::string_view NameWord::prefix(std::size_t level) const {
-    std::string_view const wild = marks().substr(starts_[level], endOf(level) - starts_[level]);
-    return this->level(level).substr(0, wild.find_first_not_of('\0'));
-}
-
-bool NameWord::isPattern(std::size_t level) const {
-    return prefix(level).size() < this->level(level).size();
-}
-
 // After a mismatch the last '*' takes one byte more.
-bool NameWord::fits(std::size_t begin, std::size_t end, std::string_view text) const {
+bool NameWord::fitsWild(std::size_t begin, std::size_t end, std::string_view text) const {
     std::size_t p = begin;
     std::size_t star = std::string::npos;
     std::size_t taken = 0;
@@ -183,13 +204,14 @@ bool NameWord::fits(std::size_t begin, std::size_t end, std::string_view text) c
     return p == end || (p + 1 == end && marks_[p] == '*');
 }
 
-bool NameWord::fitsFrom(std::size_t begin, std::string_view text, bool hasBits) const {
-    if (fits(begin, bytes_.size(), text)) return true;
-    if (!hasBits || text.empty() || text.back() != ']') return false;
+/// Whether a text that ends in "]" fits as a bit. What the text also reads as are its first bytes.
+bool NameWord::fitsAsBit(Part const& part, std::string_view text) const {
+    Part const base{part.begin, std::min(part.end, rangeBegin_), std::min(part.wild, rangeBegin_)};
+    if (!hasPrefix(base, text)) return false;
     for (auto bit = BitName::of(text); bit; bit = BitName::of(bit->base)) {
-        if (hasRange() && isInRange(bit->index) && fits(begin, rangeBegin_, bit->base)) return true;
+        if (hasRange() && isInRange(bit->index) && fits(base, bit->base)) return true;
         if (!bit->hasBase()) return false;
-        if (fits(begin, bytes_.size(), bit->base)) return true;
+        if (fits(part, bit->base)) return true;
     }
     return false;
 }
@@ -199,7 +221,7 @@ bool NameWord::fitsPath(std::size_t first, std::string_view path, bool hasBits) 
         std::string_view const level = takeLevel(path);
         if (path.data() == nullptr || !fitsLevel(i, level)) return false;
     }
-    return path.find_first_of("./") == std::string_view::npos && fitsLast(path, hasBits);
+    return fitsLast(path, hasBits) && std::none_of(path.begin(), path.end(), isSeparator);
 }
 
 }  // namespace kiri::tov::impl_detail

@@ -28,8 +28,17 @@ inline std::string_view takeLevel(std::string_view& rest) {
 
 /// Where the last level of a path begins.
 inline std::size_t lastLevelOf(std::string_view path) {
-    std::size_t const separator = path.find_last_of("./");
-    return separator == std::string_view::npos ? 0 : separator + 1;
+    std::size_t begin = path.size();
+    while (begin > 0 && !isSeparator(path[begin - 1])) --begin;
+    return begin;
+}
+
+/// Whether two texts of one size are equal as paths.
+inline bool equalPaths(char const* a, char const* b, std::size_t size) {
+    for (std::size_t i = 0; i < size; ++i) {
+        if (pathByte(a[i]) != pathByte(b[i])) return false;
+    }
+    return true;
 }
 
 inline std::size_t countLevels(std::string_view path) {

@@ -26,12 +26,18 @@ public:
     void sort();
 
     Range all() const { return {nodes_.begin(), nodes_.end()}; }
-    /// Those of that name.
-    Range equal(std::string_view name) const;
-    /// Those whose name begins so.
-    Range withPrefix(std::string_view prefix) const;
+    /// Calls `visit(node)` for those whose name begins so, until it returns false.
+    template <class Visit>
+    void visit(std::string_view prefix, Visit visit) const {
+        for (Iterator at = lowerBound(prefix); at != nodes_.end() && beginsWith(*at, prefix); ++at) {
+            if (!visit(*at)) return;
+        }
+    }
 
 private:
+    Iterator lowerBound(std::string_view name) const;
+    static bool beginsWith(PlacedNode const& placed, std::string_view prefix);
+
     std::vector<PlacedNode> nodes_;
 };
 
