@@ -43,7 +43,7 @@ void search(impl_detail::NameIndex const* index, taDciObjTyp type, std::string c
     if (index == nullptr || kinds.isEmpty() || !TovDesignNames::isName(text)) return;
     NameWord const word(text);
     impl_detail::NameSearch(*index, word, hits).run(kinds, match);
-    if (word.isAscii() || !impl_detail::isUtf8(text)) return;
+    if (word.isAscii() || !impl_detail::isUtf8BeyondAscii(text)) return;
     NameWord const latin1 = word.latin1();
     impl_detail::NameSearch(*index, latin1, hits).run(kinds, match);
 }
@@ -86,7 +86,7 @@ std::string TovDesignNames::nameOf(TovNode const& node) const {
 
 std::string TovDesignNames::nearest(taDciObjTyp type, std::string const& word) const {
     if (index_ == nullptr || word.size() > 1000) return {};
-    std::string const latin1 = impl_detail::isUtf8(word) ? impl_detail::latin1Of(word) : word;
+    std::string const latin1 = impl_detail::isUtf8BeyondAscii(word) ? impl_detail::latin1Of(word) : word;
     impl_detail::NearestName nearest(*index_, kindsOf(type));
     unsigned const most = word.size() < 4 ? 1 : word.size() < 12 ? 2 : 3;
     for (unsigned bound = 1; bound <= most && nearest.name().empty(); ++bound) {

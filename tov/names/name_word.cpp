@@ -68,7 +68,8 @@ std::optional<unsigned> takeCharacter(std::string_view& text) {
 
 }  // namespace
 
-bool isUtf8(std::string_view text) {
+bool isUtf8BeyondAscii(std::string_view text) {
+    if (std::none_of(text.begin(), text.end(), isBeyondAscii)) return false;
     while (!text.empty()) {
         if (!takeCharacter(text)) return false;
     }

@@ -95,7 +95,7 @@ private:
     long high_ = 0;
 };
 
-bool isUtf8(std::string_view text);
+bool isUtf8BeyondAscii(std::string_view text);
 /// A text that is UTF-8 as Latin-1; each UTF-16 unit that Latin-1 does not have becomes '?'.
 std::string latin1Of(std::string_view text);
 
