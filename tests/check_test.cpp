@@ -35,6 +35,7 @@ TEST(Check, FindsInFiles) {
     EXPECT_EQ(textOf(findings), "");
     EXPECT_FALSE(checkTovFile(nullptr, findings));
     EXPECT_FALSE(checkTovFile((dir / "").c_str(), findings));
+    EXPECT_FALSE(checkTovFile("/proc/self/mem", findings));  // can be opened and not be read
     support::write(path, "");
     EXPECT_TRUE(checkTovFile(path.c_str(), findings));
 }
@@ -57,6 +58,13 @@ TEST(Check, FindsInAFileWhatItFindsInItsLines) {
     std::vector<TovFinding> findings;
     EXPECT_TRUE(checkTovFile(support::write(dir / "in", text).c_str(), findings));
     EXPECT_EQ(textOf(findings) + "; ", expected);
+}
+
+// However long a group is, none of its clocks is a repetition.
+TEST(Check, CountsEachClockOfAGroup) {
+    std::string clocks;
+    for (int i = 0; i < 20'000; ++i) clocks += " clock_" + std::to_string(i);
+    EXPECT_EQ(textOf(checkTovLine("set_clock_groups -exclusive -group [get_clocks {" + clocks + "}]")), "");
 }
 
 // A save of the groups would take 500 MB and more; what they hold in common is found all the same.
