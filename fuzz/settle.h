@@ -9,7 +9,7 @@
 
 namespace fuzz {
 
-/// Whether all names of a saved text are plain: outside the forms that the commands write stands no quote, bracket or
+/// Whether all names of a saved text are plain: outside the forms that the commands write there is no quote, bracket or
 /// brace, no group holds another word than a clock, and no header is among the comments.
 inline bool isPlain(std::string const& text) {
     std::string const name = R"([^\s"\[\]{}]+)";

@@ -96,7 +96,7 @@ TEST(List, KeepsItsLinksThroughEveryOperation) {
     EXPECT_TRUE(a.empty());
 }
 
-// Short names stand in the record and long ones beside it.
+// Short names are in the object reference and long ones beside it.
 TEST(Records, CopyAndOwnTheirTexts) {
     for (std::size_t size : {0U, 43U, 44U, 5000U}) {
         std::string const name(size, 'n');

@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
-# run.sh WAY SOURCE BUILD WORK: builds clients of the library in one way and runs them. SOURCE is
-# the source tree, BUILD a build of it, WORK a folder for what is made here. The ways stand below
-# as functions. Every way but stage, debian and those that build the library themselves needs the
-# prefix that stage makes.
+# run.sh WAY SOURCE BUILD WORK: builds clients of the library in one way, a function below, and runs them. SOURCE is the
+# source tree, BUILD a build of it, WORK a folder for what is made here. Every way except stage, debian and those that
+# build the library themselves needs the prefix that stage makes.
 set -euo pipefail
 way=$1 source=$2 build=$3 work=$4
 cmake=${CMAKE:-cmake} cxx=${CXX:-c++}
@@ -24,20 +23,24 @@ configure() {
 # A client never needs Qt to be found.
 without_qt=(-DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON -DCMAKE_DISABLE_FIND_PACKAGE_Qt5=ON)
 
+version=$(sed -n 's/^project(toveng VERSION \([0-9.]*\).*/\1/p' "$source/CMakeLists.txt")
+
 # check FOLDER [MARK]: runs the clients of a folder and compares what they print. MARK comes before each text that the
 # formatter makes.
 check() {
-  local version
-  version=$(sed -n 's/^project(toveng VERSION \([0-9.]*\).*/\1/p' "$source/CMakeLists.txt")
   diff <(sed "s/create_clock\|^missing/${2:-}&/" "$source/tests/data/consumer") <("$1/formatting") || fail "wrong output"
   diff <(printf '%s\n' "$version" "$version") <("$1/plain" | cut -d' ' -f1) || fail "wrong version"
+}
+
+# runs PROGRAM: checks that the program toveng starts and knows its version.
+runs() {
+  [ "$("$1" --version)" = "toveng $version" ] || fail "$1 does not run"
 }
 
 # find_libdir PREFIX: the folder of the library.
 find_libdir() { dirname "$(find "$1" -name libtoveng.so)"; }
 
-# with_pkg_config PREFIX SOURCE PROGRAM [OPTION...]: builds a program as a Makefile would, and lets
-# it find the library.
+# with_pkg_config PREFIX SOURCE PROGRAM [OPTION...]: builds a program as a Makefile would, and lets it find the library.
 with_pkg_config() {
   local libdir
   libdir=$(find_libdir "$1")
@@ -64,9 +67,10 @@ stage() {
     "$prefix" || fail "an installed file holds a path of its build"
   ! readelf -d "$(find_libdir "$prefix")/libtoveng.so" | grep -E 'RPATH|RUNPATH' ||
     fail "the library has a run path"
+  runs "$prefix/bin/toveng"
 }
 
-# Each header alone, and without Qt but for the one that is made of it.
+# Each header alone, and without Qt except the one that is made of it.
 headers() {
   local header flags dirs dir
   cd "$prefix/include/toveng"
@@ -78,7 +82,7 @@ headers() {
       flags+=(-fPIC)
     fi
     echo "#include \"$header\"" | "$cxx" "${flags[@]}" -xc++ - ||
-      fail "$header does not stand alone"
+      fail "$header needs another header"
   done < <(find . -name '*.h' -printf '%P\n')
 }
 
@@ -145,25 +149,27 @@ examples() {
 
 # BUILD is the folder of the packages that scripts/package made.
 debian() {
-  local runtime development flags root=$work/root
+  local runtime development tools flags root=$work/root
   rm -rf "$root"
   mkdir -p "$root"
   runtime=$(ls "$build"/libtoveng1_*.deb)
   development=$(ls "$build"/libtoveng-dev_*.deb)
+  tools=$(ls "$build"/toveng-tools_*.deb)
   dpkg-deb -f "$runtime" Depends | grep 'libqt[56]core' >/dev/null ||
     fail "the runtime package does not depend on Qt"
   ! dpkg-deb -c "$runtime" | grep -E '/include/|\.so ->|\.so$' ||
     fail "development files in the runtime package"
   dpkg-deb -x "$runtime" "$root"
   dpkg-deb -x "$development" "$root"
+  dpkg-deb -x "$tools" "$root"
   flags=$(PKG_CONFIG_PATH=$(find_libdir "$root")/pkgconfig pkg-config --cflags --libs toveng)
   [ "${flags% }" = "-I/usr/include/toveng -ltoveng" ] || fail "pkg-config says $flags"
   clients_with_pkg_config "$root" "$work/$way" --define-variable=prefix="$root/usr"
   check "$work/$way"
+  runs "$root/usr/bin/toveng"
 }
 
-# The records come from the bundled sources and the formatter from a flow of its own, in one foreign
-# library.
+# The records come from the bundled sources and the formatter from a flow of its own, in one foreign library.
 external_platform() {
   local flow=$work/flow built=$work/external
   rm -rf "$flow" "$built"
@@ -176,19 +182,19 @@ external_platform() {
   ln -s libflow.so.3 "$flow/lib/libflow.so"
 
   # Of each kind of program that links the library or its objects, one.
-  targets=(toveng toveng_program words_test document_test design_tour)
+  targets=(toveng toveng_program tokenizer_test document_test design_tour)
   configure "$source" "$built" -DTOV_PLATFORM=external \
     -DTOV_PLATFORM_INCLUDE_DIR="$flow/include" -DTOV_PLATFORM_LIBRARIES="$flow/lib/libflow.so"
   targets=(all)
   ! nm -DC --defined-only "$built/libtoveng.so" | grep -E ' (neoform|ut_str|taDci)' ||
-    fail "the library still defines what the flow's library gives"
+    fail "the library still defines what the flow's library has"
   nm -DC --undefined-only "$built/libtoveng.so" | grep ' U neoform' >/dev/null ||
     fail "neoform is not asked for"
 
   # The installed tree moves, the flow's library stays and is found there.
-  "$cmake" --install "$built" --prefix "$flow/first" --component runtime >"$built.log"
-  "$cmake" --install "$built" --prefix "$flow/first" --component development >>"$built.log"
+  "$cmake" --install "$built" --prefix "$flow/first" >"$built.log"
   mv "$flow/first" "$flow/prefix"
+  runs "$flow/prefix/bin/toveng"
   cmp "$flow/include/platform/ut.h" "$flow/prefix/include/toveng/platform/ut.h"
   configure "$here/project" "$work/$way" -DCMAKE_PREFIX_PATH="$flow/prefix" "${without_qt[@]}"
   check "$work/$way" "<flow>"

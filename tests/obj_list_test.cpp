@@ -1,25 +1,13 @@
-// The words of a line, and the object references that stand in them.
+// Object references as text.
 
 #include <gtest/gtest.h>
 
 #include "support.h"
-#include "tov/tokenizer.h"
 
 namespace {
 
 using namespace kiri::tov;
 using support::textOf;
-
-TEST(Words, AreCutFromLines) {
-    support::expectRows("words", [](std::string const& line) {
-        std::string words;
-        for (std::string const& word : tokenizeTclString(line)) {
-            words += (words.empty() ? "" : "|") + word;
-        }
-        return words;
-    });
-    EXPECT_EQ(tokenizeTclString("\""), std::vector<std::string>{""});
-}
 
 TEST(Objects, ReadFromExpressions) {
     support::expectRows("expressions", [](std::string const& expression) {
