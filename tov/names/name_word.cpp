@@ -19,7 +19,7 @@ bool isBeyondAscii(char c) {
 class SpecialBytes {
 public:
     constexpr SpecialBytes() : is_() {
-        for (unsigned char const c : {'*', '.', '/', '?', '\\'}) is_[c] = true;
+        for (char const c : {'*', '.', '/', '?', '\\'}) is_[static_cast<unsigned char>(c)] = true;
         for (std::size_t c = 0x80; c < is_.size(); ++c) is_[c] = true;
     }
     constexpr bool has(char c) const { return is_[static_cast<unsigned char>(c)]; }
