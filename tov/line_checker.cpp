@@ -61,7 +61,7 @@ bool isPlainWord(std::string_view name) {
 bool isPlainName(std::string_view name) {
     if (name.empty() || name.back() != ']') return isPlainWord(name);
     std::size_t const open = name.find('[');
-    return open != name.npos && isPlainWord(name.substr(0, open)) &&
+    return open != std::string_view::npos && isPlainWord(name.substr(0, open)) &&
            isPlainWord(name.substr(open + 1, name.size() - open - 2));
 }
 
