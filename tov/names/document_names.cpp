@@ -17,7 +17,8 @@
 
 namespace kiri::tov {
 
-class TovDocumentNames::Index {
+// A nested class is exported with the class around it, unless it says otherwise.
+class __attribute__((visibility("hidden"))) TovDocumentNames::Index {
 public:
     Index(TOV& document, TovDesignNames const& names, TovNameMatch match)
         : document_(document), names_(names), match_(match) {
