@@ -1,44 +1,57 @@
 #pragma once
 
 #include <QtWidgets>
-#include <list>
 #include <vector>
 
-#include "commands.h"
+#include "document.h"
 
-/// The list of one kind of command as a table. A row is an iterator into the document's own list, and its texts are
-/// made when they are shown: a million rows cost eight megabytes.
+/// The lines of one kind as a table, all of them or those that have the filter's text.
 class CommandModel : public QAbstractTableModel {
 public:
     enum Column { lineColumn, remarksColumn, columns };
-    using List = std::list<kiri::tov::TovCmd*>;
 
-    /// Gets the memory to show that many rows.
-    void reserve(std::size_t rows) { rows_.reserve(rows); }
-    /// Shows a list, which outlives its use here.
-    void show(List& list);
+    /// Shows a kind of a document, which outlives its use here.
+    void show(Document* document, int kind);
+    int kind() const { return kind_; }
 
-    kiri::tov::TovCmd& command(int row) const { return **rows_[static_cast<std::size_t>(row)]; }
-    QString line(int row) const { return toText(command(row).toSaveString(nullptr)); }  ///< as the file will hold it
+    /// The model is told of changes that do more than exchange what a row holds.
+    void beginChange() { beginResetModel(); }
+    void endChange();
 
-    // A command that is taken out belongs to the caller.
-    void insert(int row, std::unique_ptr<kiri::tov::TovCmd> cmd);
-    std::unique_ptr<kiri::tov::TovCmd> take(int row);
-    /// Exchanges the command in the row for `cmd`; without one, switches that in the row on or off.
-    void change(int row, std::unique_ptr<kiri::tov::TovCmd>& cmd);
+    /// Shows only lines with this text, in whatever case. Rows come as goOn() finds them.
+    void setFilter(QString const& text);
+    bool isFiltered() const { return !filter_.isEmpty(); }
+    /// Looks at more rows until the time is over. False if there are none.
+    bool goOn(QDeadlineTimer const& deadline);
 
-    int rowCount(QModelIndex const& = {}) const override { return static_cast<int>(rows_.size()); }
+    int documentRow(int row) const { return isFiltered() ? shown_[static_cast<std::size_t>(row)] : row; }
+    int rowOf(int documentRow);  ///< -1: the filter hides it
+
+    int rowCount(QModelIndex const& parent = {}) const override;
     int columnCount(QModelIndex const&) const override { return columns; }
     QVariant data(QModelIndex const& index, int role) const override;
-    bool setData(QModelIndex const& at, QVariant const& v, int role) override { return edit(at.row(), v, role); }
+    bool setData(QModelIndex const& index, QVariant const& value, int role) override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(QModelIndex const& index) const override;
 
-    /// The window judges commands, and makes the edits that the user asks for in the table.
-    std::function<QString(int row)> remarksOn;
-    std::function<bool(int row, QVariant const& value, int role)> edit;
+    /// What the user is typing in a row is judged in place of what the row holds; row -1: nothing is typed.
+    void setTyped(int documentRow, QString const& remark);
+
+    /// The window makes the edits that the user asks for in the table.
+    std::function<void(int documentRow, QVariant const& value, int role)> edit;
 
 private:
-    List* list_ = nullptr;
-    std::vector<List::iterator> rows_;
+    Document::Place placeOf(QModelIndex const& index) const { return {kind_, documentRow(index.row())}; }
+    QVariant colorOf(Document::Place at, int column) const;
+
+    Document* document_ = nullptr;
+    int kind_ = 0;
+    QString filter_;
+    std::vector<int> shown_;  // the document's rows that the filter shows, of those looked at
+    int lookedAt_ = 0;
+    int typedRow_ = -1;
+    QString typedRemark_;
 };
+
+/// The colour, moved away from the base colours of the palette as far as a contrast of 4.5 takes.
+QColor readable(QColor color, QPalette const& palette);

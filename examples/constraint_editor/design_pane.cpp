@@ -1,71 +1,236 @@
-// The pane of the design's objects: a choice of their kind, a filter, and their names.
+#include "design_pane.h"
 
+#include <cstring>
 #include <list>
 
-#include "editor_window.h"
+#include "document.h"
 
 using namespace kiri::tov;
 
-// A name as a constraint writes it: pins stand below their cell, and nets of cells have a hierarchy name.
+namespace {
+
+using Nodes = std::vector<TovNode const*>;
+
 template <class Node, std::size_t (TovDesign::*query)(std::list<Node*>&) const>
-static QStringList namesOf(TovDesign const& design) {
+Nodes nodesOf(TovDesign const& design) {
     std::list<Node*> nodes;
     (design.*query)(nodes);
-    QStringList names;
-    for (Node* node : nodes) {
-        std::string const name = node->type() == TOV_OBJ_NET ? node->hierachyName('/') : node->name();
-        names << toText(node->type() == TOV_OBJ_PIN ? node->parent()->name() + '/' + name : name);
-    }
-    return names;
+    return Nodes(nodes.begin(), nodes.end());
 }
 
-// Where there is no query for a kind, a constraint writes the name alone.
+bool isRegister(TovNode const* node) {
+    return static_cast<TovCellNode const*>(node)->cellType() == CELL_REG;
+}
+
+// Objects without a type of reference are known to no query: a constraint has their names alone.
 struct ObjectKind {
     char const* title;
     char const* words;
-    QStringList (*names)(TovDesign const&);
+    taDciObjTyp type;
+    Nodes (*nodes)(TovDesign const&);
 };
 
 constexpr ObjectKind objectKinds[] = {
-    {"Ports", "[ get_ports { %1 } ]", namesOf<TovPortNode, &TovDesign::getPorts>},
-    {"Pins", "[ get_pins { %1 } ]", namesOf<TovPortNode, &TovDesign::getPins>},
-    {"Nets", "[ get_nets { %1 } ]", namesOf<TovNetNode, &TovDesign::getNets>},
-    {"Cells", "[ get_cells { %1 } ]", namesOf<TovCellNode, &TovDesign::getCells>},
-    {"Registers", "[ get_cells { %1 } ]", namesOf<TovCellNode, &TovDesign::getRegs>},
-    {"Clocks", "[ get_clocks { %1 } ]", namesOf<TovClockNode, &TovDesign::getClocks>},
-    {"Views", "%1", namesOf<TovViewNode, &TovDesign::getViews>},
-    {"RAMs", "%1", namesOf<TovRamNode, &TovDesign::getRams>},
-    {"ROMs", "%1", namesOf<TovRomNode, &TovDesign::getRoms>},
-    {"Multipliers", "%1", namesOf<TovMultNode, &TovDesign::getMults>},
+    {"Ports", "[ get_ports { %1 } ]", taDciObjPort, nodesOf<TovPortNode, &TovDesign::getPorts>},
+    {"Pins", "[ get_pins { %1 } ]", taDciObjPin, nodesOf<TovPortNode, &TovDesign::getPins>},
+    {"Nets", "[ get_nets { %1 } ]", taDciObjNet, nodesOf<TovNetNode, &TovDesign::getNets>},
+    {"Cells", "[ get_cells { %1 } ]", taDciObjCell, nodesOf<TovCellNode, &TovDesign::getCells>},
+    {"Registers", "[ get_cells { %1 } ]", taDciObjCell, nodesOf<TovCellNode, &TovDesign::getRegs>},
+    {"Clocks", "[ get_clocks { %1 } ]", taDciObjClock, nodesOf<TovClockNode, &TovDesign::getClocks>},
+    {"Views", "%1", taDciObjName, nodesOf<TovViewNode, &TovDesign::getViews>},
+    {"RAMs", "%1", taDciObjName, nodesOf<TovRamNode, &TovDesign::getRams>},
+    {"ROMs", "%1", taDciObjName, nodesOf<TovRomNode, &TovDesign::getRoms>},
+    {"Multipliers", "%1", taDciObjName, nodesOf<TovMultNode, &TovDesign::getMults>},
+};
+constexpr int registers = 4;
+
+}  // namespace
+
+// The nodes of a kind, of which the filter shows some. All names stand in one text, each with a NUL after it, which is
+// searched in one go.
+class DesignPane::Model : public QAbstractListModel {
+public:
+    // What is made in a thread, and then shown.
+    struct Names {
+        Nodes nodes;
+        std::string text;
+        std::vector<std::size_t> ends;
+    };
+
+    static std::string nameOf(Design const& design, ObjectKind const& kind, TovNode const& node) {
+        return kind.type == taDciObjName ? node.name() : design.names->nameOf(node);
+    }
+
+    // False if it is stopped.
+    static bool make(Names& names, Design const& design, ObjectKind const& kind, TovProgress const& progress) {
+        names.nodes = kind.nodes(design.nodes);
+        std::size_t const count = names.nodes.size();
+        names.ends.reserve(count);
+        for (TovNode const* node : names.nodes) {
+            names.text += nameOf(design, kind, *node);
+            names.text += '\0';
+            names.ends.push_back(names.text.size());
+            if (names.ends.size() % 4096 == 0 && !progress(names.ends.size(), count)) return false;
+        }
+        return true;
+    }
+
+    void show(std::shared_ptr<Design const> design, int kind, Names names) {
+        beginResetModel();
+        design_ = std::move(design);
+        kind_ = kind;
+        names_ = std::move(names);
+        find();
+        endResetModel();
+    }
+
+    void setFilter(std::string filter) {
+        beginResetModel();
+        filter_ = std::move(filter);
+        find();
+        endResetModel();
+    }
+
+    std::size_t total() const { return names_.nodes.size(); }
+    TovNode const* node(QModelIndex const& index) const {
+        return index.isValid() ? shown_[static_cast<std::size_t>(index.row())] : nullptr;
+    }
+    int rowCount(QModelIndex const& parent = {}) const override {
+        return parent.isValid() ? 0 : static_cast<int>(shown_.size());
+    }
+    QVariant data(QModelIndex const& index, int role) const override {
+        if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::ToolTipRole)) return {};
+        return toText(nameOf(*design_, objectKinds[kind_], *node(index)));
+    }
+
+private:
+    void find() {
+        shown_.clear();
+        if (filter_.empty()) {
+            shown_ = names_.nodes;
+        } else if (filter_.find_first_of("*?") != std::string::npos && objectKinds[kind_].type != taDciObjName) {
+            if (design_) design_->names->find(objectKinds[kind_].type, filter_, shown_);
+            auto const isOther = [](TovNode const* node) { return !isRegister(node); };
+            if (kind_ == registers) shown_.erase(std::remove_if(shown_.begin(), shown_.end(), isOther), shown_.end());
+        } else {
+            search();
+        }
+    }
+
+    void search() {
+        auto const ends = [this](std::size_t i) { return names_.ends[i]; };
+        std::size_t node = 0;
+        for (std::size_t at = 0; at < names_.text.size(); at = ends(node++)) {
+            void const* const found =
+                ::memmem(names_.text.data() + at, names_.text.size() - at, filter_.data(), filter_.size());
+            if (found == nullptr) return;
+            auto const place = static_cast<std::size_t>(static_cast<char const*>(found) - names_.text.data());
+            auto const begin = names_.ends.begin();
+            node = static_cast<std::size_t>(
+                std::upper_bound(begin + static_cast<std::ptrdiff_t>(node), names_.ends.end(), place) - begin);
+            shown_.push_back(names_.nodes[node]);
+        }
+    }
+
+    std::shared_ptr<Design const> design_;
+    int kind_ = 0;
+    Names names_;
+    std::string filter_;
+    Nodes shown_;
 };
 
-QWidget* EditorWindow::makeDesignPane() {
-    auto* const pane = new QWidget;
-    auto* const kind = new QComboBox;
-    auto* const filter = new QLineEdit;
-    auto* const list = new QListView;
-    auto* const names = new QStringListModel(pane);
-    auto* const filtered = new QSortFilterProxyModel(pane);
-    auto* const layout = new QVBoxLayout(pane);
+DesignPane::DesignPane() : model_(std::make_unique<Model>()) {
+    auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    for (QWidget* widget : std::initializer_list<QWidget*>{kind, filter, list}) layout->addWidget(widget);
-    for (ObjectKind const& objects : objectKinds) kind->addItem(objects.title);
-    filter->setPlaceholderText("Filter");
-    filtered->setSourceModel(names);
-    list->setObjectName("objects");
-    list->setModel(filtered);
-    list->setUniformItemSizes(true);
-    list->setEditTriggers(QListView::NoEditTriggers);
-    list->setFocusPolicy(Qt::NoFocus);  // so that the line being edited stays open
-    showObjects_ = [this, kind, names] {
-        if (design_) names->setStringList(objectKinds[kind->currentIndex()].names(*design_));
-    };
-    connect(kind, QOverload<int>::of(&QComboBox::currentIndexChanged), this, [this] { showObjects_(); });
-    connect(filter, &QLineEdit::textChanged, filtered, &QSortFilterProxyModel::setFilterFixedString);
-    connect(list, &QListView::doubleClicked, this, [this, kind](QModelIndex const& object) {
-        if (typing() == nullptr) editLine();
-        QString const words = objectKinds[kind->currentIndex()].words;
-        if (typing() != nullptr) typing()->insert(words.arg(object.data().toString()));
+    for (QWidget* widget : std::initializer_list<QWidget*>{title_, kind_, filter_, count_, objects_, commandsTitle_})
+        layout->addWidget(widget);
+    layout->addWidget(commands_);
+    layout->setStretchFactor(objects_, 3);
+    layout->setStretchFactor(commands_, 1);
+    for (ObjectKind const& objects : objectKinds) kind_->addItem(objects.title);
+    kind_->setObjectName("objectKind");
+    kind_->setAccessibleName("Kind of objects");
+    filter_->setObjectName("objectFilter");
+    filter_->setAccessibleName("Filter of objects");
+    filter_->setPlaceholderText("Filter: a part of a name, or a pattern");
+    filter_->setToolTip("With * or ?: the objects that a constraint reaches by this word");
+    filter_->setClearButtonEnabled(true);
+    objects_->setObjectName("objects");
+    objects_->setAccessibleName("Objects of the design");
+    objects_->setModel(model_.get());
+    objects_->setUniformItemSizes(true);
+    objects_->setFocusPolicy(Qt::TabFocus);  // so that a click leaves the line being edited open
+    commands_->setObjectName("commandsOfObject");
+    commands_->setAccessibleName("Commands that refer to the object");
+    commands_->setUniformItemSizes(true);
+    commandsTimer_.setSingleShot(true);
+    connect(kind_, QOverload<int>::of(&QComboBox::currentIndexChanged), this, [this] { list(); });
+    connect(filter_, &QLineEdit::textChanged, this, [this](QString const& text) {
+        model_->setFilter(toBytes(text));
+        showCount();
     });
-    return pane;
+    connect(objects_, &QListView::activated, this, [this] { insertCurrent(); });
+    connect(objects_->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { commandsChanged(); });
+    connect(model_.get(), &QAbstractItemModel::modelReset, this, [this] { commandsChanged(); });
+    connect(&commandsTimer_, &QTimer::timeout, this, [this] { showCommands(); });
+    connect(commands_, &QListWidget::itemActivated, this, [this](QListWidgetItem const* item) {
+        TovNode const* const node = model_->node(objects_->currentIndex());
+        std::vector<TovCmd*> const commands = node == nullptr ? std::vector<TovCmd*>() : commandsOf(*node);
+        auto const row = static_cast<std::size_t>(commands_->row(item));
+        if (row < commands.size()) commandChosen(*commands[row]);
+    });
+    showCount();
+    showCommands();
+}
+
+DesignPane::~DesignPane() = default;
+
+void DesignPane::show(std::shared_ptr<Design const> design, Run run) {
+    design_ = std::move(design);
+    run_ = std::move(run);
+    list();
+}
+
+// A kind that the user does not wait for stays empty.
+void DesignPane::list() {
+    int const kind = kind_->currentIndex();
+    Model::Names names;
+    bool whole = true;
+    if (design_) {
+        run_(QString("Listing the %1").arg(QString(objectKinds[kind].title).toLower()),
+             [&](TovProgress const& progress) { whole = Model::make(names, *design_, objectKinds[kind], progress); });
+    }
+    model_->show(design_, kind, whole ? std::move(names) : Model::Names());
+    showCount();
+}
+
+void DesignPane::setFilter(int kind, QString const& text) {
+    kind_->setCurrentIndex(kind);
+    filter_->setText(text);
+    objects_->setCurrentIndex(model_->index(0));
+}
+
+void DesignPane::showCount() {
+    title_->setText(design_ ? "Design: " + QFileInfo(design_->path).fileName() : "Design: no dump is open");
+    count_->setText(QString("%1 of %2").arg(model_->rowCount()).arg(model_->total()));
+}
+
+void DesignPane::commandsChanged() {
+    commandsTimer_.start(0);
+}
+
+void DesignPane::showCommands() {
+    constexpr std::size_t most = 1000;  // items of a list that nobody reads to its end
+    TovNode const* const node = model_->node(objects_->currentIndex());
+    std::vector<TovCmd*> const commands = node == nullptr ? std::vector<TovCmd*>() : commandsOf(*node);
+    commands_->clear();
+    for (std::size_t i = 0; i < std::min(commands.size(), most); ++i)
+        commands_->addItem(toText(commands[i]->toSaveString(nullptr)));
+    commandsTitle_->setText(node == nullptr ? QString("No object is chosen")
+                                            : QString("%1 commands refer to it").arg(commands.size()));
+}
+
+void DesignPane::insertCurrent() {
+    QModelIndex const object = objects_->currentIndex();
+    if (object.isValid()) wordsChosen(QString(objectKinds[kind_->currentIndex()].words).arg(object.data().toString()));
 }

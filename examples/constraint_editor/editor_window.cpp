@@ -1,207 +1,334 @@
-// The window, and how its user edits commands; how files are opened and saved stands in editor_files.cpp.
+// The parts of the window, typing in the table, and the work in the background.
 
 #include "editor_window.h"
 
+#include "edit.h"
+
 using namespace kiri::tov;
 
-// Takes the command out of row `from` and puts `cmd`, or else that command, into row `to`; -1 is no row. From a row to
-// itself, the command changes places with `cmd`, or is switched on or off. The way back is the same from `to` to
-// `from`.
-class EditorWindow::Edit : public QUndoCommand {
+// A line that is typed in a row. Enter takes it, and so does a click elsewhere; Esc does not.
+class EditorWindow::LineDelegate : public QStyledItemDelegate {
 public:
-    Edit(EditorWindow& window, int from, int to, std::unique_ptr<TovCmd> cmd = nullptr)
-        : window_(window), kind_(window.kind_), from_(from), to_(to), cmd_(std::move(cmd)) {}
+    explicit LineDelegate(EditorWindow& window) : QStyledItemDelegate(&window), window_(window) {}
 
-    void redo() override {
-        CommandModel& model = window_.models_[kind_];
-        if (from_ == to_) {
-            model.change(to_, cmd_);
-        } else {
-            std::unique_ptr<TovCmd> in = std::move(cmd_);
-            if (from_ >= 0) cmd_ = model.take(from_);
-            if (to_ >= 0) model.insert(to_, std::move(in ? in : cmd_));
-        }
-        window_.noteChange(kind_, to_ < 0 ? from_ : to_);
-        std::swap(from_, to_);
+    QWidget* createEditor(QWidget* parent, QStyleOptionViewItem const&, QModelIndex const& index) const override {
+        auto* const line = new QLineEdit(parent);
+        line->setAccessibleName("Line");
+        line->setFrame(false);
+        line->setMaxLength(std::numeric_limits<int>::max());
+        window_.startTyping(line, window_.model_.documentRow(index.row()));
+        return line;
     }
 
-    void undo() override { redo(); }
+    void destroyEditor(QWidget* editor, QModelIndex const& index) const override {
+        window_.stopTyping();
+        QStyledItemDelegate::destroyEditor(editor, index);
+    }
 
 private:
     EditorWindow& window_;
-    int kind_, from_, to_;
-    std::unique_ptr<TovCmd> cmd_;  // while it is out of the document
 };
 
-struct LineValidator : QValidator {
-    LineValidator(QObject* parent, std::function<bool(QString const&)> test)
-        : QValidator(parent), accepts(std::move(test)) {}
-    State validate(QString& line, int&) const override { return accepts(line) ? Acceptable : Intermediate; }
-    std::function<bool(QString const&)> accepts;
+namespace {
+
+// Takes no line ends: what is pasted stays one line.
+struct OneLine : QValidator {
+    using QValidator::QValidator;
+    State validate(QString& text, int&) const override {
+        for (QChar const end : {QChar('\n'), QChar('\r'), QChar(QChar::Null)}) text.replace(end, ' ');
+        return Acceptable;
+    }
 };
+
+QWidget* column(std::initializer_list<QWidget*> widgets) {
+    auto* const part = new QWidget;
+    auto* const layout = new QVBoxLayout(part);
+    layout->setContentsMargins(0, 0, 0, 0);
+    for (QWidget* widget : widgets) layout->addWidget(widget);
+    return part;
+}
+
+}  // namespace
 
 EditorWindow::EditorWindow() {
     tell = [this](QString const& sentence) { QMessageBox::warning(this, "Constraint editor", sentence); };
-    ask = [this](QString const& question) {
-        return QMessageBox::question(this, "Constraint editor", question,
-                                     QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+    ask = [this](QString const& question, QString const& details, QStringList const& answers) {
+        QMessageBox box(QMessageBox::Question, "Constraint editor", question, QMessageBox::NoButton, this);
+        box.setDetailedText(details);
+        QList<QAbstractButton*> buttons;
+        for (QString const& answer : answers) {
+            bool const isLast = buttons.size() + 1 == answers.size();
+            buttons << box.addButton(answer, isLast ? QMessageBox::RejectRole : QMessageBox::AcceptRole);
+        }
+        box.setDefaultButton(qobject_cast<QPushButton*>(buttons.first()));
+        box.setEscapeButton(buttons.last());
+        box.exec();
+        return static_cast<int>(buttons.indexOf(box.clickedButton()));
     };
-    for (CommandModel& model : models_) {
-        model.edit = [this, &model](int row, QVariant const& value, int role) {
-            QString const line = value.toString();
-            std::unique_ptr<TovCmd> cmd = role == Qt::EditRole ? readCommand(kind_, line) : nullptr;
-            bool const isEdit = role == Qt::CheckStateRole || (cmd && line != model.line(row));
-            if (isEdit) undo_.push(new Edit(*this, row, row, std::move(cmd)));
-            return isEdit;
-        };
-        model.remarksOn = [this, &model](int row) {
-            return row == typedRow_ ? typedRemarks_ : remarksOn(model.line(row), &model.command(row));
-        };
-    }
-    for (Kind const& kind : kinds) kindList_->addItem(kind.title);
-    table_->setRootIsDecorated(false);
-    table_->setUniformRowHeights(true);
-    table_->setAlternatingRowColors(true);
-    table_->setEditTriggers(QTreeView::NoEditTriggers);
-    auto* const splitter = new QSplitter;
-    for (QWidget* part : std::initializer_list<QWidget*>{kindList_, table_, makeDesignPane()})
-        splitter->addWidget(part);
-    splitter->setSizes({150, 900, 190});
-    setCentralWidget(splitter);
-    makeMenus();
-    connect(kindList_, &QListWidget::currentRowChanged, this, [this](int kind) {
-        kind_ = kind;
-        QItemSelectionModel* const selection = table_->selectionModel();
-        table_->setModel(&models_[kind]);
-        delete selection;
-        table_->setColumnWidth(CommandModel::lineColumn, 560);
-    });
-    connect(table_, &QTreeView::doubleClicked, this, [this] { editLine(); });
-    connect(table_->itemDelegate(), &QAbstractItemDelegate::closeEditor, this, [this](QWidget* editor) {
-        auto const* const line = qobject_cast<QLineEdit*>(editor);
-        if (line == nullptr) return;  // the window is being destroyed
-        if (!line->hasAcceptableInput()) statusBar()->showMessage("Not taken, as it is no command: " + line->text());
-        typedRow_ = -1;
-    });
-    connect(&undo_, &QUndoStack::cleanChanged, this, [this](bool clean) { setWindowModified(!clean); });
-    setDocument(std::make_unique<TOV>(), {});
-    resize(1240, 600);
+    askForFile = [this](bool forSave) {
+        return forSave ? QFileDialog::getSaveFileName(this, "Save constraints", path_)
+                       : QFileDialog::getOpenFileName(this, "Open constraints or a design dump", path_);
+    };
+    makeParts();
+    makeFileMenu();
+    makeEditMenu();
+    makeFindBar();
+    connectParts();
+    setDocument(std::make_unique<Document>(), {});
+    QWidget* const order[] = {kinds_, filter_, table_, findings_->findChild<QTreeView*>(), search_, withCase_};
+    for (std::size_t i = 1; i < std::size(order); ++i) setTabOrder(order[i - 1], order[i]);
+    table_->setFocus();
+    resize(1240, 720);
 }
 
 // The widgets use the members, and go first.
 EditorWindow::~EditorWindow() {
     undo_.disconnect(this);
+    qApp->disconnect(this);
+    QGuiApplication::clipboard()->disconnect(this);
+    work_.stop();
     delete centralWidget();
 }
 
-void EditorWindow::makeMenus() {
-    // What is being typed is taken over before anything else is done.
-    auto const add = [this](QMenu* menu, char const* text, QKeySequence const& keys, std::function<void()> const& run) {
-        QAction* const action = menu->addAction(text);
-        action->setObjectName(QString(text).remove('&'));
-        action->setShortcut(keys);
-        connect(action, &QAction::triggered, this, [this, run] {
-            if (takeTyped()) withMemory([&run] { return run(), true; });
+void EditorWindow::makeParts() {
+    for (Kind const& kind : kinds) kinds_->addItem(kind.title);
+    kinds_->setObjectName("kinds");
+    kinds_->setAccessibleName("Kinds of lines");
+    filter_->setObjectName("filter");
+    filter_->setAccessibleName("Filter of lines");
+    filter_->setPlaceholderText("Filter the lines of this kind");
+    filter_->setClearButtonEnabled(true);
+    table_->setObjectName("lines");
+    table_->setAccessibleName("Lines");
+    table_->setModel(&model_);
+    table_->setItemDelegate(new LineDelegate(*this));
+    table_->setRootIsDecorated(false);
+    table_->setUniformRowHeights(true);
+    table_->setAlternatingRowColors(true);
+    table_->setSelectionMode(QTreeView::ExtendedSelection);
+    table_->setEditTriggers(QTreeView::NoEditTriggers);
+    table_->setContextMenuPolicy(Qt::ActionsContextMenu);
+    table_->setColumnWidth(CommandModel::lineColumn, 520);
+    auto* const middle = new QSplitter(Qt::Vertical);
+    middle->addWidget(column({filter_, table_}));
+    middle->addWidget(findings_);
+    middle->setSizes({500, 150});
+    auto* const splitter = new QSplitter;
+    for (QWidget* part : std::initializer_list<QWidget*>{kinds_, middle, design_}) splitter->addWidget(part);
+    splitter->setSizes({230, 770, 240});
+    splitter->setStretchFactor(1, 1);
+    setCentralWidget(splitter);
+    statusBar()->addPermanentWidget(counts_);
+}
+
+void EditorWindow::connectParts() {
+    model_.edit = [this](int row, QVariant const& value, int role) { takeEdit(row, value, role); };
+    connect(kinds_, &QListWidget::currentRowChanged, this, [this](int kind) { showKind(kind); });
+    connect(filter_, &QLineEdit::textChanged, this, [this](QString const& text) {
+        takeTyped();
+        model_.setFilter(text);
+        work_.start();
+        showCounts();
+    });
+    connect(table_, &QTreeView::doubleClicked, this, [this] { editLine(); });
+    connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { tidy(); });
+    connect(table_->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { tidy(); });
+    connect(&undo_, &QUndoStack::cleanChanged, this, [this](bool clean) { setWindowModified(!clean); });
+    connect(&undo_, &QUndoStack::indexChanged, this, [this] { tidy(); });
+    connect(qApp, &QApplication::focusChanged, this, [this] { tidy(); });
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, [this] { tidy(); });
+    connect(&work_, &QTimer::timeout, this, [this] { work(); });
+    findings_->changed = [this] { showCounts(); };
+    findings_->chosen = [this](std::size_t line) {
+        takeTyped();
+        std::optional<Document::Place> place;
+        runJob("Looking for the line", [&](TovProgress const&) {
+            place = document_->placeOfLine(QFile::encodeName(path_).toStdString(), line);
         });
-        return action;
+        if (place)
+            showPlace(*place);
+        else
+            statusBar()->showMessage("That line is not here any more", 5000);
     };
-    QMenu* const file = menuBar()->addMenu("&File");
-    add(file, "&Open...", QKeySequence::Open, [this] {
-        QString const path = QFileDialog::getOpenFileName(this, "Open constraints or a design dump (.xml)", path_);
-        if (!path.isEmpty()) open(path);
-    });
-    add(file, "&Save", QKeySequence::Save, [this] { save(path_); });
-    add(file, "Save &as...", QKeySequence::SaveAs, [this] { save({}); });
-    add(file, "&Quit", QKeySequence::Quit, [this] { close(); });
-
-    QMenu* const edit = menuBar()->addMenu("&Edit");
-    QToolBar* const bar = addToolBar("Edit");
-    auto const addEdit = [this, add, edit, bar](char const* text, QKeySequence const& keys, auto run) {
-        bar->addAction(add(edit, text, keys, [this, run] {
-            run();
-            showRow(changedKind_, changedRow_);
-        }));
+    design_->commandsOf = [this](TovNode const& node) { return document_->commandsOf(node); };
+    design_->commandChosen = [this](TovCmd& cmd) {
+        takeTyped();
+        if (auto const place = document_->placeOf(cmd)) showPlace(*place);
     };
-    addEdit("&Undo", QKeySequence::Undo, [this] { undo_.undo(); });
-    addEdit("&Redo", QKeySequence::Redo, [this] { undo_.redo(); });
-    addEdit("&Add", {"Ctrl+Return"}, [this] {
-        undo_.push(new Edit(*this, -1, row() + 1, readCommand(kind_, kinds[kind_].newLine)));
-        showRow(changedKind_, changedRow_);
-        editLine();
-    });
-    addEdit("Re&move", QKeySequence::Delete, [this] {
-        if (row() >= 0) undo_.push(new Edit(*this, row(), -1));
-    });
-    addEdit("Move u&p", {"Alt+Up"}, [this] {
-        if (row() > 0) undo_.push(new Edit(*this, row(), row() - 1));
-    });
-    addEdit("Move &down", {"Alt+Down"}, [this] {
-        if (row() + 1 < models_[kind_].rowCount()) undo_.push(new Edit(*this, row(), row() + 1));
-    });
-    auto* const search = new QLineEdit;
-    search->setObjectName("search");
-    search->setPlaceholderText("Search all commands");
-    bar->addWidget(search);
-    connect(search, &QLineEdit::returnPressed, this, [this, search] { findNext(search->text()); });
-    add(edit, "&Edit the line", {"F2"}, [this] { editLine(); });
-    add(edit, "&Find", QKeySequence::Find, [search] { search->setFocus(); });
-    add(edit, "Find &next", QKeySequence::FindNext, [this, search] { findNext(search->text()); });
+    design_->wordsChosen = [this](QString const& words) { insertWords(words); };
 }
 
-void EditorWindow::showRow(int kind, int row) {
-    kindList_->setCurrentRow(kind);
-    int const last = models_[kind].rowCount() - 1;
-    table_->setCurrentIndex(models_[kind].index(std::min(row, last), CommandModel::lineColumn));
+void EditorWindow::showKind(int kind) {
+    takeTyped();
+    model_.show(document_.get(), kind);
+    if (model_.rowCount() > 0) table_->setCurrentIndex(model_.index(0, 0));
+    tidy();
 }
 
-// What is typed is judged at each key, and only a line that is a command is taken.
-void EditorWindow::editLine() {
-    if (row() < 0) return;
-    table_->edit(models_[kind_].index(row(), CommandModel::lineColumn));
-    typing()->setMaxLength(std::numeric_limits<int>::max());
-    typing()->setValidator(new LineValidator(typing(), [this, row = row()](QString const& line) {
-        std::unique_ptr<TovCmd> const cmd = readCommand(kind_, line);
-        typedRow_ = row;
-        typedRemarks_ = remarksOn(line, cmd.get());
-        table_->viewport()->update();
-        return cmd != nullptr;
-    }));
-    typing()->end(false);
+void EditorWindow::showPlace(Document::Place place) {
+    if (place.kind != model_.kind()) kinds_->setCurrentRow(place.kind);
+    if (model_.isFiltered() && place.row < document_->count(place.kind) && model_.rowOf(place.row) < 0)
+        filter_->clear();
+    int const row = model_.rowOf(std::min(place.row, document_->count(place.kind) - 1));
+    table_->setCurrentIndex(model_.index(row, CommandModel::lineColumn));
+    table_->setFocus();
 }
 
-QString EditorWindow::remarksOn(QString const& line, TovCmd* cmd) const {
-    QStringList remarks(findingsIn(line));
-    if (cmd == nullptr) remarks << QString("not one of the %1").arg(kinds[kind_].title).toLower();
-    if (cmd != nullptr && names_) {
-        for (auto const& [type, name] : names_->missingIn(*cmd)) remarks << "not in the design: " + toText(name);
+// Shows what an edit has changed.
+void EditorWindow::changed(int kind, std::vector<int> const& rows, bool inPlace) {
+    showCounts();
+    if (kind != model_.kind()) kinds_->setCurrentRow(kind);
+    if (rows.size() == 1 && rows[0] < document_->count(kind)) document_->makeRemark({kind, rows[0]});
+    remarksAt_ = foundAt_ = {};
+    foundCount_ = 0;
+    work_.start();
+    design_->commandsChanged();
+    if (inPlace) emit model_.dataChanged(model_.index(0, 0), model_.index(model_.rowCount() - 1, 1));
+    if (typing_ || rows.empty()) return;
+    if (!inPlace) showPlace({kind, rows.front()});
+    QItemSelection selection;
+    for (std::size_t i = 0, first = 0; i < rows.size(); ++i) {
+        bool const goesOn = i + 1 < rows.size() && rows[i + 1] == rows[i] + 1;
+        if (goesOn) continue;
+        int const top = model_.rowOf(rows[std::exchange(first, i + 1)]);
+        int const bottom = model_.rowOf(rows[i]);
+        if (top >= 0 && bottom >= top) selection.select(model_.index(top, 0), model_.index(bottom, 1));
     }
-    remarks.removeAll({});
-    return remarks.join("; ");
+    if (!selection.isEmpty()) table_->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
 }
 
-// False, and the user is told, while a line is being typed that is no command.
-bool EditorWindow::takeTyped() {
-    QLineEdit* const editor = typing();
-    if (editor == nullptr) return true;
-    if (!editor->hasAcceptableInput()) return refuse("What you are typing is no command: " + typedRemarks_);
-    emit table_->itemDelegate()->commitData(editor);
-    emit table_->itemDelegate()->closeEditor(editor);
-    return true;
+void EditorWindow::editLine() {
+    QModelIndex const current = table_->currentIndex();
+    if (!current.isValid() || typing_) return;
+    QModelIndex const line = model_.index(current.row(), CommandModel::lineColumn);
+    table_->setCurrentIndex(line);
+    table_->edit(line);
+    if (typing_) typing_->end(false);
 }
 
-void EditorWindow::noteChange(int kind, int row) {
-    changedKind_ = kind;
-    changedRow_ = row;
-    kindList_->item(kind)->setText(QString("%1 (%2)").arg(kinds[kind].title).arg(models_[kind].rowCount()));
-    if (kind < TOVCMD_GENCLOCK) takeClocks();
+void EditorWindow::startTyping(QLineEdit* line, int documentRow) {
+    typing_ = line;
+    line->setValidator(new OneLine(line));
+    connect(line, &QLineEdit::textChanged, this, [this, line, documentRow](QString const& text) {
+        if (!line->isModified()) return;  // the text of the row comes in
+        model_.setTyped(documentRow, document_->remarkOn(text, model_.kind()));
+    });
+    connect(line, &QLineEdit::returnPressed, line, [line] { line->setModified(true); });
+    connect(line, &QLineEdit::selectionChanged, this, [this] { tidy(); });
 }
 
-void EditorWindow::findNext(QString const& text) {
-    int kind = kind_, at = row() + 1;
-    for (int visited = 0; visited <= kindCount; ++visited, kind = (kind + 1) % kindCount, at = 0) {
-        for (; at < models_[kind].rowCount(); ++at) {
-            if (models_[kind].line(at).contains(text)) return showRow(kind, at);
+void EditorWindow::stopTyping() {
+    typing_ = nullptr;
+    model_.setTyped(-1, {});
+    QTimer::singleShot(0, this, [this] { dropAdded(); });
+}
+
+// What is being typed is taken over before anything else is done.
+void EditorWindow::takeTyped() {
+    if (QLineEdit* const line = typing_) {
+        emit table_->itemDelegate()->commitData(line);
+        emit table_->itemDelegate()->closeEditor(line);
+    }
+    dropAdded();
+}
+
+// A row that was added goes again if nothing was typed in it.
+void EditorWindow::dropAdded() {
+    if (addedRow_ < 0 || typing_) return;
+    int const row = std::exchange(addedRow_, -1);
+    model_.beginChange();
+    document_->take(model_.kind(), {row});
+    model_.endChange();
+    showCounts();
+    if (row > 0 || document_->count(model_.kind()) > 0) showPlace({model_.kind(), std::max(0, row - 1)});
+}
+
+void EditorWindow::takeEdit(int row, QVariant const& value, int role) {
+    int const kind = model_.kind();
+    Document::Place const at = {kind, row};
+    bool const enabled = document_->command(at).enabled;
+    if (role == Qt::CheckStateRole) {
+        bool const wanted = value.toInt() != Qt::Unchecked;
+        if (wanted != enabled)
+            undo_.push(Edit::states(*this, "switching", kind, {row}, {{wanted, document_->command(at).note}}));
+        return;
+    }
+    bool const isAdded = row == addedRow_;
+    QString const text = value.toString();
+    if (isAdded ? typing_ && !typing_->isModified() : text == document_->text(at)) return;
+    std::string const line =
+        toBytes(text, document_->isDraft(at) ? document_->command(at).note : document_->savedLine(at));
+    if (line.find_first_not_of(" \t\v\f") == std::string::npos)
+        return statusBar()->showMessage("An empty line is not taken", 5000);
+    int found = -1;
+    std::unique_ptr<TovCmd> cmd = readLine(line, found);
+    if (found != std::min(kind, commentKind)) cmd = nullptr;
+    if (!isAdded) {
+        undo_.push(cmd ? Edit::exchange(*this, kind, row, std::move(cmd))
+                       : Edit::states(*this, "typing", kind, {row}, {{enabled, line}}));
+        return;
+    }
+    addedRow_ = -1;
+    if (cmd)
+        document_->exchange(at, cmd);
+    else
+        document_->command(at).note = line;
+    undo_.push(Edit::addition(*this, kind, row));
+    changed(kind, {row}, true);
+}
+
+void EditorWindow::insertWords(QString const& words) {
+    editLine();
+    if (typing_) typing_->insert(words);
+}
+
+// The actions that can do something now are enabled. A menu takes the focus from where its actions act.
+void EditorWindow::tidy() {
+    QWidget* const focus = focusWidget();
+    bool const isPart = focus != nullptr && centralWidget()->isAncestorOf(focus);
+    if (isPart || qobject_cast<QLineEdit*>(focus) != nullptr) focus_ = focus;
+    for (auto const& [action, enabled] : actions_) action->setEnabled(enabled == nullptr || enabled());
+}
+
+void EditorWindow::showCounts() {
+    int commands = 0;
+    for (int kind = 0; kind < kindCount; ++kind) {
+        if (kind < commandKinds) commands += document_->count(kind);
+        kinds_->item(kind)->setText(QString("%1 (%2)").arg(kinds[kind].title).arg(document_->count(kind)));
+    }
+    int const comments = document_->count(commentKind) + document_->count(commentKind + 1);
+    QString shown;
+    if (model_.isFiltered()) shown = QString("%1 lines shown, ").arg(model_.rowCount());
+    counts_->setText(shown + QString("%1 commands, %2 comments, %3 remarks, %4 findings")
+                                 .arg(commands)
+                                 .arg(comments)
+                                 .arg(document_->remarkCount())
+                                 .arg(findings_->findings().size()));
+}
+
+// A slice of the work that is done while the user does nothing: first for the rows in sight, then for all.
+void EditorWindow::work() {
+    QDeadlineTimer const deadline(10);
+    bool const isFiltering = model_.goOn(deadline);
+    auto const remark = [this](Document::Place at) {
+        if (!document_->knowsRemark(at)) document_->makeRemark(at);
+    };
+    if (remarksAt_.kind < kindCount) {
+        QModelIndex const top = table_->indexAt({0, 0});
+        for (int row = std::max(0, top.row()); row < model_.rowCount() && !deadline.hasExpired(); ++row) {
+            if (row > top.row() + 100) break;
+            remark({model_.kind(), model_.documentRow(row)});
         }
     }
-    statusBar()->showMessage("No command has this text", 5000);
+    for (; remarksAt_.kind < kindCount; ++remarksAt_.kind, remarksAt_.row = 0) {
+        for (; remarksAt_.row < document_->count(remarksAt_.kind) && !deadline.hasExpired(); ++remarksAt_.row)
+            remark(remarksAt_);
+        if (deadline.hasExpired()) break;
+    }
+    countFound();
+    bool const isCounting = foundAt_.kind < kindCount;
+    if (!isFiltering && !isCounting && remarksAt_.kind == kindCount) work_.stop();
+    table_->viewport()->update();
+    showCounts();
+    tidy();
 }
