@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <charconv>
 
 #include "command.h"
 #include "report.h"
@@ -12,26 +11,15 @@ namespace tool {
 
 namespace {
 
-std::size_t mostOf(Arguments const& arguments) {
-    std::size_t most = static_cast<std::size_t>(-1);
-    if (!arguments.has("max")) return most;
-    std::string const text = arguments.value("max");
-    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), most);
-    if (error != std::errc() || end != text.data() + text.size()) throw Trouble("--max '" + text + "' is no number");
-    return most;
-}
-
 /// For each code whether it is left out.
-std::array<bool, codeCount> ignoredIn(std::string const& list) {
+std::array<bool, codeCount> ignoredIn(QString const& names) {
     std::array<bool, codeCount> ignored{};
-    for (std::size_t at = 0; at <= list.size();) {
-        std::size_t const end = std::min(list.find(',', at), list.size());
-        std::string const name = list.substr(at, end - at);
-        auto const* const code =
-            std::find_if(std::begin(codes), std::end(codes), [&](Code const& known) { return known.name == name; });
-        if (code == std::end(codes)) throw Trouble("unknown code '" + name + "'; toveng(1) has the codes");
+    for (QString const& name : names.split(',')) {
+        auto const* const code = std::find_if(std::begin(codes), std::end(codes),
+                                              [&](Code const& known) { return name == QLatin1String(known.name); });
+        if (code == std::end(codes))
+            throw Trouble("unknown code '" + name.toStdString() + "'; toveng(1) has the codes");
         ignored[static_cast<std::size_t>(code->kind - 1)] = true;
-        at = end + 1;
     }
     return ignored;
 }
@@ -42,9 +30,12 @@ int check(Arguments const& arguments) {
     auto const form = static_cast<Form>(arguments.choose("format", {"text", "json", "sarif"}));
     TovNameMatch const match = arguments.match();
     if (arguments.has("match") && !arguments.has("design")) throw Trouble("--match without --design");
-    std::array<bool, codeCount> const ignored =
-        arguments.has("ignore") ? ignoredIn(arguments.value("ignore")) : std::array<bool, codeCount>{};
-    std::size_t const most = mostOf(arguments);
+    std::array<bool, codeCount> ignored{};
+    if (arguments.has("ignore")) ignored = ignoredIn(toText(arguments.value("ignore")));
+    bool isNumber = true;
+    quint64 most = ~quint64{0};
+    if (arguments.has("max")) most = toText(arguments.value("max")).toULongLong(&isNumber);
+    if (!isNumber) throw Trouble("--max '" + arguments.value("max") + "' is no number");
     Design const* const design = arguments.has("design") ? &keep<Design>(arguments.value("design")) : nullptr;
 
     Report report(form, most);

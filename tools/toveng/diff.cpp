@@ -31,17 +31,10 @@ struct Entry {
 
 using Entries = std::vector<Entry>;
 
-auto exactOrder(Entry const& e) {
-    return std::make_tuple(e.line, e.enabled);
-}
-
-auto lineOrder(Entry const& e) {
-    return e.line;
-}
-
-auto subjectOrder(Entry const& e) {
-    return e.subject;
-}
+// What makes two entries equal, in the order in which they are paired.
+constexpr auto exactOrder = [](Entry const& e) { return std::make_tuple(e.line, e.enabled); };
+constexpr auto lineOrder = [](Entry const& e) { return e.line; };
+constexpr auto subjectOrder = [](Entry const& e) { return e.subject; };
 
 template <class Order>
 void sort(Entries& entries, Order order) {

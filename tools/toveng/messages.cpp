@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <iterator>
 #include <string_view>
+#include <utility>
 
 #include "findings.h"
 #include "text.h"
@@ -115,12 +116,7 @@ std::string quoted(std::string_view words) {
     return "`" + cut(words) + "`";
 }
 
-struct TypeTitle {
-    taDciObjTyp type;
-    char const* title;
-};
-
-constexpr TypeTitle typeTitles[] = {
+constexpr std::pair<taDciObjTyp, char const*> typeTitles[] = {
     {taDciObjPort, "port"}, {taDciObjSourcePort, "port"}, {taDciObjPin, "pin"},   {taDciObjPin2, "pin"},
     {taDciObjNet, "net"},   {taDciObjSourceNet, "net"},   {taDciObjCell, "cell"}, {taDciObjClock, "clock"},
 };
@@ -160,9 +156,10 @@ std::string missingMessage(taDciObjTyp type, std::string const& word, TovDesignN
 }
 
 char const* titleOf(taDciObjTyp type) {
-    auto const* const row = std::find_if(std::begin(typeTitles), std::end(typeTitles),
-                                         [type](TypeTitle const& title) { return title.type == type; });
-    return row == std::end(typeTitles) ? "object" : row->title;
+    for (auto const& [known, title] : typeTitles) {
+        if (known == type) return title;
+    }
+    return "object";
 }
 
 }  // namespace tool
