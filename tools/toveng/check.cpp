@@ -45,15 +45,15 @@ int check(Arguments const& arguments) {
     for (std::string const& file : files) {
         try {
             Input const input(file, Content::constraints);
-            forEachFinding(input, design, match, [&](TovFinding const& finding, Place const& place) {
+            forEachFinding(input, design, match, [&](auto const& finding, auto const& line, auto const& missing) {
                 if (ignored[static_cast<std::size_t>(finding.kind - 1)]) return;
                 report.add(file, finding, [&] {
                     std::string message;
-                    for (TovNameUse const& use : place.missing) {
+                    for (TovNameUse const& use : missing) {
                         if (!message.empty()) message += "; ";
                         message += missingMessage(use.type, use.word, *design->names, suggestions);
                     }
-                    return message.empty() ? messageOf(finding, place.line) : message;
+                    return message.empty() ? messageOf(finding, line) : message;
                 });
             });
         } catch (Trouble const& trouble) {

@@ -21,7 +21,9 @@ public:
     std::vector<std::string> words() const;
     /// The place of an option's value among `choices`, of which the first is the default; Trouble for any other value.
     std::size_t choose(char const* option, std::initializer_list<char const*> choices) const;
-    kiri::tov::TovNameMatch match() const;
+    kiri::tov::TovNameMatch match() const {
+        return static_cast<kiri::tov::TovNameMatch>(choose("match", {"levels", "local", "flat"}));
+    }
 
 private:
     QCommandLineParser const& parser_;

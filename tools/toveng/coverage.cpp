@@ -1,6 +1,5 @@
 #include <QJsonArray>
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <list>
@@ -90,7 +89,7 @@ private:
         if (list == TOVCMD_INPUTDELAY) readDelay(static_cast<TovCmdIODelay&>(cmd), inputs_);
         if (list == TOVCMD_OUTPUTDELAY) readDelay(static_cast<TovCmdIODelay&>(cmd), outputs_);
         if (list == TOVCMD_CLOCK || list == TOVCMD_GENCLOCK) {
-            for (TovNameUse const& use : targetsOf(cmd)) {
+            for (TovNameUse const& use : documentNames_.usesIn(cmd)) {
                 if (list == TOVCMD_CLOCK) addFound(use.type, use, clockPorts_);
                 addFound(taDciObjClock, use, defined_);
             }
@@ -101,20 +100,15 @@ private:
         if (same.size() == 2) repeated_.push_back(&same);
     }
 
-    std::vector<TovNameUse> targetsOf(TovCmd& cmd) const {
-        std::vector<TovNameUse> uses = documentNames_.usesIn(cmd);
-        uses.erase(std::remove_if(uses.begin(), uses.end(), [](TovNameUse const& use) { return *use.role != '\0'; }),
-                   uses.end());
-        return uses;
-    }
-
+    // Adds what the word of a target stands for; other roles add nothing.
     void addFound(taDciObjTyp type, TovNameUse const& use, Nodes& nodes) {
+        if (*use.role != '\0') return;
         names_.find(type, use.word, found_, use.match);
         nodes.insert(found_.begin(), found_.end());
     }
 
     void readDelay(TovCmdIODelay& cmd, Nodes& delayed) {
-        for (TovNameUse const& use : targetsOf(cmd)) addFound(use.type, use, delayed);
+        for (TovNameUse const& use : documentNames_.usesIn(cmd)) addFound(use.type, use, delayed);
         for (taDciObj* object : cmd.objects) {
             std::string const query = TovCmd::toTclString(object);
             std::uint32_t const direction = query == "[all_inputs]" ? in : query == "[all_outputs]" ? out : 0;

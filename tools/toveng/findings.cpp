@@ -56,12 +56,6 @@ void readClocks(TOV& clocks, Input const& input) {
     });
 }
 
-std::string wordsOf(std::vector<TovNameUse> const& uses) {
-    std::string words;
-    for (TovNameUse const& use : uses) words.append(words.empty() ? "" : " ").append(use.word);
-    return words;
-}
-
 }  // namespace
 
 void forEachFinding(Input const& input, Design const* design, TovNameMatch match, FindingVisitor const& visit) {
@@ -77,14 +71,16 @@ void forEachFinding(Input const& input, Design const* design, TovNameMatch match
         ++number;
         for (TovFinding& finding : checkTovLine(line)) {
             finding.line = number;
-            visit(finding, {line, missing});
+            visit(finding, line, missing);
             if (finding.kind == TOVFINDING_ENDS_LOAD) return false;
         }
         if (names == nullptr) return true;
         std::unique_ptr<TovCmd> const cmd = makeCommand(line);
         if (cmd == nullptr || !cmd->enabled) return true;
         missing = names->missingIn(*cmd);
-        if (!missing.empty()) visit({number, TOVFINDING_MISSING_NAME, wordsOf(missing)}, {line, missing});
+        std::string words;
+        for (TovNameUse const& use : missing) words.append(words.empty() ? "" : " ").append(use.word);
+        if (!missing.empty()) visit({number, TOVFINDING_MISSING_NAME, words}, line, missing);
         missing.clear();
         return true;
     });

@@ -38,13 +38,9 @@ struct Design {
     std::unique_ptr<kiri::tov::TovDesignNames const> names;
 };
 
-/// Where a finding is, and what goes with it.
-struct Place {
-    std::string const& line;
-    std::vector<kiri::tov::TovNameUse> const& missing;  // of TOVFINDING_MISSING_NAME
-};
-
-using FindingVisitor = std::function<void(kiri::tov::TovFinding const& finding, Place const& place)>;
+/// Takes a finding, its line, and the uses of which a TOVFINDING_MISSING_NAME tells.
+using FindingVisitor = std::function<void(kiri::tov::TovFinding const& finding, std::string const& line,
+                                          std::vector<kiri::tov::TovNameUse> const& missing)>;
 
 /// Calls `visit` with each finding of a file, as checkTovFile has them, and holds none of them. `design` may be null.
 void forEachFinding(Input const& input, Design const* design, kiri::tov::TovNameMatch match,

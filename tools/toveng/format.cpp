@@ -13,16 +13,12 @@ namespace {
 
 constexpr std::size_t findingsShown = 100;
 
-bool isLoss(TovFindingKind kind) {
-    return kind != TOVFINDING_UNKNOWN_COMMAND && kind != TOVFINDING_MISSING_NAME;
-}
-
 // Prints what would be lost, and returns how much it is.
 std::size_t printLosses(Input const& input) {
     std::size_t losses = 0;
-    forEachFinding(input, nullptr, TOVMATCH_LEVELS, [&](TovFinding const& finding, Place const& place) {
-        if (!isLoss(finding.kind) || ++losses > findingsShown) return;
-        printFinding(stderr, input.name(), finding, messageOf(finding, place.line));
+    forEachFinding(input, nullptr, TOVMATCH_LEVELS, [&](auto const& finding, auto const& line, auto const&) {
+        if (finding.kind == TOVFINDING_UNKNOWN_COMMAND || ++losses > findingsShown) return;
+        printFinding(stderr, input.name(), finding, messageOf(finding, line));
     });
     return losses;
 }

@@ -147,12 +147,6 @@ std::size_t Arguments::choose(char const* option, std::initializer_list<char con
     throw Trouble("unknown " + std::string(option) + " '" + value(option) + "'; known are " + known);
 }
 
-kiri::tov::TovNameMatch Arguments::match() const {
-    using namespace kiri::tov;
-    constexpr TovNameMatch matches[] = {TOVMATCH_LEVELS, TOVMATCH_LOCAL, TOVMATCH_FLAT};
-    return matches[choose("match", {"levels", "local", "flat"})];
-}
-
 int main(int argc, char** argv) {
     try {
         int const status = run(argc, argv);

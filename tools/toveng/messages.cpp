@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -20,13 +19,10 @@ struct Advice {
     char const* text;
 };
 
-constexpr TovFindingKind dropped = TOVFINDING_DROPPED_LINE;
-constexpr TovFindingKind unknown = TOVFINDING_UNKNOWN_COMMAND;
-constexpr TovFindingKind lost = TOVFINDING_LOST_WORD;
-constexpr TovFindingKind changed = TOVFINDING_CHANGED_VALUE;
-constexpr TovFindingKind mistaken = TOVFINDING_MISTAKEN_WORD;
-constexpr TovFindingKind ends = TOVFINDING_ENDS_LOAD;
-constexpr TovFindingKind unstable = TOVFINDING_UNSTABLE_LINE;
+constexpr TovFindingKind dropped = TOVFINDING_DROPPED_LINE, unknown = TOVFINDING_UNKNOWN_COMMAND,
+                         lost = TOVFINDING_LOST_WORD, changed = TOVFINDING_CHANGED_VALUE,
+                         mistaken = TOVFINDING_MISTAKEN_WORD, ends = TOVFINDING_ENDS_LOAD,
+                         unstable = TOVFINDING_UNSTABLE_LINE;
 
 // What the loss means, and what to write instead: the first row that fits any word.
 constexpr Advice advices[] = {
