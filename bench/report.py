@@ -9,16 +9,20 @@ import sys
 import document
 import plot
 
+# The orders of the lines of a file, as inputs::Order numbers them.
+ORDERS = ["as a save writes them", "with a period", "at random"]
 RATIOS = [
     ("Tcl / load, 300,000 mixed lines", "LoadTcl", "Load/300000"),
     ("load / floor", "Load/300000", "LoadFloor"),
-    ("save to a text / load", "SaveText", "Load/300000"),
-    ("save to a file / save to a text", "SaveFile", "SaveText"),
-    ("destroy / load", "Destroy", "Load/300000"),
+    *((f"load / load of lines as a save writes them, lines {order}", f"LoadInOrder/{i}", "LoadInOrder/0")
+      for i, order in enumerate(ORDERS) if i > 0),
+    *((f"save to a text / load, lines {order}", f"SaveText/{i}", f"LoadInOrder/{i}") for i, order in enumerate(ORDERS)),
+    *((f"destroy / load, lines {order}", f"Destroy/{i}", f"LoadInOrder/{i}") for i, order in enumerate(ORDERS)),
+    *((f"check / load, lines {order}", f"Check/{i}", f"LoadInOrder/{i}") for i, order in enumerate(ORDERS)),
+    ("save to a file / save to a text", "SaveFile", "SaveText/1"),
     ("import / load of as many lines", "Import", "Load/300000"),
     ("load of 300,000 lines / 30,000 lines", "Load/300000", "Load/30000"),
     ("load of 3,000,000 lines / 300,000 lines", "Load/3000000", "Load/300000"),
-    ("check / load and save", "Check", "LoadAndSaveText"),
     ("load of one line of 400,000 names / 400,000 lines of one name", "LoadOneLineOfNames", "LoadLinesOfOneName"),
     ("dump load / bare pass of the XML reader", "DesignLoad/100000", "BareReaderPass"),
     ("DOM document / dump load", "DomDocument", "DesignLoad/100000"),
