@@ -138,6 +138,7 @@ int main() {
     reportDocument("one line of 400,000 names", inputs::oneLineOfNames(400'000));
     reportDocument("a line of 100,000 names, then 30,000 mixed lines", inputs::longLineFirst(100'000, 30'000));
     reportDocument("30,000 mixed lines, then a line of 100,000 names", inputs::longLineLast(100'000, 30'000));
+    reportDocument("400,000 comments", inputs::linesOfKind(3, 400'000));
 
     std::puts(
         "\n| instances of a dump | nodes | fields, bytes a node | keeps, bytes a node | needs beyond that, KiB |");
