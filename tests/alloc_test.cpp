@@ -246,6 +246,30 @@ TEST(Alloc, Designs) {
     });
 }
 
+TEST(Alloc, NamesOfDesigns) {
+    TovDesign design;
+    EXPECT_TRUE(design.load(TEST_DATA "/joined.xml"));
+    sweep([&] { attemptAnew([&] { EXPECT_TRUE(TovDesignNames(design, allocate).complete()); }); });
+    TovDesignNames const names(design);
+    using Nodes = std::vector<TovNode const*>;
+    std::string const words[] = {"a/word/of/many/levels", "u1/CK", "*/C?", "*"};
+    for (auto const match : {TOVMATCH_LEVELS, TOVMATCH_LOCAL, TOVMATCH_FLAT}) {
+        auto const find = [&](std::string const& word, Nodes& nodes) { names.find(taDciObjName, word, nodes, match); };
+        sweep([&] {
+            Nodes nodes[4] = {{nullptr}, {nullptr}, {nullptr}, {nullptr}};
+            bool const done = attempt([&] {
+                for (int i = 0; i < 4; ++i) find(words[i], nodes[i]);
+            });
+            for (int i = 0; i < 4; ++i) {
+                Nodes expected;
+                find(words[i], expected);
+                EXPECT_TRUE(nodes[i] == expected || (!done && nodes[i] == Nodes{nullptr})) << words[i];
+            }
+        });
+    }
+    sweep([&] { attempt([&] { EXPECT_EQ(names.nearest(taDciObjPin, "u1/CX"), "u1/CK"); }); });
+}
+
 TEST(Alloc, JoinsOfDocumentsAndDesigns) {
     TovDesign design;
     EXPECT_TRUE(design.load(TEST_DATA "/joined.xml"));

@@ -3,7 +3,7 @@
 namespace kiri::tov::impl_detail {
 
 void SortedNames::sort() {
-    nodes_.shrink_to_fit();
+    std::vector<PlacedNode>(nodes_).swap(nodes_);  // takes no more room than it needs
     std::sort(nodes_.begin(), nodes_.end(), [](PlacedNode const& a, PlacedNode const& b) {
         int const order = comparePaths(a.node->plainName(), b.node->plainName());
         return order != 0 ? order < 0 : a.place < b.place;
