@@ -160,19 +160,19 @@ void printText(QJsonObject const& result) {
         QJsonObject const reach = result[title].toObject();
         print(std::string(title) + ": " + std::to_string(reach["constrained"].toInt()) + " of " +
               std::to_string(reach["total"].toInt()) + " constrained\n");
-        for (QJsonValue const& name : reach["missing"].toArray()) printLine("  missing", name.toString());
+        for (QJsonValue const name : reach["missing"].toArray()) printLine("  missing", name.toString());
     }
     QJsonArray const unmatched = result["unmatched"].toArray();
     print("unmatched: " + std::to_string(unmatched.size()) + "\n");
-    for (QJsonValue const& use : unmatched) {
+    for (QJsonValue const use : unmatched) {
         printLine("  " + use["type"].toString().toStdString(), use["word"].toString());
         printLine("   ", use["command"].toString());
     }
     QJsonArray const repeated = result["repeated"].toArray();
     print("repeated: " + std::to_string(repeated.size()) + "\n");
-    for (QJsonValue const& same : repeated) {
+    for (QJsonValue const same : repeated) {
         char const* title = "  same";
-        for (QJsonValue const& line : same.toArray()) printLine(std::exchange(title, "      "), line.toString());
+        for (QJsonValue const line : same.toArray()) printLine(std::exchange(title, "      "), line.toString());
     }
 }
 

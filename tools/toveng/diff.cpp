@@ -126,7 +126,7 @@ QJsonObject difference(Entries& olds, Entries& news) {
 
 void printText(QJsonObject const& difference) {
     for (char const* title : {"removed", "added", "changed", "enabled", "disabled"}) {
-        for (QJsonValue const& entry : difference[title].toArray()) {
+        for (QJsonValue const entry : difference[title].toArray()) {
             QJsonObject const change = entry.toObject();
             printLine(title, change.isEmpty() ? entry.toString() : change["old"].toString());
             if (!change.isEmpty()) printLine("     to", change["new"].toString());

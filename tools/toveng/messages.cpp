@@ -144,7 +144,7 @@ std::string messageOf(TovFinding const& finding, std::string const& line) {
 }
 
 std::string missingMessage(taDciObjTyp type, std::string const& word, TovDesignNames const& names, int& suggestions) {
-    std::string const message = "no such " + std::string(titleOf(type)) + ": " + quoted(word);
+    std::string message = "no such " + std::string(titleOf(type)) + ": " + quoted(word);
     if (suggestions == 0) return message;
     --suggestions;
     std::string const nearest = names.nearest(type, word);
