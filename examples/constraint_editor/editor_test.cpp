@@ -342,7 +342,7 @@ private slots:
                                 window.said.join('\n')));
         }
         QStringList const sentences = QString(row.said).split('\n', Qt::SkipEmptyParts);
-        for (qsizetype i = 0; i < window.said.size(); ++i)
+        for (int i = 0; i < static_cast<int>(window.said.size()); ++i)
             QVERIFY2(window.said[i].contains(sentences.value(i, "nothing")), qPrintable(window.said[i]));
         QCOMPARE(window.said.size(), sentences.size());
         std::string const saved = folder_.read("a.tov");

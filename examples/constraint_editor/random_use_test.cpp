@@ -53,7 +53,8 @@ public:
         int const steps = run("Undo", 100000);
         run("Redo", steps);
         QStringList const after = linesOf(window_.document());
-        for (qsizetype i = 0; i < std::max(lines.size(), after.size()); ++i) {
+        int const count = static_cast<int>(std::max(lines.size(), after.size()));
+        for (int i = 0; i < count; ++i) {
             if (lines.value(i) == after.value(i)) continue;
             std::printf("before: %s\nafter:  %s\n", qPrintable(lines.value(i)), qPrintable(after.value(i)));
         }
