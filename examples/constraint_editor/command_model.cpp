@@ -17,7 +17,7 @@ QColor readable(QColor color, QPalette const& palette) {
     for (int step = 0; step < 64; ++step) {
         bool const isReadable = [&] {
             for (QPalette::ColorRole const role : {QPalette::Base, QPalette::AlternateBase}) {
-                auto const [dark, light] = std::minmax(luminance(color), luminance(palette.color(role)));
+                auto const [dark, light] = std::minmax({luminance(color), luminance(palette.color(role))});
                 if (light + 0.05 < contrast * (dark + 0.05)) return false;
             }
             return true;
