@@ -198,6 +198,7 @@ void EditorWindow::changed(int kind, std::vector<int> const& rows, bool inPlace)
 }
 
 void EditorWindow::editLine() {
+    dropAdded();
     QModelIndex const current = table_->currentIndex();
     if (!current.isValid() || typing_) return;
     QModelIndex const line = model_.index(current.row(), CommandModel::lineColumn);
@@ -244,6 +245,8 @@ void EditorWindow::dropAdded() {
 }
 
 void EditorWindow::takeEdit(int row, QVariant const& value, int role) {
+    // A row that was added is no part of the history yet: rows after it would be counted wrongly.
+    if (addedRow_ >= 0 && (role == Qt::CheckStateRole || row != addedRow_)) return;
     int const kind = model_.kind();
     Document::Place const at = {kind, row};
     bool const enabled = document_->command(at).enabled;
