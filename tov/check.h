@@ -10,7 +10,7 @@ namespace kiri::tov {
 
 /// What a load and a save do to a line.
 enum TovFindingKind : int {
-    TOVFINDING_DROPPED_LINE = 1,     ///< an attribute line without six or seven words: a save no longer has it
+    TOVFINDING_DROPPED_LINE = 1,     ///< an attribute line without six or seven words: a save omits it
     TOVFINDING_UNKNOWN_COMMAND = 2,  ///< no command, no attribute and no comment: kept as a comment
     TOVFINDING_LOST_WORD = 3,        ///< a word that a save does not write, or what follows a NUL byte
     TOVFINDING_CHANGED_VALUE = 4,    ///< a number that a save writes as another one, or a word that a save adds

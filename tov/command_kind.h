@@ -14,7 +14,7 @@
 
 namespace kiri::tov {
 
-/// A kind of command: its list, and the text with which its lines begin.
+/// A kind of command: its list, and the keyword of its lines.
 struct CommandKind {
     TOVCMD_TYPE list;
     std::string_view keyword;
@@ -25,7 +25,7 @@ struct CommandKind {
     void (*append)(std::string& text, TovCmd& cmd, TOV& document);
 };
 
-/// A line whose first word goes on after the keyword makes an empty command.
+/// A line whose first word is longer than the keyword makes an empty command.
 template <class Cmd>
 std::unique_ptr<TovCmd> makeCommand(CommandKind const& kind, std::string_view line) {
     auto cmd = std::make_unique<Cmd>(static_cast<char const*>(nullptr));
@@ -40,7 +40,7 @@ inline std::unique_ptr<TovCmd> makeCommand<TovCmdAttr>(CommandKind const&, std::
     return makeAttribute(WordCursor(line));
 }
 
-/// A class derived from `Cmd` may save another one.
+/// A class derived from `Cmd` may save another line.
 template <class Cmd>
 void appendCommand(std::string& text, TovCmd& cmd, TOV& document) {
     if (typeid(cmd) == typeid(Cmd)) {
@@ -72,21 +72,20 @@ inline constexpr CommandKind commandKinds[] = {
 
 static_assert(std::size(commandKinds) == TOVCMD_ATTRIBUTE, "each list has its kind");
 
-/// Whether the class of a command in the list of `kind` is one of the library's, not one that a caller derived.
+/// Returns whether the class of a command in the list of `kind` is one of the library's, not one that a caller derived.
 inline bool isLibraryCommand(CommandKind const& kind, TovCmd const& cmd) {
     std::type_info const& type = typeid(cmd);
     return type == *kind.type || std::any_of(std::begin(commandKinds), std::end(commandKinds),
                                              [&type](CommandKind const& other) { return type == *other.type; });
 }
 
-/// Calls visit(kind, place in the list) for the commands of all lists of a document, null entries passed over. It walks
-/// the lists together: within a list the order is the list's own, and of the lists' next places the one at the lowest
-/// address is first.
+/// Calls visit(kind, place in the list) for the commands of all lists of a document, null entries skipped. It walks
+/// the lists together: each list in its own order, and of the lists' next places the one at the lowest address first.
 ///
 /// A load leaves the commands on the heap in the order of their lines, each followed by its place in the list. Where
 /// the kinds of the lines alternate, a walk list by list crosses the whole heap once for each list and waits for memory
-/// at each step; this walk crosses it once. It looks at the address of a place, which the place before it holds, and
-/// not at the command, which would be a step across the heap too.
+/// at each step; this walk crosses it once. It compares the address of a place, which the place before it holds, and
+/// does not touch the command, which would be another step across the heap.
 ///
 /// `visit` may erase the place from its list. Where it returns false, the walk ends, and its result is false.
 template <class Visit>
@@ -108,7 +107,7 @@ bool visitInMemoryOrder(TOV& document, Visit visit) {
     }
     while (end != rests) {
         Rest* lowest = rests;
-        TovCmd* const* limit = nullptr;  // up to here the lowest rest goes on being the lowest; null: to its end
+        TovCmd* const* limit = nullptr;  // up to here the lowest rest stays the lowest; null: to its end
         for (Rest* rest = rests + 1; rest != end; ++rest) {
             TovCmd* const* higher = rest->address();
             if (below(higher, lowest->address())) {

@@ -7,7 +7,7 @@ namespace kiri::tov {
 
 namespace {
 
-// Finds the kind whose keyword the line begins with, whatever follows the keyword.
+// Returns the kind whose keyword the line begins with, whatever follows the keyword.
 CommandKind const* findKind(std::string_view text) {
     for (CommandKind const& kind : commandKinds) {
         if (startsWith(text, kind.keyword)) return &kind;

@@ -7,12 +7,12 @@
 
 namespace kiri::tov {
 
-/// A line of a constraint file, taken apart.
+/// A line of a constraint file, split into its parts.
 struct ConstraintLine {
-    /// Takes a line apart, up to its first NUL byte. The result holds views into the line.
+    /// Splits a line, up to its first NUL byte. The result holds views into the line.
     explicit ConstraintLine(std::string_view line);
 
-    /// Makes the command of the line, enabled as the line says; null if the line makes none.
+    /// Makes the command of the line, enabled or disabled; null if the line makes none.
     std::unique_ptr<TovCmd> makeCommand() const;
 
     std::string_view text;              ///< the line without white space at its ends

@@ -31,13 +31,13 @@ bool isOption(std::string_view name) {
     return startsWith(name, "-") && !parseFloatValue(name, value);
 }
 
-// Whether the last word is a backslash, which other tools read as a continuation.
+// Returns whether the last word is a backslash, which other tools read as a continuation.
 bool endsInContinuation(std::string_view text) {
     return !text.empty() && text.back() == '\\' &&
            (text.size() == 1 || WordComparison::endsWord(text[text.size() - 2]));
 }
 
-// Whether each bracket and brace has its counterpart, wherever it is.
+// Returns whether brackets and braces are equal in number, in any order.
 bool isBalanced(std::string_view name) {
     auto const count = [name](char c) { return std::count(name.begin(), name.end(), c); };
     return count('[') == count(']') && count('{') == count('}');
@@ -65,7 +65,7 @@ bool isPlainName(std::string_view name) {
            isPlainWord(name.substr(open + 1, name.size() - open - 2));
 }
 
-/// Looks at the names that a command keeps.
+/// Examines the names that a command keeps.
 class NameChecker {
 public:
     explicit NameChecker(std::string_view line) : continued_(endsInContinuation(line)) {}
@@ -92,7 +92,7 @@ public:
         }
     }
 
-    std::string& mistaken() { return mistaken_; }  ///< the names that are kept as what they are not
+    std::string& mistaken() { return mistaken_; }  ///< options and unbalanced texts kept as names
     bool arePlain() const { return arePlain_; }    ///< whether all names are plain
 
 private:
@@ -188,8 +188,8 @@ bool LineChecker::checkText(std::string_view rawLine, Texts& texts) {
     return true;
 }
 
-// Finds the names that are kept as what they are not. Returns true if the saved line is read back for certain: only a
-// name that is not plain, a group with other members than clocks and an infinite number prevent that.
+// Finds mistaken words. Returns true if the saved line is certain to be read back as it is: only a name that is not
+// plain, a group with other members than clocks, or an infinite number can prevent that.
 bool LineChecker::checkNames(std::string_view line, std::string& mistaken) {
     NameChecker names(line);
     bool isPlain = list_ != TOVCMD_ATTRIBUTE && saved_.find("inf") == std::string::npos;
@@ -205,7 +205,7 @@ bool LineChecker::checkNames(std::string_view line, std::string& mistaken) {
     return isPlain && names.arePlain();
 }
 
-// Whether a load makes one command of the saved line, and that command saves the same line.
+// Returns whether a load makes one command of the saved line, and that command saves the same line.
 bool LineChecker::isReadBack() {
     if (saved_.find('\n') != std::string::npos) return false;
     ConstraintLine const line(saved_);

@@ -11,7 +11,7 @@ namespace kiri::tov {
 /// How a file was read.
 struct ReadOutcome {
     std::string problem;         // why it was not read to its end, in one line; empty if it was
-    bool stopped = false;        // `progress` asked for it
+    bool stopped = false;        // by `progress`
     std::exception_ptr refusal;  // the exception of the line that ended the reading
 
     void rethrow() const {

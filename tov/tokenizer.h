@@ -19,7 +19,7 @@ public:
         end_ = at_ + line.size();
     }
 
-    /// Puts the next word into `word`. Returns false at the end of the line and leaves `word` as it was.
+    /// Stores the next word to `word`. Returns false at the end of the line and leaves `word` as it was.
     bool next(std::string_view& word) {
         if (at_ == end_) return false;
         if (opensGroupOrQuote(*at_)) {
@@ -33,10 +33,10 @@ public:
         return true;
     }
 
-    /// Whether the next word is a plain one, which ends at white space.
+    /// Returns whether the next word is a plain one, which ends at white space.
     bool isAtPlainWord() const { return at_ != end_ && !opensGroupOrQuote(*at_); }
 
-    /// Moves past a first word of `size` characters that the line is known to begin with. False if the word goes on.
+    /// Skips the first `size` characters, a known prefix of the first word. Returns false if the word is longer.
     bool skipKeyword(std::size_t size) {
         at_ += size;
         if (at_ == end_) return true;
@@ -46,7 +46,7 @@ public:
     }
 
 private:
-    // Whether brackets or braces enclose the whole text.
+    // Returns whether brackets or braces enclose the whole text.
     static bool isGroup(std::string_view text) {
         if (text.size() < 2 || !opensGroupOrQuote(text.front())) return false;
         return (text.front() == '[' && text.back() == ']') || (text.front() == '{' && text.back() == '}');

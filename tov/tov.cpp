@@ -28,8 +28,8 @@ TOV::~TOV() {
     reset();
 }
 
-// The library's own commands tell nobody that they go, so they go first and in the order of memory. What is left is of
-// a caller's classes and goes list by list.
+// Nobody observes the destruction of the library's own commands, so delete them first, in the order of memory. Then
+// delete those of a caller's classes list by list.
 void TOV::reset() {
     visitInMemoryOrder(*this, [this](CommandKind const& kind, std::list<TovCmd*>::iterator place) {
         if (!isLibraryCommand(kind, **place)) return true;

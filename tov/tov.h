@@ -48,61 +48,62 @@ public:
     /// Deletes all commands and the database object. The comments stay.
     void reset();
 
-    /// Replaces the content by that of the file and calls `progress` meanwhile, unless it is empty. True, and an empty
-    /// `error`, if the file was read to its end. Else the document is as after its construction, for a missing file
-    /// too, and `error`, unless null, says why in one line: the system's words for a file that is missing or cannot be
-    /// opened or read ("No such file or directory"), "Line 12: create_clock ends in -waveform", or "The caller stopped
-    /// the load". Throws std::bad_alloc and what `progress` throws; the document is empty then, and `error` as it was.
+    /// Replaces the content by that of the file and calls `progress` meanwhile, unless it is empty. Returns true, with
+    /// an empty `error`, if the file was read to its end. Else the document is as after its construction, for a missing
+    /// file too, and `error`, unless null, says why in one line: the system's words for a file that is missing or
+    /// cannot be opened or read ("No such file or directory"), "Line 12: create_clock ends in -waveform", or "The
+    /// caller stopped the load". Throws std::bad_alloc and what `progress` throws; the document is empty then, and
+    /// `error` as it was.
     bool read(char const* path, TovProgress const& progress = {}, std::string* error = nullptr);
 
-    /// Replaces the content by that of the file. False, and nothing changed, if nothing exists at `path`. True says no
-    /// more than that something does: a file that cannot be opened or read leaves what could be read of it. Where a
-    /// file must not be overwritten unless it was read, use read(). std::out_of_range at a "create_clock" line that
-    /// ends in "-waveform"; the lines before it are kept.
+    /// Replaces the content by that of the file. Returns false and changes nothing if nothing exists at `path`. True
+    /// means only that something does: a file that cannot be opened or read leaves what could be read of it. Where a
+    /// file must not be overwritten unless it was read, use read(). Throws std::out_of_range at a "create_clock" line
+    /// that ends in "-waveform"; the lines before it are kept.
     bool load(char const* path);
 
-    /// The same, and `progress` is told how far the load is. When it stops the load, the result is false and the
-    /// document is as after its construction.
+    /// The same, and calls `progress`. When that stops the load, returns false and leaves the document as after its
+    /// construction.
     bool load(char const* path, TovProgress const& progress);
 
-    /// As load, but adds to the nine lists of timing commands; the attributes and comments are replaced. True only if
-    /// the file was read to its end.
+    /// As load, but adds to the nine lists of timing commands and replaces the attributes and comments. Returns true
+    /// only if the file was read to its end.
     bool parseTovFile(char const* path);
 
     /// Returns the file text of the document. The document does not change.
     std::string toSaveString();
 
-    /// Writes toSaveString() to the file. True if the file could be opened for writing; errors in writing are not
-    /// reported. The text is complete before the file is opened.
+    /// Writes toSaveString() to the file. Returns true if the file could be opened for writing; does not report
+    /// errors in writing. The text is complete before the file is opened.
     bool save(char const* path);
 
     /// Writes toSaveString() so that the file at `path` is either the old one, byte for byte, or the new one, complete
-    /// and on the disk: a new file in the same folder takes the old one's place when it is whole. True, and an empty
-    /// `error`, if the file was replaced, and the folder synchronised as far as its file system offers that. False if
-    /// anything fails: no other file is left behind, and `error`, unless null, says why in one line. The old file is
-    /// there then, except when the folder could not be synchronised (an input/output error): the new file has taken its
-    /// place, and a power failure may bring the old one back.
+    /// and on the disk: a new file in the same folder takes the old one's place when it is whole. Returns
+    /// true, with an empty `error`, if the file was replaced, and the folder synchronised as far as its file system
+    /// offers that. Returns false if anything fails: no other file is left behind, and `error`, unless null, says why
+    /// in one line. The old file is there then, except when the folder could not be synchronised (an input/output
+    /// error): the new file has taken its place, and a power failure may bring the old one back.
     ///
     /// A symbolic link stays, and what it leads to is replaced, or made if it does not exist. What is no regular file
     /// and what the process may not write is refused. Other names of the old file (hard links) keep the old text. Where
     /// several programs save one path at once, each save is whole, and the last one wins.
     ///
     /// Owner, group and permission bits are kept where the process may set them. Nobody gets a right that the old file
-    /// did not give: where the group cannot be kept, the new group and all others have what both the old group and all
+    /// did not grant: where the group cannot be kept, the new group and all others have what both the old group and all
     /// others had; set-user-ID and set-group-ID bits stay only with their owner and group. Access lists and other
     /// extended attributes are kept, or the save fails.
     ///
     /// A process that is killed meanwhile may leave a file `.tov-` with 16 hexadecimal digits in the folder, which may
-    /// be deleted. A size limit of the process is an error; its signal does not come. Nothing is touched when
-    /// std::bad_alloc comes out.
+    /// be deleted. Reaching the size limit of the process is an error and raises no signal. std::bad_alloc leaves every
+    /// file as it was.
     bool saveAtomically(char const* path, std::string* error = nullptr);
 
-    /// Appends a command for each record of the database, which is not null. The document keeps no part of it. Input
-    /// and output delays become enabled as `ioEnabled` says; other commands are enabled.
+    /// Appends a command for each record of the database, which must not be null. The document keeps no part of it.
+    /// `ioEnabled` enables the input and output delays; other commands are enabled.
     void loadTaObjects(taDci* db, bool ioEnabled);
 
-    /// Returns the list of that kind; null for TOVCMD_NONE and what is no kind. The list may be edited: the document
-    /// owns the commands in it, and a command taken out belongs to the caller.
+    /// Returns the list of that kind; null for TOVCMD_NONE and any value that names no list. The list may be edited:
+    /// the document owns the commands in it, and a command taken out belongs to the caller.
     std::list<TovCmd*>* getTovCmdList(TOVCMD_TYPE type);
 
     /// Returns the error list of `dci`; null without one.

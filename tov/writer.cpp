@@ -68,8 +68,8 @@ private:
     std::array<Lines, std::size(commandKinds)> lines_;
 };
 
-// False where a command is of a caller's class, which may see in which order the commands are asked for their lines.
-// `lines` is not complete then.
+// Returns false at a command of a caller's class, which may observe in which order the lines are made. `lines` is not
+// complete then.
 bool appendInMemoryOrder(LinesOfLists& lines, TOV& document) {
     return visitInMemoryOrder(document, [&](CommandKind const& kind, std::list<TovCmd*>::iterator place) {
         if (!isLibraryCommand(kind, **place)) return false;
@@ -78,7 +78,7 @@ bool appendInMemoryOrder(LinesOfLists& lines, TOV& document) {
     });
 }
 
-// Whether a walk list by list goes through the heap from one end to the other.
+// Returns whether a walk list by list crosses the heap only once.
 bool liesListByList(TOV& document) {
     constexpr std::less<TovCmd* const*> below;
     TovCmd* const* last = nullptr;
@@ -100,10 +100,10 @@ void appendList(std::string& text, CommandKind const& kind, TOV& document) {
     }
 }
 
-// About the size of a list's lines, judged by its first ones. A command of a caller's class is not asked twice.
+// Estimates the size of a list's lines from its first ones. Asks no command of a caller's class twice.
 std::size_t usualSizeOf(CommandKind const& kind, TOV& document) {
     constexpr std::size_t enough = 16;
-    constexpr std::size_t longest = 1000;  // a few longer ones say nothing about the others
+    constexpr std::size_t longest = 1000;  // a few longer lines do not predict the others
     std::list<TovCmd*> const& list = *document.getTovCmdList(kind.list);
     std::string lines;
     std::size_t count = 0;
@@ -118,8 +118,8 @@ std::size_t usualSizeOf(CommandKind const& kind, TOV& document) {
     return size + size / 16;
 }
 
-// Asks for large pages for a large text, where the system has them: page faults for each 4 KiB are up to a quarter of
-// the time of a save.
+// Requests large pages for a large text, where the system has them: page faults for each 4 KiB cost time, see
+// docs/performance.md.
 void reserve(std::string& text, std::size_t size) {
     constexpr std::uintptr_t page = 4096;
     constexpr std::size_t large = std::size_t{4} << 20;

@@ -9,13 +9,13 @@ namespace kiri::tov {
 
 namespace {
 
-/// Where the bracket of a bit name's index opens; npos when `name` is not a bit name.
+/// Returns where the bracket of a bit name's index opens; npos if `name` is no bit name.
 std::size_t indexBracket(std::string_view name) {
     if (name.empty() || name.back() != ']') return std::string_view::npos;
     std::size_t const close = name.size() - 1;
     std::size_t first = close;
     while (first > 0 && name[first - 1] >= '0' && name[first - 1] <= '9') --first;
-    // Before the first digit stand the bracket and a base of at least one character.
+    // The bracket and a base of at least one character precede the first digit.
     bool const isBit = first < close && first >= 2 && name[first - 1] == '[';
     return isBit ? first - 1 : std::string_view::npos;
 }

@@ -6,7 +6,7 @@
 
 namespace kiri::tov {
 
-/// A vector, gathered from the names of its bits: "data[0]" and "data[7]" give "data[7:0]". A bit name is a non-empty
+/// A vector, gathered from the names of its bits: "data[7:0]" from "data[0]" and "data[7]". A bit name is a non-empty
 /// base followed by decimal digits in brackets, so "m[1][2]" is bit 2 of "m[1]".
 // Its destructor is not virtual: a bus is destroyed through its port or net.
 // NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
@@ -28,11 +28,11 @@ public:
     int low() const { return low_; }
     int high() const { return high_; }
 
-    /// The base of a bit name, whose index goes to `index` unless that is null; an index beyond `int` gives 0. Any
-    /// other name is returned as it is, and `index` is left alone.
+    /// Returns the base of a bit name and stores its index to `index` unless that is null, 0 for an index beyond `int`.
+    /// Returns any other name as it is, and leaves `index` alone.
     static std::string getBusName(std::string const& name, int* index);
 
-    /// Whether `name` is a bit name; only then is its base stored to `baseName`, unless that is null.
+    /// Returns whether `name` is a bit name; only then stores its base to `baseName`, unless that is null.
     static bool isBusType(std::string const& name, std::string* baseName);
 
     /// Whether the base of `name` is this bus's. A name without index is compared whole: "data" belongs to "data".
@@ -50,7 +50,7 @@ private:
     int high_ = -1;
 };
 
-/// A vector of ports or pins; stands in the same list as its bits and belongs to it.
+/// A vector of ports or pins; is in the same list as its bits, which owns it.
 class TOVENG_API TovBusPortNode : public TovBusNode, public TovPortNode {
 public:
     /// Starts the bus at the bit `name`.
@@ -60,7 +60,7 @@ public:
     std::string name() const override;
 };
 
-/// A vector of nets; stands in the same list as its bits and belongs to it.
+/// A vector of nets; is in the same list as its bits, which owns it.
 class TOVENG_API TovBusNetNode : public TovBusNode, public TovNetNode {
 public:
     /// Starts the bus at the bit `name`.

@@ -31,11 +31,11 @@ public:
 
     /// Replaces the design by the dump at `path`. Returns false and leaves the design empty when the file cannot be
     /// opened or its root element is not `top`. A dump that is cut short, not well formed or has an unexpected child of
-    /// `top` gives true and what stands before that place. On std::bad_alloc the design is empty.
+    /// `top` returns true and leaves what comes before that place. std::bad_alloc leaves the design empty.
     bool load(char const* path);
 
-    /// The same; calls `progress` meanwhile, unless it is empty. If it returns false, the load stops, the result is
-    /// false and the design is empty; if it throws, the design is empty and the exception goes on. The call where
+    /// The same; calls `progress` meanwhile, unless it is empty. If it returns false, stops, returns false and leaves
+    /// the design empty; if it throws, leaves the design empty and rethrows. The call where
     /// `read` is `size` comes once, and only when the whole dump was read and used.
     ///
     /// `error`, unless null, becomes empty when the dump was read whole, and else one line that says why not, in UTF-8
@@ -50,7 +50,7 @@ public:
 
     /// Each query replaces `out` and returns its length. An empty design returns 0 and leaves `out` alone, as does
     /// std::bad_alloc: a list that was filled before the design was loaded again still holds the deleted nodes. Entries
-    /// are in file order; a bus stands after its first bit.
+    /// are in file order; a bus follows its first bit.
     std::size_t getPorts(std::list<TovPortNode*>& out) const;  ///< ports of the design
     std::size_t getPins(std::list<TovPortNode*>& out) const;   ///< ports of the cells, cell by cell
     std::size_t getNets(std::list<TovNetNode*>& out) const;    ///< nets of the design, then of the cells

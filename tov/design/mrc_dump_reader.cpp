@@ -12,7 +12,7 @@
 #include "tov/io/error_text.h"
 #include "tov/io/file.h"
 
-// The dump, with the attributes that are read; whatever else stands in it is skipped with its content.
+// The dump, with the attributes that are read; anything else in it is skipped with its content.
 //
 // clang-format off
 //   document = top                                 any other root fails the load
@@ -52,7 +52,7 @@ std::string latin1Attribute(QXmlStreamAttributes const& attributes, QStringView 
     return latin1;
 }
 
-/// An attribute each of whose texts stands for a value. Any other text, or none, gives `fallback`.
+/// An attribute whose texts are the names of values. Any other text, or none, decodes to `fallback`.
 template <class Value>
 struct EnumAttribute {
     struct Word {

@@ -26,7 +26,7 @@ public:
 
     /// Reads the dump at `path`. Returns false when the file cannot be opened, and when the root element is not `top`;
     /// errorString() then names the tag and its place. Returns true in every other case: a dump that is cut short, not
-    /// well formed or has an unexpected child of `top` leaves what stands before that place. std::bad_alloc passes
+    /// well formed or has an unexpected child of `top` leaves what comes before that place. std::bad_alloc passes
     /// through, and the tree holds what was read so far. However it ends, the reader has no device afterwards.
     TOVENG_API bool doRead(char const* path);
 

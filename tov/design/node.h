@@ -31,7 +31,7 @@ enum TovObjType : int {
 /// Kind of a cell instance. Callers compare the numbers.
 enum CELL_TYPE : int { CELL_OTHER = 0, CELL_COMB = 1, CELL_REG = 2, CELL_SEQ = 3, CELL_PAD = 4 };
 
-/// One object of a design. It belongs to the cell or top node in whose list it stands. Nodes do not change once their
+/// One object of a design. It belongs to the cell or top node in whose list it is. Nodes do not change once their
 /// design is loaded; any number of threads may read them as long as none destroys the design.
 class TOVENG_API TovNode {
 public:
@@ -42,7 +42,7 @@ public:
     TovNode& operator=(TovNode const&) = delete;
 
     /// The name within the whole design: the parent's hierarchy name, `separator` and `name()`. Only this last joint
-    /// takes the caller's separator; whatever stands above it is joined by '/'.
+    /// takes the caller's separator; everything above it is joined by '/'.
     virtual std::string hierachyName(char separator) const;
 
     /// Writes the node to standard output, flushing each line. For diagnosis.

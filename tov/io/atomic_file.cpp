@@ -18,7 +18,7 @@ namespace {
 
 constexpr char notRegular[] = "not a regular file";
 
-/// A file's place: the folder and the name in it.
+/// The place of a file: the folder and the name in it.
 struct Place {
     std::string folder;
     std::string name;
@@ -28,10 +28,10 @@ struct Place {
     }
 };
 
-// The place of the file to which symbolic links lead, whether it exists or not.
+// Returns the place of the file to which symbolic links lead, whether it exists or not.
 Place followLinks(char const* path) {
     Place place{path};
-    constexpr int linksOfOnePath = 40;  // as the system has it
+    constexpr int linksOfOnePath = 40;  // the system's own limit
     for (int links = 0; links < linksOfOnePath; ++links) {
         char target[PATH_MAX];
         ssize_t const size = ::readlink((place.folder + place.name).c_str(), target, sizeof target);
@@ -62,7 +62,7 @@ bool synchroniseFolder(File const& folder) {
     return opensAlone || errno == EINVAL || errno == ENOTSUP;
 }
 
-/// The status of a file, or that there is none.
+/// The status of a file, if there is one.
 struct Status {
     bool exists;
     struct stat info;
@@ -80,7 +80,7 @@ public:
 
     /// Finds the file and its rights. Returns why it cannot be replaced, in one line; "" if it can.
     std::string find() {
-        // Other programs may replace the file meanwhile, which calls for another look.
+        // Other programs may replace the file meanwhile: then look again.
         constexpr int looks = 1000;
         for (int i = 0; i < looks; ++i) {
             bool settled = true;
@@ -98,7 +98,7 @@ public:
 private:
     // One look. It is settled if the path leads to the same file before and after.
     std::string look(bool& settled) {
-        // As long as the file is open, no other one has its number.
+        // While the file is open, no other one gets its inode number.
         File const file = openFile(path_, O_PATH);
         if (!file.isOpen() && errno != ENOENT) return systemText(errno);
         Status before{file.isOpen(), {}};
@@ -120,7 +120,7 @@ private:
         Status found{};
         int const folder = folder_.descriptor();
         found.exists = ::fstatat(folder, name(), &found.info, AT_SYMLINK_NOFOLLOW) == 0;
-        // A file without a name of its own, as an open one that was deleted, cannot be replaced.
+        // A file without a name of its own, such as an open one that was deleted, cannot be replaced.
         if (!(found == expected)) return notRegular;
         if (!found.exists) return {};
         if (::faccessat(folder, name(), W_OK, AT_EACCESS) != 0) return systemText(errno);
@@ -134,10 +134,10 @@ private:
     FileRights rights_;
 };
 
-// The new file is whole and has its rights before it has the name.
+// Write the text and set the rights before the file gets the name.
 std::string fill(TemporaryFile& file, Target const& target, std::string_view text) {
     if (!file.write(text)) return systemText(errno);
-    // After the text, as writing takes some rights away.
+    // After the text: writing clears some of the rights.
     std::string why = target.exists() ? target.rights().giveTo(file.file()) : std::string();
     if (!why.empty()) return why;
     return synchronise(file.file()) ? std::string() : systemText(errno);

@@ -5,14 +5,14 @@
 
 namespace kiri::tov {
 
-/// What a stopped load tells.
+/// The error of a stopped load.
 inline constexpr char stoppedText[] = "The caller stopped the load";
 
-/// The system's words for an errno, in English whatever the locale is.
+/// Returns the system's text for an errno, in English whatever the locale is.
 std::string systemText(int error);
 
-/// A text as users get it: one line of UTF-8, at most 1,000 bytes. Control characters and what is no UTF-8 become "?".
-/// The middle of a longer text is left out.
+/// Returns a text for users: one line of UTF-8, at most 1,000 bytes. Control characters and invalid UTF-8 become "?".
+/// Leaves out the middle of a longer text.
 std::string errorText(std::string_view text);
 
 }  // namespace kiri::tov

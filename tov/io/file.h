@@ -32,13 +32,13 @@ private:
 // A path's bytes go to the system as they are, whatever the locale is. A null path names nothing (ENOENT). No other
 // program inherits an open file. Where a function fails, the reason is in errno.
 
-/// Whether something exists at `path`.
+/// Returns whether something exists at `path`.
 bool exists(char const* path);
 
 /// Opens a file with the flags of open(2).
 File openFile(char const* path, int flags);
 
-/// Opens a file for reading; a directory is refused (EISDIR).
+/// Opens a file for reading; refuses a directory (EISDIR).
 File openForReading(char const* path);
 
 /// Opens a file for writing: makes it if there is none, and empties it if there is one.

@@ -16,7 +16,7 @@ namespace {
 
 constexpr char accessList[] = "system.posix_acl_access";
 
-// Puts what `call` writes to a buffer into `value`. Without a buffer, `call` returns the size that it needs.
+// Stores what `call` writes to a buffer into `value`. Without a buffer, `call` returns the size that it needs.
 template <class Call>
 bool readValue(std::string& value, Call call) {
     for (;;) {
@@ -35,8 +35,8 @@ std::string refusalOf(std::string_view name) {
     return "its " + what + " cannot be kept: " + why;
 }
 
-// The bits that a file keeps whose group is another one. Its members have no more than the old group and all others
-// had; nor have all others, to whom the old group's members belong now.
+// Returns the bits for a file with another group. The members of that group and all others, who now include the old
+// group's members, get only what both the old group and all others had.
 mode_t withoutGroup(mode_t mode) {
     mode_t const shared = mode & (mode >> 3U) & S_IRWXO;
     return (mode & ~static_cast<mode_t>(S_ISGID | S_IRWXG | S_IRWXO)) | shared << 3U | shared;
@@ -70,7 +70,7 @@ bool FileRights::hasAccessList() const {
 
 std::string FileRights::giveTo(File const& file) const {
     int const fd = file.descriptor();
-    // A process may be allowed to set the group alone. The status shows what came of it.
+    // A process may be allowed to set the group alone. The status shows what was set.
     int const results[] = {::fchown(fd, static_cast<uid_t>(-1), status_.st_gid),
                            ::fchown(fd, status_.st_uid, static_cast<gid_t>(-1))};
     static_cast<void>(results);

@@ -9,15 +9,15 @@
 
 namespace kiri::tov {
 
-/// Who may do what with a file: owner, group, permission bits, access list and other extended attributes.
+/// The rights of a file: owner, group, permission bits, access list and other extended attributes.
 class FileRights {
 public:
-    // Each returns why it fails, in one line; "" if it works.
+    // Each returns why it fails, in one line; "" on success.
 
-    /// Takes the rights of the file at `path`, whose status is `status`.
+    /// Reads the rights of the file at `path`, whose status is `status`.
     std::string read(std::string const& path, struct stat const& status);
 
-    /// Gives the rights to a file that the process has made. It never gets a right that is not among them: where the
+    /// Sets the rights of a file that the process has made. It never gets a right that is not among them: where the
     /// group cannot be set, another group has what both the old group and all others had.
     std::string giveTo(File const& file) const;
 

@@ -17,13 +17,13 @@ public:
     explicit LineReader(File const& file, ProgressMeter* meter = nullptr);
 
     /// Puts the next line, without its line feed, into `line`; a NUL byte follows it. The view lives until the next
-    /// call. False at the end, and where the meter stops the load.
+    /// call. Returns false at the end, and where the meter stops the load.
     bool next(std::string_view& line);
 
-    /// The number of lines that next() has returned.
+    /// Returns how many lines next() has returned.
     std::size_t number() const { return number_; }
 
-    /// The errno of a read that failed; 0 if none did.
+    /// Returns the errno of a failed read; 0 if none failed.
     int error() const { return error_; }
 
 private:

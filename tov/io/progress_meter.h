@@ -8,13 +8,13 @@
 
 namespace kiri::tov {
 
-/// Counts the bytes of a load and calls the caller's function from time to time.
+/// Counts the bytes of a load and calls the caller's function at intervals.
 class ProgressMeter {
 public:
     /// `progress` outlives the meter; `size` is 0 where the file has none.
     ProgressMeter(TovProgress const& progress, std::uint64_t size);
 
-    /// Counts bytes that were read. False if the load is to stop.
+    /// Counts bytes that were read. Returns false if the callback cancels the load.
     bool add(std::size_t bytes) noexcept {
         read_ += bytes;
         return read_ < next_ || report();
@@ -23,10 +23,10 @@ public:
     /// Reports that the file was read and used to its end. Returns false if the callback cancels even now.
     bool finish() noexcept;
 
-    /// Whether the function asked for a stop, by its result or by an exception.
+    /// Returns whether the callback cancelled the load, by its result or by an exception.
     bool stopped() const { return stopped_; }
 
-    /// Throws the exception that came out of the function, if one did.
+    /// Rethrows the exception of the callback, if it threw one.
     void rethrow() const {
         if (thrown_ != nullptr) std::rethrow_exception(thrown_);
     }

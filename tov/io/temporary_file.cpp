@@ -14,7 +14,7 @@ namespace kiri::tov {
 
 namespace {
 
-/// While it lives, a write beyond the size limit of the process gives an error and no signal, in this thread.
+/// While it lives, a write beyond the size limit of the process fails and raises no signal in this thread.
 class SizeLimitWithoutSignal {
 public:
     SizeLimitWithoutSignal() {
@@ -73,8 +73,8 @@ bool TemporaryFile::rename(char const* name) {
     return true;
 }
 
-/// Calls `make` with a new name until there is no file of that name yet; returns what it returned, and forgets the name
-/// if that is a failure.
+/// Calls `make` with new names until one is not in use; returns the last result, and clears the name if that is a
+/// failure.
 template <class Make>
 int TemporaryFile::makeName(Make make) {
     for (;;) {

@@ -8,7 +8,7 @@
 
 namespace kiri::tov {
 
-/// A new file that takes the place of another one in its folder, or goes with the object. Where a function fails, the
+/// A new file that replaces another one in its folder, or is deleted with the object. Where a function fails, the
 /// reason is in errno.
 class TemporaryFile {
 public:
@@ -21,14 +21,14 @@ public:
     TemporaryFile(TemporaryFile const&) = delete;
     TemporaryFile& operator=(TemporaryFile const&) = delete;
 
-    /// False if it could not be made.
+    /// Returns false if the file could not be made.
     bool isOpen() const { return file_.isOpen(); }
     File const& file() const { return file_; }
 
-    /// Appends a text; beyond the size limit of the process that fails, and its signal does not come.
+    /// Appends a text; beyond the size limit of the process that fails and raises no signal.
     bool write(std::string_view text);
 
-    /// Gives an unnamed file the name that rename() needs. False where the system cannot.
+    /// Links an unnamed file to the name that rename() needs. Returns false where the system cannot.
     bool giveName();
 
     /// Replaces the file `name` of the folder, or makes it.

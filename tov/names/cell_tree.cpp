@@ -114,7 +114,8 @@ void CellTreeBuilder::growSlots() {
     slots_.swap(slots);
 }
 
-/// Numbers the nodes as the tree has them, and gives it them without their cells. Returns the new number of each node.
+/// Numbers the nodes as the tree has them, and moves them there without their cells. Returns the new number of each
+/// node.
 std::vector<CellTree::Id> CellTreeBuilder::sortNodes(CellTree& tree) {
     std::vector<std::uint32_t> ends(nodes_.size());  // of each node's children in `children`
     for (Id node = 1; node < nodes_.size(); ++node) ++ends[nodes_[node].parent];

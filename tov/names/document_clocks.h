@@ -13,7 +13,7 @@ class TovCmd;
 /// The clocks that the commands of a document define.
 class DocumentClocks {
 public:
-    /// Takes the clock that a command defines, if it does; std::bad_alloc changes nothing. The command stays until it
+    /// Adds the clock that a command defines, if any; std::bad_alloc changes nothing. The command stays until it
     /// is removed, and counts while it is enabled.
     void add(TovCmd& cmd);
     void remove(TovCmd const& cmd);

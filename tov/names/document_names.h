@@ -20,7 +20,7 @@ class TovCmd;
 //     for (TovNameUse const& use : join.missing()) warn(use.cmd->toSaveString(&document), use.word);
 //     for (TovCmd* cmd : join.commandsOf(*node)) show(*cmd);
 //
-// An editor tells of each change: remove(cmd), then the change, then add(cmd). docs/names.md has the rules.
+// An editor reports each change: remove(cmd), then the change, then add(cmd). docs/names.md has the rules.
 
 /// A word by which a command refers to objects. Later releases may add fields at the end: only the library makes these.
 struct TovNameUse {
@@ -37,10 +37,10 @@ struct TovNameUse {
 /// the clocks that enabled commands of the document define, wherever they are: by their names, in which patterns are
 /// matched as one text.
 ///
-/// The document and the index outlive the join, and what holds for the index's design holds here. The join knows the
-/// commands as they were when it was made, or when add() told of them; it must hear of each that is about to leave the
-/// document or to change, or of a whole load by being made anew. Whether a command is enabled is looked up at each
-/// question. A join is used by one thread at a time, the one that uses the document; several joins may share one index.
+/// The document and the index must outlive the join, with the index's conditions on the design. The join knows the
+/// commands as they were when it was made, or when add() reported them; the caller must report each that is about to
+/// leave the document or to change, and make the join anew after a load. Each question looks up whether a command is
+/// enabled. A join is used by one thread at a time, the one that uses the document; several joins may share one index.
 /// Any call may throw std::bad_alloc: a command that add() failed for is unknown then, and nothing else changed.
 class TOVENG_API TovDocumentNames {
 public:
@@ -50,29 +50,28 @@ public:
     TovDocumentNames(TovDocumentNames const&) = delete;
     TovDocumentNames& operator=(TovDocumentNames const&) = delete;
 
-    /// Returns the words of a command as it is now, of the document or not: each role, type and word once, in the order
-    /// of writing. Left out is what cannot be judged: what is no name (see TovDesignNames::isName), a query with
+    /// Returns the words of a command as it is now, in the document or not: each role, type and word once, in the order
+    /// of writing. Leaves out what cannot be judged: what is no name (see TovDesignNames::isName), a query with
     /// -of_objects, -filter, -regexp or -nocase, and a word that holds '$' and stands for nothing. An attribute has
     /// none.
     std::vector<TovNameUse> usesIn(TovCmd& cmd) const;
 
-    /// Returns the uses that stand for nothing in the enabled commands, in the order of writing. Equal words are looked
-    /// up once in the life of the join.
+    /// Returns the uses that stand for nothing in the enabled commands, in the order of writing. Looks up equal words
+    /// once in the life of the join.
     std::vector<TovNameUse> missing() const;
 
-    /// The same of one command as it is now, enabled or not, of the document or not.
+    /// The same for one command as it is now, enabled or not, in the document or not.
     std::vector<TovNameUse> missingIn(TovCmd& cmd) const;
 
     /// Returns the commands that refer to the node, enabled or not, in the order of writing. Commands that define a
     /// clock do not refer to a clock of the design with its name.
     std::vector<TovCmd*> commandsOf(TovNode const& node) const;
 
-    /// Tells that a command came into the document, or that one which remove() was told of has changed. The cost is
+    /// Reports a command that came into the document, or that changed after remove(). The cost is
     /// that of the command alone: answers for others, which a clock definition may change, follow at the next question.
     void add(TovCmd& cmd);
 
-    /// Tells that a command is about to leave the document or to change. Of an unknown command it does nothing. Does
-    /// not throw.
+    /// Reports a command that is about to leave the document or to change; ignores an unknown one. Does not throw.
     void remove(TovCmd& cmd);
 
 private:

@@ -33,7 +33,7 @@ public:
     unsigned distance(Row const& row) const;
 
     /// Calls `visit(i, row)` for each of `count` texts that a nearer text may begin with. `textOf(i)` must be in byte
-    /// order; those that begin alike are compared up to there once, and those too far are passed over together.
+    /// order; those that begin alike are compared up to there once, and those too far are skipped together.
     template <class TextOf, class Visit>
     void walk(Row const& start, std::size_t count, TextOf textOf, Visit visit) const;
 

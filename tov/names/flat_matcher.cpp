@@ -37,7 +37,7 @@ FlatMatcher::FlatMatcher(NameWord const& word)
     if (marks[0] == '*') set(start_, 1);
 }
 
-/// A symbol that fits leads to the next one, a '*' also stays; and what is before a '*' is after it too.
+/// A symbol that fits leads to the next one, a '*' also stays, and may match nothing.
 void FlatMatcher::advance(State& state, unsigned char byte) const {
     std::uint64_t const* const fitting = fitting_.data() + row_[byte] * size_;
     std::uint64_t carried = 0;

@@ -10,8 +10,8 @@
 
 namespace kiri::tov::impl_detail {
 
-/// Matches a word with a text that comes in pieces, in which '*' and '?' stand for separators too. What the pieces so
-/// far allow is a state, so that texts that begin alike are matched once up to where they part.
+/// Matches a word with a text that comes in pieces, in which '*' and '?' match separators too. The pieces so
+/// far lead to a state, so that texts that begin alike are matched once up to where they part.
 class FlatMatcher {
 public:
     /// Bit i: the first i symbols of the word fit the text so far. Copies reuse their memory.

@@ -26,7 +26,7 @@ struct TovCheckOptions {
 /// False if the file cannot be opened or read to its end, or if `options.progress` stopped the check. `findings` then
 /// has what was found so far, and `error`, unless null, says why in one line of UTF-8: the system's words, or "The
 /// caller stopped the load". In a stopped check a clock counts as missing only where no line that was read defines it.
-/// True empties `error`. std::bad_alloc and what `progress` throws come out, and both are as they were. Any number of
+/// True empties `error`. Throws std::bad_alloc and what `progress` throws; both are then as they were. Any number of
 /// threads may check at once, with one index or several.
 TOVENG_API bool checkTovFile(char const* path, TovCheckOptions const& options, std::vector<TovFinding>& findings,
                              std::string* error = nullptr);

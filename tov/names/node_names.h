@@ -11,7 +11,7 @@
 
 namespace kiri::tov::impl_detail {
 
-/// The names of one node, on which words are tried: it fits the words by which TovDesignNames::find finds it. Each word
+/// The names of one node, to compare words with: it fits the words by which TovDesignNames::find finds it. Each word
 /// is a name, see TovDesignNames::isName.
 class NodeNames {
 public:

@@ -16,7 +16,7 @@ void makeRoom(Container& container, std::size_t more) {
     container.reserve(std::max(container.size() + more, container.size() + container.size() / 2));
 }
 
-// The type that stands for all which are looked for alike.
+// The one type for all types that are looked up alike.
 taDciObjTyp lookedForAs(taDciObjTyp type) {
     switch (type) {
         case taDciObjSourcePort:

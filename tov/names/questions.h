@@ -67,7 +67,7 @@ public:
     void reserve(std::size_t questions, std::size_t bytes);
     std::size_t bytes() const { return words_.size(); }
 
-    /// Gives back the memory that further questions would take.
+    /// Frees the memory reserved for further questions.
     void shrink();
 
 private:

@@ -101,7 +101,7 @@ private:
     std::vector<Word> words_;
 };
 
-/// Cuts an expression into words, and tells where its commands begin and end.
+/// Cuts an expression into words and finds where its commands begin and end.
 class ExpressionCursor {
 public:
     enum Token { end, word, opening, closing };
