@@ -56,7 +56,7 @@ void LevelSelection::addStep(Id node, std::size_t level) {
     steps_.push_back(step);
 }
 
-/// Whether the texts of the node and its ancestors fit the levels from `level` up to `first`.
+/// Returns whether the texts of the node and its ancestors fit the levels from `level` up to `first`.
 bool LevelSelection::fitsUpwards(Id node, std::size_t level, std::size_t first) const {
     for (; word_.fitsLevel(level, tree_.text(node)); --level) {
         if (level == first) return true;

@@ -8,7 +8,7 @@
 #include "tov/names/flat_matcher.h"
 #include "tov/names/name_word.h"
 
-// Walks over those nodes of a cell tree that a word allows. Each next() returns a node, or CellTree::none at the end.
+// Walks over the nodes of a cell tree that a word may match. Each next() returns a node, or CellTree::none at the end.
 // The tree, the word and the matcher must outlive the walk.
 
 namespace kiri::tov::impl_detail {
@@ -48,9 +48,9 @@ class FlatSelection {
 public:
     FlatSelection(CellTree const& tree, FlatMatcher const& matcher);
     CellTree::Id next();
-    /// What the path of the last node allows.
+    /// The matcher's state after the path of the last node.
     FlatMatcher::State const& state() const { return states_[ranges_.size()]; }
-    /// Leaves out what is below the last node.
+    /// Skips the descendants of the last node.
     void skipBelow() { current_ = CellTree::none; }
 
 private:

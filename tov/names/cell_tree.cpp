@@ -14,7 +14,7 @@ std::uint32_t hashOf(std::string_view text) {
     return static_cast<std::uint32_t>(std::hash<std::string_view>()(text));
 }
 
-/// Turns counts into the places where the items of each begin; there is one count more than items are counted by.
+/// Turns counts into the places where the items of each begin; the last count is one more, for the end.
 void sumUp(std::vector<std::uint32_t>& counts) {
     std::uint32_t sum = 0;
     for (std::uint32_t& count : counts) sum += std::exchange(count, sum);
@@ -47,7 +47,7 @@ CellTree::Range CellTree::withPrefix(Range siblings, std::string_view prefix) co
     return {static_cast<Id>(first - nodes_.begin()), static_cast<Id>(last - nodes_.begin())};
 }
 
-/// The items of all hashes with the first bits of this one.
+/// Returns the items of all hashes with the first bits of this one.
 CellTree::Span<std::uint64_t> CellTree::withHash(std::uint64_t hash) const {
     std::uint64_t const bits = hash >> hashShift_ >> 32U;
     return {byText_.data() + hashStarts_[bits], byText_.data() + hashStarts_[bits + 1]};
@@ -114,7 +114,7 @@ void CellTreeBuilder::growSlots() {
     slots_.swap(slots);
 }
 
-/// Numbers the nodes as the tree has them, and moves them there without their cells. Returns the new number of each
+/// Numbers the nodes in the order of the tree, and moves them there without their cells. Returns the new number of each
 /// node.
 std::vector<CellTree::Id> CellTreeBuilder::sortNodes(CellTree& tree) {
     std::vector<std::uint32_t> ends(nodes_.size());  // of each node's children in `children`

@@ -39,12 +39,12 @@ public:
     std::string_view text(Id node) const { return {nodes_[node].text, nodes_[node].size}; }
     Id parent(Id node) const { return nodes_[node].parent; }
 
-    /// The children of consecutive nodes.
+    /// Returns the children of consecutive nodes.
     Range children(Range nodes) const { return {nodes_[nodes.begin].firstChild, nodes_[nodes.end].firstChild}; }
     Range children(Id node) const { return children(Range{node, node + 1}); }
-    /// The child of that text, or none.
+    /// Returns the child of that text, or none.
     Id child(Id node, std::string_view text) const;
-    /// Of consecutive siblings, those whose text begins so.
+    /// Returns those of consecutive siblings whose text begins with a prefix.
     Range withPrefix(Range siblings, std::string_view prefix) const;
     /// Of consecutive nodes, those whose text has the hash of this text; few others do. The low half of an item is the
     /// node.

@@ -21,7 +21,7 @@ public:
     /// Takes the clock that a command defines now, if it does and is enabled.
     void addForGood(TovCmd& cmd);
 
-    /// Whether a word stands for any of the clocks.
+    /// Returns whether a word stands for any of the clocks.
     bool has(std::string const& word) const;
 
 private:

@@ -17,7 +17,7 @@
 
 namespace kiri::tov {
 
-// A nested class is exported with the class around it, unless it says otherwise.
+// A nested class is exported with the class around it, unless marked otherwise.
 class __attribute__((visibility("hidden"))) TovDocumentNames::Index {
 public:
     Index(TOV& document, TovDesignNames const& names, TovNameMatch match)
@@ -123,7 +123,7 @@ void TovDocumentNames::Index::remove(TovCmd const& cmd) {
     places_.erase(found);
 }
 
-// What removed commands left behind goes when it is a large part. Nothing throws once there is room for all.
+// Drops what removed commands left behind. Only the reservations may throw, and they come first.
 void TovDocumentNames::Index::dropUnused() {
     Questions questions;
     questions.reserve(questions_.size(), questions_.bytes());
@@ -149,7 +149,7 @@ void TovDocumentNames::Index::dropUnused() {
     unused_ = 0;
 }
 
-// A walk through the lists of 100,000 commands takes longer than all else in a question.
+// The walk through all lists is the most expensive part of a question.
 void TovDocumentNames::Index::putInOrder() {
     Entries ordered;
     ordered.reserve(places_.size());
@@ -162,7 +162,7 @@ void TovDocumentNames::Index::putInOrder() {
         auto const found = places_.find(&cmd);
         if (found != places_.end()) move(entries_[found->second]);
     });
-    // Those that are in no list yet.
+    // Commands that are in no list yet.
     std::for_each(entries_.begin(), entries_.end(), move);
     entries_.swap(ordered);
     isOrdered_ = true;
@@ -189,7 +189,7 @@ std::vector<TovNameUse> TovDocumentNames::Index::missingIn(TovCmd& cmd) {
     return uses;
 }
 
-// The entries with a use that is judged so, in the order of writing.
+// Returns the entries with a use for which `judge` is true, in the order of writing.
 template <class Judge>
 TovDocumentNames::Index::Entries TovDocumentNames::Index::entriesWith(Judge judge) {
     Entries found;

@@ -11,8 +11,8 @@
 
 namespace kiri::tov::impl_detail {
 
-/// Levenshtein's distance between a word and texts that begin alike, as far as it is at most `bound`: '.' equals '/'. A
-/// row holds the distances of what a text is so far from the beginnings of the word, near the diagonal alone.
+/// Levenshtein's distance between a word and texts with common beginnings, if it is at most `bound`: '.' equals '/'. A
+/// row holds the distances between the text so far and the beginnings of the word, near the diagonal alone.
 class EditDistance {
 public:
     static constexpr unsigned mostBound = 3;
@@ -25,11 +25,11 @@ public:
     EditDistance(std::string_view word, unsigned bound) : word_(word), bound_(bound) {}
 
     Row start() const;
-    /// The row for one byte more.
+    /// Returns the row for one byte more.
     Row next(Row const& row, char byte) const;
-    /// Whether every text that begins so is farther than the bound.
+    /// Returns whether every text that begins like this is farther than the bound.
     bool isTooFar(Row const& row) const;
-    /// The distance of the text so far, or more than mostBound if it is over the bound.
+    /// Returns the distance of the text so far, or more than mostBound if it is over the bound.
     unsigned distance(Row const& row) const;
 
     /// Calls `visit(i, row)` for each of `count` texts that a nearer text may begin with. `textOf(i)` must be in byte

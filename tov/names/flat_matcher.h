@@ -10,8 +10,8 @@
 
 namespace kiri::tov::impl_detail {
 
-/// Matches a word with a text that comes in pieces, in which '*' and '?' match separators too. The pieces so
-/// far lead to a state, so that texts that begin alike are matched once up to where they part.
+/// Matches a word against a text in pieces, in which '*' and '?' match separators too. The pieces so
+/// far lead to a state, so texts with a common beginning are matched once up to its end.
 class FlatMatcher {
 public:
     /// Bit i: the first i symbols of the word fit the text so far. Copies reuse their memory.
@@ -22,11 +22,11 @@ public:
 
     State const& start() const { return start_; }
     void advance(State& state, std::string_view text) const;
-    /// Whether no text that begins so fits.
+    /// Returns whether no text that begins like this fits.
     static bool isDead(State const& state);
-    /// Whether the text so far fits.
+    /// Returns whether the text so far fits.
     bool accepts(State const& state) const { return has(state, symbols_); }
-    /// Whether the text so far and `name` fit; `name` may be a bit.
+    /// Returns whether the text so far, continued by `name`, fits; `name` may be a bit.
     bool fits(State const& state, std::string_view name, bool hasBits, State& scratch) const;
 
 private:

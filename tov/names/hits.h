@@ -28,8 +28,8 @@ private:
     unsigned bits_ = 0;
 };
 
-/// Where a node is in the design; results are in the order of their places. The owner is 0 for the top node, else one
-/// more than the cell's number; the position counts within the owner's list.
+/// The place of a node in the design; results are in the order of their places. The owner is 0 for the top node, else
+/// one more than the cell's number; the position counts within the owner's list.
 constexpr std::uint64_t placeOf(NameKind kind, std::uint64_t owner, std::uint64_t position) {
     return std::uint64_t{static_cast<unsigned>(kind)} << 61U | owner << 29U | position;
 }
@@ -45,7 +45,7 @@ public:
     explicit Hits(bool firstOnly) : firstOnly_(firstOnly) {}
 
     void add(std::uint64_t place, TovNode const& node) { nodes_.push_back({place, &node}); }
-    /// Whether one node more would be of no use.
+    /// Returns whether no more nodes are needed.
     bool isEnough() const { return firstOnly_ && !nodes_.empty(); }
     bool isEmpty() const { return nodes_.empty(); }
     bool firstOnly() const { return firstOnly_; }
@@ -58,7 +58,8 @@ private:
     std::vector<PlacedNode> nodes_;
 };
 
-/// Whether the node is a bus, which no word stands for. Only a node whose plain name ends in an index can be one.
+/// Returns whether the node is a bus, which no word stands for. Only a node whose plain name ends in an index can be
+/// one.
 bool isBus(TovNode const& node);
 
 }  // namespace kiri::tov::impl_detail

@@ -18,7 +18,7 @@ namespace kiri::tov {
 
 namespace {
 
-/// Finds the names of a file that are missing. Clocks are judged at its end, which may define them.
+/// Finds the names of a file that are missing. Judges clocks at the end of the file, as later lines may define them.
 class NameChecker {
 public:
     NameChecker(TovDesignNames const& names, TovNameMatch match) : names_(names), match_(match) {}
@@ -33,7 +33,7 @@ public:
         }
     }
 
-    /// Adds what is missing to the findings of the lines, which are in the order of the lines.
+    /// Adds what is missing to the findings, which are in the order of the lines.
     void addTo(std::vector<TovFinding>& findings) {
         for (Questions::Id id = 0; id < questions_.size(); ++id) {
             Questions::Question const question = questions_[id];

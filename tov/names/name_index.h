@@ -12,7 +12,7 @@
 
 namespace kiri::tov::impl_detail {
 
-/// What is kept of a design's names. Pins and nets of cells are not: they are read in the lists of their cells.
+/// What the index keeps of a design's names. It reads the pins and nets of cells in the lists of their cells.
 class NameIndex {
 public:
     /// See the constructor of TovDesignNames.
@@ -37,7 +37,7 @@ private:
     void noteNames(TovCellNode const& cell, Nodes const& nodes);
 };
 
-/// The library that the hierarchy name of a cell shows; empty for none.
+/// Returns the library that the hierarchy name of a cell shows; empty for none.
 inline std::string_view shownLibrary(TovCellNode const& cell) {
     return cell.library() == "work" ? std::string_view() : std::string_view(cell.library());
 }

@@ -72,7 +72,7 @@ void NameSearch::findExact(NameKinds kinds) {
     }
 }
 
-/// Names that are equal, and bits that read as the word or are in its range. Equal names come before longer ones.
+/// Adds names that are equal, and bits that read as the word or are in its range. Equal names come before longer ones.
 void NameSearch::findExactAtTop(SortedNames const& names, bool hasBits) {
     auto const fits = [&](std::string_view name) { return word_.fitsFlat(name, hasBits); };
     std::string_view const text = word_.text();
@@ -100,7 +100,7 @@ void NameSearch::findExactBelow(NameKinds kinds, std::string_view library, std::
     if (library.empty() && kinds.has(NameKind::cell)) addSubtree(node);
 }
 
-/// The hierarchy names of a cell and of what is in it: the levels before `level` are those of library and name.
+/// Tries the hierarchy names of a cell and of what is in it: the levels before `level` are those of library and name.
 void NameSearch::findExactIn(NameKinds kinds, std::uint32_t number, std::string_view library, std::size_t level) {
     TovCellNode const& cell = *index_.cells[number];
     std::string_view arch = cell.arch();
@@ -117,7 +117,7 @@ void NameSearch::findExactIn(NameKinds kinds, std::uint32_t number, std::string_
     }
 }
 
-/// What is in a cell and has the levels from `level` on as its own name.
+/// Adds what is in a cell and has the levels from `level` on as its own name.
 void NameSearch::findExactOwn(NameKinds kinds, std::uint32_t cell, std::size_t level) {
     if (level == word_.levels() || word_.levels() - level > index_.mostLevels) return;
     addOwn(kinds, cell, [&](std::string_view name, bool bits) { return word_.fitsPath(level, name, bits); });
@@ -155,7 +155,7 @@ void NameSearch::findLocal(NameKinds kinds) {
     for (std::uint32_t cell = 0; cell < index_.cells.size(); ++cell) addOwn(kinds, cell, fitsLast);
 }
 
-/// The cells in any block that fits. Of blocks in one another the outermost has them all.
+/// Adds the cells in any block that fits. Of nested blocks the outermost has them all.
 void NameSearch::findLocalCells() {
     CellTree const& tree = index_.tree;
     if (!word_.isPattern()) {
@@ -175,7 +175,7 @@ void NameSearch::findLocalCells() {
     }
 }
 
-/// Pins by their last two levels: cell and pin, or both in the pin's own name.
+/// Adds pins by their last two levels: cell and pin, or both in the pin's own name.
 void NameSearch::findLocalPinsOfCells() {
     forEachCell(index_.tree, TextSelection(index_.tree, word_), hits_, [&](std::uint32_t cell) {
         addOwn(NameKind::pin, cell, [&](std::string_view name, bool bits) { return word_.fitsPath(1, name, bits); });

@@ -15,7 +15,7 @@ namespace kiri::tov::impl_detail {
 /// Finds the nodes of some kinds that a word stands for. Each rule for words is one function.
 class NameSearch {
 public:
-    /// Refers to all of them.
+    /// All arguments must outlive the search.
     NameSearch(NameIndex const& index, NameWord const& word, Hits& hits) : index_(index), word_(word), hits_(hits) {}
 
     void run(NameKinds kinds, TovNameMatch match);
@@ -34,7 +34,7 @@ private:
     void findLocalPinsOfCells();
     void findFlat(NameKinds kinds);
 
-    /// Adds those of the names that begin so and fit.
+    /// Adds the names with that beginning that fit.
     template <class Fits>
     void addFrom(SortedNames const& names, std::string_view prefix, Fits fits);
     /// Adds what is in a cell, of these kinds, and fits by its own name.

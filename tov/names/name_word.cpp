@@ -15,7 +15,7 @@ bool isBeyondAscii(char c) {
     return static_cast<unsigned char>(c) >= 0x80;
 }
 
-/// The bytes of a word that may be more than themselves.
+/// The bytes with a meaning of their own in a word.
 class SpecialBytes {
 public:
     constexpr SpecialBytes() : is_() {
@@ -34,21 +34,21 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-/// The number that `digits` are, or `beyondInt`.
+/// Returns the value of `digits`, or `beyondInt`.
 long numberOf(std::string_view digits) {
     long number = 0;
     for (char const c : digits) number = std::min(number * 10 + (c - '0'), beyondInt);
     return number;
 }
 
-/// Where the digits at the end of `text` begin.
+/// Returns where the digits at the end of `text` begin.
 std::size_t digitsAtEnd(std::string_view text) {
     std::size_t begin = text.size();
     while (begin > 0 && isDigit(text[begin - 1])) --begin;
     return begin;
 }
 
-/// Decodes one character of UTF-8 and takes it off `text`; none if it is not valid.
+/// Decodes one character of UTF-8 and removes it from `text`; returns none if it is not valid.
 std::optional<unsigned> takeCharacter(std::string_view& text) {
     constexpr unsigned least[] = {0, 0x80, 0x800, 0x10000};
     auto const first = static_cast<unsigned char>(text[0]);
@@ -118,7 +118,7 @@ NameWord::NameWord(std::string_view word) {
     findRange(lastEscape);
 }
 
-/// Adds a byte with its meaning. One '*' is as good as several.
+/// Adds a byte with its meaning. Of several '*' in a row only the first is kept.
 void NameWord::add(char byte, bool isEscaped) {
     if (isBeyondAscii(byte)) isAscii_ = false;
     if (isSeparator(byte)) endLevel();
@@ -183,7 +183,7 @@ std::size_t NameWord::leastSize() const {
     return wild.size() - static_cast<std::size_t>(std::count(wild.begin(), wild.end(), '*'));
 }
 
-// After a mismatch the last '*' takes one byte more.
+// After a mismatch the last '*' matches one byte more.
 bool NameWord::fitsWild(std::size_t begin, std::size_t end, std::string_view text) const {
     std::size_t p = begin;
     std::size_t star = std::string::npos;
@@ -205,7 +205,7 @@ bool NameWord::fitsWild(std::size_t begin, std::size_t end, std::string_view tex
     return p == end || (p + 1 == end && marks_[p] == '*');
 }
 
-/// Whether a text that ends in "]" fits as a bit. What the text also reads as are its first bytes.
+/// Returns whether a text that ends in "]" fits as a bit. What the text also reads as are its first bytes.
 bool NameWord::fitsAsBit(Part const& part, std::string_view text) const {
     Part const base{part.begin, std::min(part.end, rangeBegin_), std::min(part.wild, rangeBegin_)};
     if (!hasPrefix(base, text)) return false;

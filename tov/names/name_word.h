@@ -10,14 +10,14 @@
 
 namespace kiri::tov::impl_detail {
 
-/// A word of a constraint, taken apart: its levels, what of it is a wildcard, and the range of bits at its end.
+/// A word of a constraint, split into its parts: its levels, its wildcards, and the range of bits at its end.
 ///
 /// Where `hasBits` is true, a text "base[3]" also reads as "base", and the range "base[7:0]" fits it.
 class NameWord {
 public:
     explicit NameWord(std::string_view word);
 
-    /// The Latin-1 form of a word that is UTF-8. What Latin-1 does not have becomes a literal '?'.
+    /// Returns the Latin-1 form of a word that is UTF-8. What Latin-1 does not have becomes a literal '?'.
     NameWord latin1() const;
 
     bool isAscii() const { return isAscii_; }
@@ -37,7 +37,7 @@ public:
     /// The bytes before the first wildcard of text(), or of a level.
     std::string_view prefix() const { return textOf(0, whole_.wild); }
     std::string_view prefix(std::size_t level) const { return textOf(levels_[level].begin, levels_[level].wild); }
-    /// No shorter path fits.
+    /// A lower bound for the size of the paths that fit.
     std::size_t leastSize() const;
 
     /// Whether the word ends in a range; `rangeBegin()` is where it begins in text().
@@ -45,13 +45,13 @@ public:
     std::size_t rangeBegin() const { return rangeBegin_; }
     bool isInRange(long index) const { return low_ <= index && index <= high_; }
 
-    /// Whether a level of the word fits the level of a path.
+    /// Returns whether a level of the word fits the level of a path.
     bool fitsLevel(std::size_t i, std::string_view text) const { return fits(levels_[i], text); }
-    /// Whether the last level fits the last level of a path.
+    /// Returns whether the last level fits the last level of a path.
     bool fitsLast(std::string_view text, bool hasBits) const { return fitsBits(levels_.back(), text, hasBits); }
-    /// Whether the levels from `first` on fit the levels of a path, one by one.
+    /// Returns whether the levels from `first` on fit the levels of a path, one by one.
     bool fitsPath(std::size_t first, std::string_view path, bool hasBits) const;
-    /// Whether the whole word fits the whole path as one text.
+    /// Returns whether the whole word fits the whole path as one text.
     bool fitsFlat(std::string_view path, bool hasBits) const { return fitsBits(whole_, path, hasBits); }
 
 private:
@@ -68,7 +68,7 @@ private:
     void endWord();
     void findRange(std::size_t lastEscape);
     std::string_view textOf(std::size_t begin, std::size_t end) const { return {bytes_.data() + begin, end - begin}; }
-    /// Whether a text begins with the bytes before the part's first wildcard.
+    /// Returns whether a text begins with the bytes before the part's first wildcard.
     bool hasPrefix(Part const& part, std::string_view text) const {
         std::size_t const size = part.wild - part.begin;
         return text.size() >= size && equalPaths(bytes_.data() + part.begin, text.data(), size);
@@ -96,10 +96,10 @@ private:
 };
 
 bool isUtf8BeyondAscii(std::string_view text);
-/// A text that is UTF-8 as Latin-1; each UTF-16 unit that Latin-1 does not have becomes '?'.
+/// Returns a text that is UTF-8 as Latin-1; each UTF-16 unit that Latin-1 does not have becomes '?'.
 std::string latin1Of(std::string_view text);
 
-/// A text "base[12]" taken apart. The base may be empty.
+/// A text "base[12]", split. The base may be empty.
 struct BitName {
     std::string_view base;
     long index;  // above INT_MAX for numbers that are no int

@@ -91,7 +91,7 @@ void NearestName::compareOwn(EditDistance const& distance, Nodes const& nodes, E
     }
 }
 
-/// Keeps the node if it is nearer, or as near and before in byte order. An empty path is that of the node.
+/// Keeps the node if it is nearer, or equally near and earlier in byte order. An empty `path` is looked up.
 void NearestName::offer(unsigned distance, TovNode const& node, std::string path) {
     if (distance > distance_ || distance > EditDistance::mostBound) return;
     std::string name = nameOf(node);

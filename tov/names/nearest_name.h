@@ -16,9 +16,9 @@ class NearestName {
 public:
     NearestName(NameIndex const& index, NameKinds kinds) : index_(index), kinds_(kinds) {}
 
-    /// Compares all names with a word, of which only those at most `bound` away count.
+    /// Compares all names with a word; ignores those more than `bound` away.
     void compare(std::string_view word, unsigned bound);
-    /// The nameOf() of the nearest node so far; empty if there is none.
+    /// Returns the nameOf() of the nearest node so far; empty if there is none.
     std::string const& name() const { return name_; }
 
 private:

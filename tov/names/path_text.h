@@ -17,7 +17,7 @@ inline char pathByte(char c) {
     return c == '.' ? '/' : c;
 }
 
-/// Takes the first level off `rest`, which must have one. `rest` becomes null when it had no other.
+/// Removes the first level from `rest`, which must have one, and returns it. The last one leaves `rest` null.
 inline std::string_view takeLevel(std::string_view& rest) {
     auto const* const end = std::find_if(rest.begin(), rest.end(), isSeparator);
     auto const size = static_cast<std::size_t>(end - rest.begin());
@@ -26,14 +26,14 @@ inline std::string_view takeLevel(std::string_view& rest) {
     return level;
 }
 
-/// Where the last level of a path begins.
+/// Returns where the last level of a path begins.
 inline std::size_t lastLevelOf(std::string_view path) {
     std::size_t begin = path.size();
     while (begin > 0 && !isSeparator(path[begin - 1])) --begin;
     return begin;
 }
 
-/// Whether two texts of one size are equal as paths.
+/// Returns whether two texts of one size are equal as paths.
 inline bool equalPaths(char const* a, char const* b, std::size_t size) {
     for (std::size_t i = 0; i < size; ++i) {
         if (pathByte(a[i]) != pathByte(b[i])) return false;

@@ -12,7 +12,7 @@
 
 namespace kiri::tov {
 
-/// What the words of a document ask a design for. Equal questions are one; none is ever taken out.
+/// The questions that the words of a document ask of a design. Equal questions are one; none is ever removed.
 class Questions {
 public:
     using Id = std::uint32_t;
@@ -23,15 +23,15 @@ public:
         TovNameMatch match;
         std::string_view word;  ///< lives until the next question is put
 
-        /// Whether the clocks of a document may be meant, too.
+        /// Returns whether clocks of the document may be meant, too.
         bool mayBeClock() const { return type == taDciObjClock || type == taDciObjName; }
         bool isFoundIn(TovDesignNames const& names) const { return names.has(type, std::string(word), match); }
     };
 
-    /// What a word asks for, in a document whose words are matched by `match`.
+    /// Returns the question of a word, in a document whose words are matched by `match`.
     static Question of(ReferenceWord const& word, TovNameMatch match);
 
-    /// Returns the number of a question, which is put unless it is there.
+    /// Returns the number of a question; adds it unless it is there.
     Id put(Question const& question);
 
     /// Returns the number of a question; size() if it is not there.
@@ -42,7 +42,7 @@ public:
 
     Answer answer(Id id) const { return rows_[id].answer; }
     void setAnswer(Id id, Answer answer) { rows_[id].answer = answer; }
-    /// Whether the design has what is asked for; it is looked up unless the answer is known.
+    /// Returns whether the design has what the question asks for; looks it up unless the answer is known.
     bool isFoundIn(TovDesignNames const& names, Id id);
 
     /// Calls `visit(id)` for each question whose word may stand for something else than itself: a pattern, a range, an
@@ -63,7 +63,7 @@ public:
         }
     }
 
-    /// Makes room for so many questions with so many bytes in their words: putting them does not throw then.
+    /// Reserves room for that many questions with that many bytes in their words: adding them does not throw then.
     void reserve(std::size_t questions, std::size_t bytes);
     std::size_t bytes() const { return words_.size(); }
 

@@ -1,5 +1,5 @@
-// What the references of a command say. A query such as "[get_pins {a b}]" is a reference for each of its names. Any
-// other expression is kept as it was written, once for each of its words:
+// The words of a command's object references. A query such as "[get_pins {a b}]" is an object reference for each of its
+// names. Any other expression is kept as it was written, once for each of its words:
 //
 //   expression = { word | separator | command }
 //   command    = "[" expression "]"
@@ -225,7 +225,7 @@ bool isPlain(taDciObj const* object) {
     return object != nullptr && object->type == taDciObjName;
 }
 
-// Whether a list is what its first plain reference was read into: all references are said by that one then.
+// Returns whether the list is what `expression`, the name of its first plain object reference, reads as.
 bool isOneExpression(ppStlList<taDciObj*> const& list, char const* expression) {
     if (std::all_of(list.begin(), list.end(), isPlain)) return false;
     OwnedObjList read;
@@ -254,7 +254,7 @@ Words::Words(ppStlList<taDciObj*> const& list) {
             if (name.data() != previous.data() && name != previous) readPlain(name);
             previous = name;
         } else {
-            // Neighbours of one type are of one query: the name of an option counts for all of them.
+            // Neighbours of one type come from one query: an option among them counts for all.
             bool const isFirst = object->type != type;
             if (isFirst) query = begin(object->type);
             if (startsWith(name, "[")) {

@@ -17,7 +17,7 @@ struct ReferenceWord {
     bool isLocal;           ///< its query is hierarchical
 };
 
-/// Whether a word holds a variable, so that only a program knows what it stands for.
+/// Returns whether a word holds a variable, so that only a program knows what it stands for.
 inline bool holdsVariable(std::string_view word) {
     return word.find('$') != std::string_view::npos;
 }

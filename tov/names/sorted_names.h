@@ -26,7 +26,7 @@ public:
     void sort();
 
     Range all() const { return {nodes_.begin(), nodes_.end()}; }
-    /// Calls `visit(node)` for those whose name begins so, until it returns false.
+    /// Calls `visit(node)` for those with that beginning, until it returns false.
     template <class Visit>
     void visit(std::string_view prefix, Visit visit) const {
         for (Iterator at = lowerBound(prefix); at != nodes_.end() && beginsWith(*at, prefix); ++at) {
