@@ -18,7 +18,7 @@ void fuzz::run(std::string const& input) {
     auto const choice = static_cast<unsigned char>(input[0]);
     std::string const& keyword = keywords[choice % std::size(keywords)];
     std::string const text = input.substr(1, input.find_first_of("\r\n", 1) - 1);
-    // With the top bit nothing is between the keyword and the text.
+    // The top bit joins the keyword and the text without a blank.
     std::string const line = keyword + ((choice & 0x80) != 0 ? "" : " ") + text;
     try {
         std::string const enabled = fuzz::savedAgain(line);

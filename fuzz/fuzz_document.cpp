@@ -8,7 +8,7 @@ namespace {
 
 using namespace kiri::tov;
 
-// The check tells where a load ends.
+// The check finds where a load ends.
 void requireChecked(std::string const& path, bool loads) {
     std::vector<TovFinding> findings;
     fuzz::require(checkTovFile(path.c_str(), findings), "an existing file is checked");

@@ -1,5 +1,4 @@
-// Object expressions: the references that they give, with and without the types of a clock's source, and copies of
-// them.
+// Object expressions: their object references, with and without the types of a clock's source, and copies of them.
 
 #include "fuzz/fuzz.h"
 #include "tov/cmd/commands.h"

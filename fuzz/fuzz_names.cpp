@@ -1,6 +1,6 @@
-// A design and words: what the index finds, and what the rules find that are tried on one node after another. The input
-// is lines: c, p, n, k with the name of a cell, and of its pin, net or clock; before the first cell those of the top. l
-// and a are library and arch of the cells that follow. Any other line is a word.
+// A design and words: compares what the index finds with what the rules find, tried on one node after another. The
+// input is lines: c, p, n, k with the name of a cell, and of its pin, net or clock; before the first cell those of the
+// top. l and a are library and arch of the cells that follow. Any other line is a word.
 
 #include "fuzz/fuzz.h"
 #include "fuzz/name_rules.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 // The rules by which words find nodes, tried on one node after another: slow, and as close to
-// docs/names.md as code can be. The index is compared with it.
+// docs/names.md as code can be. The index is compared with them.
 
 #include <algorithm>
 #include <climits>
@@ -19,7 +19,7 @@ namespace name_rules {
 
 using namespace kiri::tov;
 
-/// A byte of a word. After a backslash it stands for itself.
+/// A byte of a word. A byte after a backslash is literal.
 struct Symbol {
     char byte;
     bool isEscaped;
@@ -149,7 +149,7 @@ inline std::optional<Symbols> latin1Of(Symbols const& level) {
     return latin1;
 }
 
-/// The word with the range at its end taken off; none if there is none.
+/// Returns the word without the range at its end; none if there is no range.
 inline std::optional<Word> withoutRange(Word word) {
     Symbols& last = word.levels.back();
     std::string text;
@@ -222,7 +222,7 @@ inline bool fitsLevels(Word const& word, Levels const& path, Kind kind, TovNameM
     return std::equal(word.levels.begin(), word.levels.end(), path.end() - static_cast<std::ptrdiff_t>(size), fits);
 }
 
-/// The path without the index at its end; none if it is no bit.
+/// Returns the path without the index at its end; none if it is no bit.
 inline std::optional<Levels> withoutIndex(Levels path, unsigned long* index = nullptr) {
     std::string& last = path.back();
     std::size_t const open = last.rfind('[');
@@ -286,7 +286,7 @@ inline std::vector<TovNode const*> find(std::vector<Candidate> const& candidates
     return nodes;
 }
 
-/// A text as Latin-1, if it is UTF-8.
+/// Returns a text as Latin-1, if it is UTF-8.
 inline std::string latin1Of(std::string const& text) {
     Symbols symbols;
     for (char const c : text) symbols.push_back({c, false});

@@ -31,7 +31,7 @@ inline std::string savedAgain(std::string const& text) {
 
 /// Follows a text through reading and saving, `next`, until it no longer changes. A text of plain names is settled
 /// when it was saved twice. Each reading takes one layer of quotes or braces off any other name, so that such a text
-/// takes longer, but it settles as well: all but a clock group, which may repeat its words at each saving.
+/// takes longer, but it settles as well, except for a clock group, which may repeat its words at each save.
 template <class Next>
 void requireSettled(std::string const& first, Next next) {
     constexpr int patience = 40;

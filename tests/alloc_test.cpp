@@ -20,7 +20,7 @@
 
 namespace {
 
-long live = 0;              // blocks handed out and not given back
+long live = 0;              // blocks allocated and not freed
 std::size_t liveBytes = 0;  // and their size
 std::size_t peakBytes = 0;
 long untilFailure = 0;  // counts down to the allocation that fails; 0: none
@@ -106,7 +106,7 @@ void sweep(std::function<void()> const& scenario, long first = 1) {
     EXPECT_GT(failing, first + 1) << "nothing failed";
 }
 
-// Tells a load to go on, and needs memory for that.
+// Lets a load continue, and needs memory for that.
 bool allocate(std::uint64_t read, std::uint64_t) {
     return std::string(99, 'x').size() > read % 2;
 }
@@ -150,7 +150,7 @@ TEST(Alloc, Documents) {
     }
 }
 
-// A document is read whole or is empty, for a line that is refused too.
+// A document is read whole or is empty, also where a line is refused.
 TEST(Alloc, Reads) {
     support::TempDir const dir;
     for (std::string const last : {"c", "create_clock -waveform"}) {

@@ -50,7 +50,7 @@ std::string content(TovTopNode const& top) {
            text(top.views(), top) + text(top.rams(), top) + text(top.roms(), top) + text(top.mults(), top);
 }
 
-/// What a dump gives: the top node and all below it, or "false" and the error text.
+/// Returns the tree of a dump: the top node and all below it, or "false" and the error text.
 std::string read(std::string const& dump, int entityLimit = 0) {
     support::TempDir const dir;
     TovTopNode top("", "", "", "work");

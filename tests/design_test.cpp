@@ -17,7 +17,7 @@ namespace {
 template <class Node>
 using Query = std::size_t (TovDesign::*)(std::list<Node*>&) const;
 
-/// What a query gives into a list of one null: " | ", the length and the names.
+/// Runs a query into a list of one null; returns " | ", the length and the names.
 template <class Node>
 std::string answer(TovDesign const& design, Query<Node> query) {
     std::list<Node*> out(1);

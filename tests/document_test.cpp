@@ -47,7 +47,7 @@ TEST(Document, ListsAreTheCallersToEdit) {
     for (int type : {-1, 0, 11, 99}) {
         EXPECT_EQ(TOV().getTovCmdList(static_cast<TOVCMD_TYPE>(type)), nullptr);
     }
-    // An empty line is not written, and null entries are passed over.
+    // An empty line is not written, and null entries are skipped.
     struct Silent : TovCmdMaxDelay {
         using TovCmdMaxDelay::TovCmdMaxDelay;
         std::string toSaveString(TOV*) override { return {}; }

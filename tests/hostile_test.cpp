@@ -1,4 +1,4 @@
-// Content that nobody wishes for, on small stacks and under a decimal comma.
+// Hostile content, on small stacks and with a decimal comma.
 
 #include <gtest/gtest.h>
 #include <pthread.h>

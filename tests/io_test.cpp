@@ -17,7 +17,7 @@ using support::TempDir;
 
 constexpr char emptyDump[] = "<top/>";
 
-// What TOV::read and TovDesign::load tell of a path while system calls fail; "" for a whole file.
+// Returns the errors of TOV::read and TovDesign::load for a path while system calls fail; "" for a whole file.
 std::string errorOf(std::string const& path, bool asDump, std::map<std::string, calls::Plan> plans = {}) {
     std::string error = "old error";
     TovDesign design;
@@ -122,7 +122,7 @@ TEST_F(Io, MakesFilesAsTheMaskSays) {
     }
 }
 
-// The call that tells of the whole file comes when all of it is used, and only then.
+// The call that reports the whole file comes when all of it is used, and only then.
 TEST_F(Io, TellsTheEndOnce) {
     std::string const comments(24'576, '\n');
     std::string const path = support::write(dir / "in", comments.substr(4) + "last");

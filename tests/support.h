@@ -55,7 +55,7 @@ struct Row {
     std::string place;  ///< its table and line
 };
 
-/// The rows of a table in data/, whose README.md tells how they are written.
+/// The rows of a table in data/, whose README.md has their form.
 inline std::vector<Row> rowsOf(std::string const& table) {
     std::vector<Row> rows;
     std::ifstream file(TEST_DATA "/" + table);

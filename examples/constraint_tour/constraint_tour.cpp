@@ -1,4 +1,4 @@
-// Tells what of a constraint file a save does not keep, shows what is in it, edits it, saves it, and checks that the
+// Reports what of a constraint file a save does not keep, shows what is in it, edits it, saves it, and checks that the
 // saved file stays as it is when it is loaded and saved again.
 //
 //   constraint_tour FILE [SAVED-FILE]
@@ -80,7 +80,7 @@ std::string contentOf(std::string const& path) {
     return text.str();
 }
 
-// Tells what of the file the saved one will not have.
+// Reports what of the file the saved one will not have.
 void printFindings(char const* path) {
     constexpr std::size_t findingsShown = 20;
     std::vector<TovFinding> findings;

@@ -40,7 +40,7 @@ void printRow(char const* title, TovDesign const& design, std::size_t (TovDesign
     std::printf(nodes.size() > namesShown ? " ...\n" : "\n");
 }
 
-// A bus stands in the list among its bits; only its class tells it from them.
+// A bus is in the list among its bits; only its class distinguishes it from them.
 template <class Bus, class Node>
 void printBuses(std::list<Node*> const& nodes) {
     for (Node const* node : nodes) {

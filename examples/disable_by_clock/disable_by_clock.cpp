@@ -22,7 +22,7 @@ using namespace kiri::tov;
 
 namespace {
 
-// Tells which commands refer to a clock. In a document that defines this clock alone, joined with an empty design, a
+// Decides which commands refer to a clock. In a document that defines this clock alone, joined with an empty design, a
 // word stands for the clock or for nothing: "clk", {clk_b clk_a} and [get_clocks clk_*] are all judged by the library.
 class ClockReferences {
 public:

@@ -15,11 +15,12 @@ public:
     explicit Arguments(QCommandLineParser const& parser) : parser_(parser) {}
 
     bool has(char const* option) const { return parser_.isSet(option); }
-    /// The value of an option, the last one; empty if it is not there.
+    /// Returns the last value of an option; empty if the option is not there.
     std::string value(char const* option) const { return parser_.value(option).toLatin1().toStdString(); }
     /// What is no option.
     std::vector<std::string> words() const;
-    /// The place of an option's value among `choices`, of which the first is the default; Trouble for any other value.
+    /// Returns the place of an option's value in `choices`, whose first entry is the default. Throws Trouble for any
+    /// other value.
     std::size_t choose(char const* option, std::initializer_list<char const*> choices) const;
     kiri::tov::TovNameMatch match() const {
         return static_cast<kiri::tov::TovNameMatch>(choose("match", {"levels", "local", "flat"}));

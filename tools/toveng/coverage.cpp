@@ -28,7 +28,7 @@ constexpr std::uint32_t out = 2;
 
 using Nodes = std::unordered_set<TovNode const*>;
 
-/// Goes through a document and tells what of a design it reaches.
+/// Walks through a document and collects what of a design it reaches.
 class Coverage {
 public:
     Coverage(Design const& design, TOV& document)
@@ -118,14 +118,14 @@ private:
         }
     }
 
-    // What a command says of which objects of the design, by whatever words.
+    // Identifies what a command says of which objects of the design, whatever its words.
     std::string meaningInDesign(TOVCMD_TYPE list, TovCmd& cmd) {
         Meaning const meaning = meaningOf(list, cmd);
         if (list == TOVCMD_CLOCKGROUP || list == TOVCMD_ATTRIBUTE) return meaning.values + meaning.objects;
         std::hash<std::string> const hash;
         std::map<std::string, std::size_t> roles;
         for (TovNameUse const& use : documentNames_.usesIn(cmd)) {
-            // A sum stands for the nodes of a role, whatever their order. A word without nodes stands for itself.
+            // A sum identifies the nodes of a role, whatever their order, and a word without nodes the word.
             if (names_.find(use.type, use.word, found_, use.match) == 0) roles[use.role] += hash(use.word);
             for (TovNode const* node : found_) roles[use.role] += hash(names_.nameOf(*node));
         }

@@ -68,7 +68,7 @@ void addSubjects(Entries& entries) {
     }
 }
 
-// Calls `visit` with pairs of equal entries, the first with the first, and takes them out of the lists.
+// Calls `visit` with pairs of equal entries, the first with the first, and removes them from the lists.
 template <class Order, class Visit>
 void pairOff(Entries& olds, Entries& news, Order order, Visit visit) {
     sort(olds, order);

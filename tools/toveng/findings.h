@@ -19,10 +19,10 @@ struct Code {
 
 constexpr std::size_t codeCount = 8;
 
-/// Near names are looked for among all names of the design, so not for each of a great many.
+/// How many near names to look for: each search goes through all names of the design.
 constexpr int suggestionsAtMost = 100;
 
-/// The codes; that of a kind is at the kind's number less 1.
+/// The codes; that of a kind is at the kind's number minus 1.
 extern Code const codes[codeCount];
 
 inline Code const& codeOf(kiri::tov::TovFindingKind kind) {
@@ -38,15 +38,15 @@ struct Design {
     std::unique_ptr<kiri::tov::TovDesignNames const> names;
 };
 
-/// Takes a finding, its line, and the uses of which a TOVFINDING_MISSING_NAME tells.
+/// Takes a finding, its line, and the uses that a TOVFINDING_MISSING_NAME reports.
 using FindingVisitor = std::function<void(kiri::tov::TovFinding const& finding, std::string const& line,
                                           std::vector<kiri::tov::TovNameUse> const& missing)>;
 
-/// Calls `visit` with each finding of a file, as checkTovFile has them, and holds none of them. `design` may be null.
+/// Calls `visit` with each finding of a file, see checkTovFile, and keeps none of them. `design` may be null.
 void forEachFinding(Input const& input, Design const* design, kiri::tov::TovNameMatch match,
                     FindingVisitor const& visit);
 
-/// What is wrong, what a save would do, and what to write instead; for any kind except TOVFINDING_MISSING_NAME.
+/// Returns what is wrong, what a save would do, and what to write instead; for any kind except TOVFINDING_MISSING_NAME.
 std::string messageOf(kiri::tov::TovFinding const& finding, std::string const& line);
 
 /// "no such port: `a`; did you mean `b`?" Looks for a near name while `suggestions` is not 0, and counts it down.

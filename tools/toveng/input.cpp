@@ -26,7 +26,7 @@ File opened(std::FILE* file, std::string const& name) {
     return {file, &std::fclose};
 }
 
-// Reads a file to the block that tells what it is, or to its end, and writes it to `copy`, unless that is null.
+// Reads a file up to the block that shows what it holds, or to its end, and writes it to `copy`, unless that is null.
 Content classify(std::FILE* file, std::FILE* copy, std::string const& name) {
     constexpr std::string_view marksAndSpace("\xef\xbb\xbf\xfe\xff \t\n\r\v\f\0", 12);
     Content content = Content::constraints;

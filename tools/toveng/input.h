@@ -12,17 +12,17 @@
 
 namespace tool {
 
-/// What a file holds, by its first character and its NUL bytes.
+/// The content of a file, by its first character and its NUL bytes.
 enum class Content { dump, constraints, binary };
 
-/// A file to be read, by whatever name. What is no regular file, a pipe for one, is copied to a file without a name.
+/// A file to read. Anything but a regular file, such as a pipe, is copied to a file without a name.
 class Input {
 public:
-    /// Opens a file of constraints, "-" is standard input, or a dump. Trouble if there is none, or something else in
-    /// it.
+    /// Opens a file of constraints ("-" is standard input) or a dump. Throws Trouble if there is none, or if it holds
+    /// something else.
     Input(std::string const& name, Content content);
 
-    /// The name that the user gave.
+    /// The name that the user passed.
     std::string const& name() const { return name_; }
     /// A path that leads to the content.
     char const* path() const { return path_.c_str(); }
@@ -33,14 +33,14 @@ private:
     std::shared_ptr<std::FILE> copy_;
 };
 
-/// Draws a bar on standard error for what is large, if that is a terminal; empty else.
+/// Returns a function that draws a bar on standard error for large files; empty if that is no terminal.
 kiri::tov::TovProgress progressBar();
 
-/// Load what the file holds; Trouble unless it was read whole.
+/// Load the content of the file; throw Trouble unless it was read whole.
 void read(kiri::tov::TOV& document, Input const& input, kiri::tov::TovProgress const& progress);
 void read(kiri::tov::TovDesign& design, std::string const& name);
 
-/// Makes an object that stays until the process ends: to free millions of parts takes as long as to read them.
+/// Makes an object that lives until the process ends: freeing millions of parts takes as long as reading them.
 template <class T, class... Args>
 T& keep(Args&&... args) {
     static auto* const kept = new std::list<T>;

@@ -1,6 +1,6 @@
 // toveng: checks, compares and formats timing constraints, and finds what they refer to in a design.
 //
-// Exit status: 0 if all is well, 1 if there is something to tell, 2 for wrong usage and what cannot be read.
+// Exit status: 0 if all is well, 1 if there is something to report, 2 for wrong usage and what cannot be read.
 
 #include <QCommandLineParser>
 #include <algorithm>

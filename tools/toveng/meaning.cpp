@@ -13,7 +13,7 @@ namespace tool {
 
 namespace {
 
-// The texts in one. Neither their order nor their repetition counts.
+// Joins texts. Neither their order nor their repetition counts.
 std::string joined(std::vector<std::string> texts) {
     std::string text;
     std::sort(texts.begin(), texts.end());
@@ -24,7 +24,7 @@ std::string joined(std::vector<std::string> texts) {
 
 std::string objectsIn(ppStlList<taDciObj*> const& list) {
     auto const end = list.end();
-    if (!list.empty() && ++list.begin() == end) return TovCmd::toTclString(list.front());  // as most have it
+    if (!list.empty() && ++list.begin() == end) return TovCmd::toTclString(list.front());  // as in most lists
     std::vector<std::string> objects;
     for (taDciObj* object : list) objects.push_back(TovCmd::toTclString(object));
     return joined(std::move(objects));

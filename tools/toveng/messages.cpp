@@ -14,8 +14,8 @@ namespace {
 
 struct Advice {
     TovFindingKind kind;
-    std::string_view keyword;  // empty: of any command
-    std::string_view words;    // in the finding; with a '*' at its end, what begins so
+    std::string_view keyword;  // empty: any command
+    std::string_view words;    // in the finding; a '*' at the end of one matches any end
     char const* text;
 };
 

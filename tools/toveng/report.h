@@ -16,10 +16,10 @@ public:
     /// Prints the first `most` findings.
     Report(Form form, std::size_t most);
 
-    /// Counts a finding, and prints it with the message that `message` makes.
+    /// Counts a finding, and prints it with the message that `message` returns.
     void add(std::string const& file, kiri::tov::TovFinding const& finding,
              std::function<std::string()> const& message);
-    /// Ends the text on standard output. `whole` tells whether all files were read.
+    /// Ends the text on standard output. `whole`: all files were read.
     void finish(bool whole);
 
     std::size_t count() const { return count_; }

@@ -9,7 +9,7 @@
 
 namespace tool {
 
-/// What ends a command with status 2: a sentence for standard error, in bytes as they came.
+/// Ends a command with status 2: a sentence for standard error, its bytes unchanged.
 struct Trouble : std::runtime_error {
     using std::runtime_error::runtime_error;
 };

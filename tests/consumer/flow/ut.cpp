@@ -5,7 +5,7 @@
 #include <cstdarg>
 #include <cstdio>
 
-// Marks each text that it makes, so that a text tells whose formatter made it.
+// Marks each text that it makes, which shows whose formatter made a text.
 char const* neoform(char const* format, ...) {
     static thread_local char text[512] = "<flow>";
     std::va_list arguments;
