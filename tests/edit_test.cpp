@@ -20,8 +20,10 @@ TEST(Edit, WalksAndAppends) {
         EXPECT_EQ(document.getTovCmdList(list)->front(), &cmd);
         document.getTovCmdList(list)->pop_front();
         delete &cmd;
+        // What is appended is visited in a later list alone.
+        for (TOVCMD_TYPE other : {list, TOVCMD_FALSEPATH}) addCommand(document, other, makeCommand("set_false_path"));
     });
-    EXPECT_EQ(visited, "create_clock set_max_delay set_max_delay #attribute ");
+    EXPECT_EQ(visited, "create_clock set_max_delay set_max_delay set_false_path set_false_path #attribute ");
     EXPECT_STREQ(keywordOf(TOVCMD_NONE), "");
     EXPECT_STREQ(keywordOf(static_cast<TOVCMD_TYPE>(11)), "");
     auto cmd = std::make_unique<TovCmdMaxDelay>(3.0F, nullptr);

@@ -1,5 +1,6 @@
 #include "tov/edit.h"
 
+#include <cstddef>
 #include <stdexcept>
 
 #include "tov/command_kind.h"
@@ -16,7 +17,8 @@ char const* keywordOf(TOVCMD_TYPE list) {
 void forEachCommand(TOV& document, std::function<void(TOVCMD_TYPE list, TovCmd& cmd)> const& visit) {
     for (CommandKind const& kind : commandKinds) {
         std::list<TovCmd*>& list = *document.getTovCmdList(kind.list);
-        for (auto at = list.begin(); at != list.end();) {
+        auto at = list.begin();
+        for (std::size_t left = list.size(); left > 0; --left) {
             // Step first: `visit` may take the command out of the list.
             TovCmd* const cmd = *at++;
             if (cmd != nullptr) visit(kind.list, *cmd);

@@ -45,7 +45,8 @@ public:
     TOV(TOV const&) = delete;
     TOV& operator=(TOV const&) = delete;
 
-    /// Deletes all commands and the database object. The comments stay.
+    /// Deletes all commands and the database object. The comments stay. The library's own commands go first; those of a
+    /// caller's classes then go list by list.
     void reset();
 
     /// Replaces the content by that of the file and calls `progress` meanwhile, unless it is empty. Returns true, with
