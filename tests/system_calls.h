@@ -1,7 +1,7 @@
 #pragma once
 
 // The system calls of a program that is linked with wrap_system_calls() of CMakeLists.txt: which were made, and which
-// fail. For one source file of a program.
+// fail. Each thread has its own plans and records. For one source file of a program.
 
 #include <fcntl.h>
 #include <stdio.h>
@@ -21,10 +21,10 @@ namespace calls {
 /// What a call does before the system does it: it fails by the errno returned, 0 lets it pass.
 using Plan = std::function<int()>;
 
-std::map<std::string, Plan> plans;
-std::string made;  // the names of the calls since the last start(), a blank after each
-std::size_t longestWrite = SIZE_MAX;
-int written = -1;  // the descriptor of the last write
+thread_local std::map<std::string, Plan> plans;
+thread_local std::string made;  // the names of the calls since the last start(), a blank after each
+thread_local std::size_t longestWrite = SIZE_MAX;
+thread_local int written = -1;  // the descriptor of the last write
 
 void start(std::map<std::string, Plan> newPlans = {}) {
     plans = std::move(newPlans);
