@@ -4,7 +4,7 @@
 
 #include "tov/design/design.h"
 
-/// What the ten queries of a design give.
+/// The lists that the ten queries of a design fill.
 struct AllQueries {
     std::list<kiri::tov::TovPortNode*> ports, pins;
     std::list<kiri::tov::TovNetNode*> nets;

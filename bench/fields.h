@@ -9,8 +9,8 @@
 #include "tov/design/design.h"
 
 /// What the public fields of commands and of a design's nodes take from the heap at least: a block for the command or
-/// node, for its node in the list, for each reference and its node, and for each text that does not fit where it
-/// stands.
+/// node, for its node in the list, for each object reference and its node, and for each text that does not
+/// fit into its object.
 class FieldSizes {
 public:
     template <class Command>
@@ -63,7 +63,7 @@ private:
         return heap::block(sizeof node) + copied(node.name());
     }
 
-    // References of one expression share its text.
+    // Object references of one expression share its text.
     std::size_t reference(taDciObj const& obj) {
         std::size_t const size = heap::block(sizeof obj) + listNode();
         if (obj.name == nullptr || isInside(&obj, sizeof obj, obj.name)) return size;

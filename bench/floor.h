@@ -4,7 +4,7 @@
 #include <string>
 
 /// The least that a load can cost: one pass over the file that only splits it into words, and for each
-/// command line the allocations that the object model requires (command, list node, two references), nothing
+/// command line the allocations that the object model requires (command, list node, two object references), nothing
 /// else.
 class Floor {
 public:

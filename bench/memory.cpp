@@ -18,7 +18,7 @@ using namespace kiri::tov;
 
 constexpr double mostOfMixedLines = 3.76;  // times the file
 constexpr std::size_t mostOfBuffers = std::size_t{64} * 1024;
-constexpr std::size_t mostOfBus = 100;  // while a dump is read, beyond the node, for a base that fits where it stands
+constexpr std::size_t mostOfBus = 100;  // while a dump is read, beyond the node, for a base that fits into its object
 
 bool kept = true;
 
@@ -85,7 +85,7 @@ void reportKind(Kind const& kind) {
     for (TovCmd const* command : *document.getTovCmdList(kind.list)) fields += kind.fields(sizes, *command);
     std::printf("| `%s` | %.1f | %.1f | %.1f | %.1f |\n", kind.name, ratio(std::filesystem::file_size(path), lines),
                 ratio(fields, lines), ratio(usage.kept, lines), ratio(usage.kept, lines) - ratio(fields, lines));
-    // Where the allocator finds no block of the right size, it gives a slightly larger one.
+    // Where the allocator finds no block of the right size, it returns a slightly larger one.
     promise(usage.kept <= fields + lines / 10, "keeps more than its fields take", kind.name);
 }
 

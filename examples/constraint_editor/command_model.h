@@ -14,7 +14,7 @@ public:
     void show(Document* document, int kind);
     int kind() const { return kind_; }
 
-    /// The model is told of changes that do more than exchange what a row holds.
+    /// Call these around changes that do more than exchange what a row holds.
     void beginChange() { beginResetModel(); }
     void endChange();
 

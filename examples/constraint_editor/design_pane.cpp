@@ -46,8 +46,8 @@ constexpr int registers = 4;
 
 }  // namespace
 
-// The nodes of a kind, of which the filter shows some. All names stand in one text, each with a NUL after it, which is
-// searched in one go.
+// The nodes of a kind, of which the filter shows some. All names are in one text, each with a NUL after it, for one
+// search.
 class DesignPane::Model : public QAbstractListModel {
 public:
     // What is made in a thread, and then shown.

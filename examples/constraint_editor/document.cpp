@@ -115,7 +115,7 @@ QString Document::text(Place at) const {
     return toText(isDraft(at) ? command(at).note : savedLine(at));
 }
 
-// The document's names are told of what leaves and of what comes.
+// Report to the document's names which commands leave and come.
 void Document::leaves(int kind, TovCmd& cmd) {
     if (names_ && kind < commandKinds) names_->remove(cmd);
 }

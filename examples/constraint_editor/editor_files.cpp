@@ -58,7 +58,7 @@ bool EditorWindow::withMemory(std::function<bool()> const& run) {
 }
 
 // A job runs in a thread of its own. If it lasts, a dialog shows how far it is, keeps the user from the window, and
-// takes a cancel, of which the job hears at its next step. False if the user cancelled.
+// accepts a cancel, which stops the job at its next step. Returns false if the user cancelled.
 bool EditorWindow::runJob(QString const& label, std::function<void(TovProgress const&)> const& job) {
     QScopedValueRollback<bool> const busy(isBusy_, true);
     std::atomic<int> permille = 0;
@@ -199,7 +199,7 @@ bool EditorWindow::noticeOtherProgram(QString const& keep) {
     return answer == 1;
 }
 
-// Whether the first save may lose what the findings tell of. Waits for them.
+// Returns whether the first save may lose what the findings name. Waits for them.
 bool EditorWindow::mayLose() {
     if (lossAccepted_) return true;
     bool const isKnown = runJob("Looking for what a save would lose",
@@ -248,7 +248,7 @@ bool EditorWindow::save(QString path) {
     });
 }
 
-// Whether the document may go: it is as its file is, or the user saves it or gives it up.
+// Returns whether the document may be closed: it is as its file is, or the user saves or discards it.
 bool EditorWindow::mayDiscard() {
     takeTyped();
     if (undo_.isClean()) return true;

@@ -23,8 +23,8 @@ void operator delete(void* block, std::size_t) noexcept {
     std::free(block);
 }
 
-// A window that is told what to do, a verb and its text at a time, and keeps what it says. A question is answered as
-// the script tells, or else not.
+// A window that is told what to do, a verb and its text at a time, and keeps what it says. The script answers
+// its questions; without an answer the window takes the last choice, which does nothing.
 struct TestWindow : EditorWindow {
     explicit TestWindow(TestFolder& files) : folder(files) {
         tell = [this](QString const& sentence) { said << sentence; };

@@ -13,8 +13,8 @@ public:
     EditorWindow();
     ~EditorWindow() override;
 
-    /// Opens a design dump, which is a file whose first character is '<', or a document. Tells the user why it fails,
-    /// and then leaves what was open. False also if the user cancels.
+    /// Opens a design dump, which is a file whose first character is '<', or a document. Shows the user why it fails,
+    /// and then keeps what was open. Returns false also if the user cancels.
     bool open(QString const& path);
     /// Saves the document, under a name that the user is asked for if the path is empty. False if that fails.
     bool save(QString path);

@@ -45,7 +45,7 @@ private:
     std::unique_ptr<TovDocumentNames> join_;
 };
 
-// Disables what refers to the clocks, and adds the clocks that are gone with it to them.
+// Disables what refers to the clocks, and adds the clocks that this removes to them.
 int disableAll(TOV& document, std::vector<std::string> clocks) {
     int count = 0;
     for (std::size_t i = 0; i < clocks.size(); ++i) {
