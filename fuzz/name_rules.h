@@ -10,7 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "tov/names/design_names.h"
@@ -315,17 +315,17 @@ inline std::string nearest(TovDesignNames const& names, std::vector<Candidate> c
     if (text.size() > 1000) return {};
     std::vector<std::string> forms;
     for (std::string form : {text, latin1Of(text)}) forms.push_back(joined(levelsOf(form), levelsOf(form).size(), '/'));
-    using Found = std::tuple<std::size_t, std::string, std::string>;
-    Found best{text.size() < 4 ? 2 : text.size() < 12 ? 3 : 4, "", ""};
+    using Found = std::pair<std::size_t, std::string>;
+    Found best{text.size() < 4 ? 2 : text.size() < 12 ? 3 : 4, ""};
     for (Candidate const& candidate : candidates) {
         std::string const name = names.nameOf(*candidate.node);
         if (!isOf(type, candidate.kind) || name.empty()) continue;
         for (Levels const& path : candidate.paths) {
             std::string const known = joined(path, path.size(), '/');
-            for (std::string const& form : forms) best = std::min(best, Found{distance(form, known), known, name});
+            for (std::string const& form : forms) best = std::min(best, Found{distance(form, known), name});
         }
     }
-    return std::get<2>(best);
+    return best.second;
 }
 
 }  // namespace name_rules

@@ -120,6 +120,14 @@ TEST(DesignNames, AreSuggested) {
         return names.nearest(types.at(row.substr(0, blank)), row.substr(blank + 1));
     });
     EXPECT_EQ(names.nearest(taDciObjNone, "clk") + names.nearest(taDciObjPort, std::string(1001, 'a')), "");
+
+    support::TempDir const dir;
+    TovDesign escaped;
+    escaped.load(
+        support::write(dir / "dump",
+                       "<top><library><unit><pins><pitem name='a*'/><pitem name='aZ'/></pins></unit></library></top>")
+            .c_str());
+    EXPECT_EQ(TovDesignNames(escaped).nearest(taDciObjPort, "ab"), "aZ");  // before "a\*"
 }
 
 TEST(DesignNames, TellProgressAndStop) {

@@ -11,35 +11,12 @@ namespace kiri::tov {
 
 namespace {
 
-using impl_detail::NameKind;
 using impl_detail::NameKinds;
 using impl_detail::NameWord;
 
-NameKinds kindsOf(taDciObjTyp type) {
-    switch (type) {
-        case taDciObjPort:
-        case taDciObjSourcePort:
-            return NameKind::port;
-        case taDciObjPin:
-        case taDciObjPin2:
-            return NameKind::pin;
-        case taDciObjNet:
-        case taDciObjSourceNet:
-            return NameKind::net;
-        case taDciObjCell:
-            return NameKind::cell;
-        case taDciObjClock:
-            return NameKind::clock;
-        case taDciObjName:
-            return NameKinds(NameKind::port) | NameKind::pin | NameKind::net | NameKind::cell | NameKind::clock;
-        default:
-            return {};
-    }
-}
-
 void search(impl_detail::NameIndex const* index, taDciObjTyp type, std::string const& text, TovNameMatch match,
             impl_detail::Hits& hits) {
-    NameKinds const kinds = kindsOf(type);
+    NameKinds const kinds = impl_detail::kindsOf(type);
     if (index == nullptr || kinds.isEmpty() || !TovDesignNames::isName(text)) return;
     NameWord const word(text);
     impl_detail::NameSearch(*index, word, hits).run(kinds, match);
@@ -87,7 +64,7 @@ std::string TovDesignNames::nameOf(TovNode const& node) const {
 std::string TovDesignNames::nearest(taDciObjTyp type, std::string const& word) const {
     if (index_ == nullptr || word.size() > 1000) return {};
     std::string const latin1 = impl_detail::isUtf8BeyondAscii(word) ? impl_detail::latin1Of(word) : word;
-    impl_detail::NearestName nearest(*index_, kindsOf(type));
+    impl_detail::NearestName nearest(*index_, impl_detail::kindsOf(type));
     unsigned const most = word.size() < 4 ? 1 : word.size() < 12 ? 2 : 3;
     for (unsigned bound = 1; bound <= most && nearest.name().empty(); ++bound) {
         nearest.compare(word, bound);

@@ -76,8 +76,9 @@ public:
     std::string nameOf(TovNode const& node) const;
 
     /// Returns the nameOf() of the node whose path differs least from the word, in bytes inserted, dropped or replaced;
-    /// '.' equals '/'. At most 1 byte differs for words under 4 bytes, 2 under 12, and 3 for longer words. Of equally
-    /// near paths the first in byte order. Empty if there is none, and for words over 1,000 bytes. For "did you mean".
+    /// '.' equals '/'. At most 1 byte differs for words under 4 bytes, 2 under 12, and 3 for longer words. Of names
+    /// equally near the first in byte order. Empty if there is none, and for words over 1,000 bytes. For "did you
+    /// mean".
     std::string nearest(taDciObjTyp type, std::string const& word) const;
 
 private:

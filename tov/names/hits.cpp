@@ -4,6 +4,28 @@
 
 namespace kiri::tov::impl_detail {
 
+NameKinds kindsOf(taDciObjTyp type) {
+    switch (type) {
+        case taDciObjPort:
+        case taDciObjSourcePort:
+            return NameKind::port;
+        case taDciObjPin:
+        case taDciObjPin2:
+            return NameKind::pin;
+        case taDciObjNet:
+        case taDciObjSourceNet:
+            return NameKind::net;
+        case taDciObjCell:
+            return NameKind::cell;
+        case taDciObjClock:
+            return NameKind::clock;
+        case taDciObjName:
+            return NameKinds(NameKind::port) | NameKind::pin | NameKind::net | NameKind::cell | NameKind::clock;
+        default:
+            return {};
+    }
+}
+
 void Hits::moveTo(std::vector<TovNode const*>& nodes) {
     auto const isBefore = [](PlacedNode const& a, PlacedNode const& b) { return a.place < b.place; };
     if (!std::is_sorted(nodes_.begin(), nodes_.end(), isBefore)) std::sort(nodes_.begin(), nodes_.end(), isBefore);

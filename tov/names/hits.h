@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/dci.h"
 #include "tov/design/design.h"
 
 namespace kiri::tov::impl_detail {
@@ -27,6 +28,9 @@ private:
     explicit constexpr NameKinds(unsigned bits) : bits_(bits) {}
     unsigned bits_ = 0;
 };
+
+/// The kinds that a reference of this type may be to.
+NameKinds kindsOf(taDciObjTyp type);
 
 /// The place of a node in the design; results are in the order of their places. The owner is 0 for the top node, else
 /// one more than the cell's number; the position counts within the owner's list.

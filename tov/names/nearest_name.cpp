@@ -51,11 +51,7 @@ void NearestName::compareSorted(EditDistance const& distance, SortedNames const&
     };
     auto const count = static_cast<std::size_t>(names.all().end() - first);
     distance.walk(distance.start(), count, textOf, [&](std::size_t i, EditDistance::Row const& row) {
-        TovNode const& node = *first[static_cast<std::ptrdiff_t>(i)].node;
-        if (distance.distance(row) > EditDistance::mostBound) return;
-        std::string path = node.plainName();
-        std::transform(path.begin(), path.end(), path.begin(), pathByte);
-        offer(distance.distance(row), node, std::move(path));
+        offer(distance.distance(row), *first[static_cast<std::ptrdiff_t>(i)].node);
     });
 }
 
@@ -70,7 +66,7 @@ void NearestName::compareCells(EditDistance const& distance, CellTree::Id parent
         bool const goesOn = !distance.isTooFar(below);
         for (std::uint32_t const number : tree.cells(node)) {
             TovCellNode const& cell = *index_.cells[number];
-            if (kinds_.has(NameKind::cell)) offer(distance.distance(row), cell, {});
+            if (kinds_.has(NameKind::cell)) offer(distance.distance(row), cell);
             if (goesOn && kinds_.has(NameKind::pin)) compareOwn(distance, cell.ports(), below);
             if (goesOn && kinds_.has(NameKind::net)) compareOwn(distance, cell.nets(), below);
             if (goesOn && kinds_.has(NameKind::clock)) compareOwn(distance, cell.clocks(), below);
@@ -87,19 +83,17 @@ void NearestName::compareOwn(EditDistance const& distance, Nodes const& nodes, E
             row = distance.next(row, c);
             if (distance.isTooFar(row)) break;
         }
-        if (!distance.isTooFar(row) && !isBus(*node)) offer(distance.distance(row), *node, {});
+        if (!distance.isTooFar(row) && !isBus(*node)) offer(distance.distance(row), *node);
     }
 }
 
-/// Keeps the node if it is nearer, or equally near and earlier in byte order. An empty `path` is looked up.
-void NearestName::offer(unsigned distance, TovNode const& node, std::string path) {
+/// Keeps the name of the node if it is nearer, or equally near and earlier in byte order.
+void NearestName::offer(unsigned distance, TovNode const& node) {
     if (distance > distance_ || distance > EditDistance::mostBound) return;
     std::string name = nameOf(node);
     if (name.empty()) return;
-    if (path.empty()) path = pathOf(node);
-    if (std::tie(distance, path, name) >= std::tie(distance_, path_, name_)) return;
+    if (std::tie(distance, name) >= std::tie(distance_, name_)) return;
     distance_ = distance;
-    path_ = std::move(path);
     name_ = std::move(name);
 }
 

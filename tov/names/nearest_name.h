@@ -26,12 +26,11 @@ private:
     void compareCells(EditDistance const& distance, CellTree::Id parent, EditDistance::Row const& start);
     template <class Nodes>
     void compareOwn(EditDistance const& distance, Nodes const& nodes, EditDistance::Row const& start);
-    void offer(unsigned distance, TovNode const& node, std::string path);
+    void offer(unsigned distance, TovNode const& node);
 
     NameIndex const& index_;
     NameKinds kinds_;
     unsigned distance_ = EditDistance::mostBound + 1;
-    std::string path_;
     std::string name_;
 };
 

@@ -38,28 +38,8 @@ NodeNames::NodeNames(TovNode const& node) : kind_(kindOf(node)), own_(node.plain
     hierarchy_ = node.hierachyName('/');
 }
 
-bool NodeNames::isOf(taDciObjTyp type) const {
-    switch (type) {
-        case taDciObjPort:
-        case taDciObjSourcePort:
-            return kind_ == NameKind::port;
-        case taDciObjPin:
-        case taDciObjPin2:
-            return kind_ == NameKind::pin;
-        case taDciObjNet:
-        case taDciObjSourceNet:
-            return kind_ == NameKind::net;
-        case taDciObjCell:
-            return kind_ == NameKind::cell;
-        case taDciObjClock:
-            return kind_ == NameKind::clock;
-        default:
-            return kind_ && type == taDciObjName;
-    }
-}
-
 bool NodeNames::fits(taDciObjTyp type, std::string_view word, TovNameMatch match) const {
-    if (!isOf(type)) return false;
+    if (!kind_ || !kindsOf(type).has(*kind_)) return false;
     NameWord const form(word);
     return fits(form, match) || (isUtf8BeyondAscii(word) && fits(form.latin1(), match));
 }

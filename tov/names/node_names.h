@@ -23,7 +23,6 @@ public:
     std::vector<std::string> literalWords() const;
 
 private:
-    bool isOf(taDciObjTyp type) const;
     bool fits(NameWord const& word, TovNameMatch match) const;
     bool fitsBlock(NameWord const& word, TovNameMatch match) const;
     bool fitsLocal(NameWord const& word) const;
