@@ -24,6 +24,7 @@ void sumUp(std::vector<std::uint32_t>& counts) {
 
 CellTree::Id CellTree::child(Id node, std::string_view text) const {
     Range const siblings = children(node);
+    if (siblings.size() == 0) return none;
     std::uint64_t const hash = std::uint64_t{hashOf(text)} << 32U;
     Span<std::uint64_t> const items = withHash(hash);
     auto const* const end = items.end();

@@ -66,6 +66,7 @@ void NameIndex::addCell(TovCellNode const& cell) {
     noteNames(cell, cell.clocks());
     if (!cell.clocks().empty()) clockCells.push_back(number);
     addNodes(clocks, NameKind::clock, number + std::size_t{1}, cell.clocks());
+    if (cell.plainName().empty() && cell.hierachyName('/').empty()) unnamedCells.push_back(number);
     std::string_view const library = shownLibrary(cell);
     if (!library.empty()) libraries.insert(library);
 }

@@ -25,6 +25,7 @@ public:
     SortedNames nets;   ///< of the design
     SortedNames clocks;
     std::vector<std::uint32_t> clockCells;           ///< the cells that have clocks
+    std::vector<std::uint32_t> unnamedCells;         ///< the cells whose hierarchy names are empty
     std::set<std::string_view, PathLess> libraries;  ///< of the cells, where hierarchy names show them
     std::vector<std::uint32_t> levelledCells;        ///< the cells of which a pin, net or clock has several levels
     std::size_t mostLevels = 1;                      ///< of the own name of a pin, net or clock of a cell
@@ -39,7 +40,8 @@ private:
 
 /// Returns the library that the hierarchy name of a cell shows; empty for none.
 inline std::string_view shownLibrary(TovCellNode const& cell) {
-    return cell.library() == "work" ? std::string_view() : std::string_view(cell.library());
+    std::string_view const library = cell.library();
+    return library == "work" ? std::string_view() : library;
 }
 
 }  // namespace kiri::tov::impl_detail

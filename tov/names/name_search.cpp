@@ -60,12 +60,7 @@ void NameSearch::findExact(NameKinds kinds) {
     if (below.isEmpty()) return;
     findExactBelow(below, {}, 0);
     // A cell whose hierarchy name is empty leaves no level in the names of what it holds.
-    Id const unnamed = index_.tree.child(CellTree::root, {});
-    if (unnamed != CellTree::none) {
-        for (std::uint32_t const cell : index_.tree.cells(unnamed)) {
-            if (index_.cells[cell]->hierachyName('/').empty()) findExactOwn(below, cell, 0);
-        }
-    }
+    for (std::uint32_t const cell : index_.unnamedCells) findExactOwn(below, cell, 0);
     for (std::size_t i = 1; i < word_.levels() && !index_.libraries.empty(); ++i) {
         std::string_view const library = word_.text().substr(0, word_.endOf(i - 1));
         if (index_.libraries.count(library) != 0) findExactBelow(below, library, i);

@@ -97,48 +97,49 @@ bool BitName::hasBase() const {
     return !base.empty() && !isSeparator(base.back());
 }
 
-NameWord::NameWord(std::string_view word) {
-    bytes_.reserve(word.size());
+NameWord::NameWord(std::string_view word) : bytes_(word) {
     levels_.reserve(8);
+    char* end = bytes_.data();   // of the bytes without escapes
     std::size_t lastEscape = 0;  // the bytes up to the last escape
-    while (!word.empty()) {
-        std::size_t plain = 0;
-        while (plain < word.size() && !specialBytes.has(word[plain])) ++plain;
-        bytes_.append(word.data(), plain);
-        word.remove_prefix(plain);
-        if (word.empty()) break;
-        bool const isEscaped = word[0] == '\\';
-        if (isEscaped) word.remove_prefix(1);
-        lastEscape = isEscaped ? bytes_.size() + 1 : lastEscape;
-        if (word.empty()) break;
-        add(word[0], isEscaped);
-        word.remove_prefix(1);
+    for (std::size_t i = 0; i < word.size(); ++i) {
+        if (!specialBytes.has(word[i])) {
+            *end++ = word[i];
+            continue;
+        }
+        bool const isEscaped = word[i] == '\\';
+        if (isEscaped) {
+            lastEscape = sizeUpTo(end) + 1;
+            if (++i == word.size()) break;
+        }
+        end = add(end, word[i], isEscaped);
     }
-    endWord();
+    endWord(end);
     findRange(lastEscape);
 }
 
-/// Adds a byte with its meaning. Of several '*' in a row only the first is kept.
-void NameWord::add(char byte, bool isEscaped) {
+/// Puts a byte with its meaning at `end`, and returns the new end. Of several '*' in a row only the first is kept.
+char* NameWord::add(char* end, char byte, bool isEscaped) {
+    std::size_t const size = sizeUpTo(end);
     if (isBeyondAscii(byte)) isAscii_ = false;
-    if (isSeparator(byte)) endLevel();
+    if (isSeparator(byte)) endLevel(size);
     if (!isEscaped && (byte == '*' || byte == '?')) {
-        if (byte == '*' && marks_.size() == bytes_.size() && !marks_.empty() && marks_.back() == '*') return;
-        marks_.resize(bytes_.size());
+        if (byte == '*' && marks_.size() == size && !marks_.empty() && marks_.back() == '*') return end;
+        marks_.resize(size);
         marks_ += byte;
     }
-    bytes_ += pathByte(byte);
+    *end = pathByte(byte);
+    return end + 1;
 }
 
-void NameWord::endLevel() {
+void NameWord::endLevel(std::size_t end) {
     std::size_t const begin = levels_.empty() ? 0 : levels_.back().end + 1;
-    std::size_t const end = bytes_.size();
     std::size_t const wild = marks_.empty() ? end : std::min(marks_.find_first_not_of('\0', begin), end);
     levels_.push_back({begin, end, wild});
 }
 
-void NameWord::endWord() {
-    endLevel();
+void NameWord::endWord(char const* end) {
+    bytes_.resize(sizeUpTo(end));
+    endLevel(bytes_.size());
     if (!marks_.empty()) marks_.resize(bytes_.size());
     whole_ = {0, bytes_.size(), std::min(marks_.find_first_not_of('\0'), bytes_.size())};
 }
@@ -162,16 +163,18 @@ void NameWord::findRange(std::size_t lastEscape) {
 
 NameWord NameWord::latin1() const {
     NameWord form;
+    form.bytes_ = bytes_;  // no shorter than the form
+    char* end = form.bytes_.data();
     for (std::string_view rest = bytes_; !rest.empty();) {
         bool const isEscaped = !isPattern() || marks_[bytes_.size() - rest.size()] == '\0';
         unsigned const code = takeCharacter(rest).value_or('?');
         if (code < 0x100) {
-            form.add(static_cast<char>(code), isEscaped);
+            end = form.add(end, static_cast<char>(code), isEscaped);
         } else {
-            for (int units = code > 0xffff ? 2 : 1; units > 0; --units) form.add('?', true);
+            for (int units = code > 0xffff ? 2 : 1; units > 0; --units) end = form.add(end, '?', true);
         }
     }
-    form.endWord();
+    form.endWord(end);
     form.low_ = low_;
     form.high_ = high_;
     if (hasRange()) form.rangeBegin_ = form.bytes_.size() - (bytes_.size() - rangeBegin_);
@@ -217,12 +220,12 @@ bool NameWord::fitsAsBit(Part const& part, std::string_view text) const {
     return false;
 }
 
-bool NameWord::fitsPath(std::size_t first, std::string_view path, bool hasBits) const {
+bool NameWord::fitsLevels(std::size_t first, std::string_view path, bool hasBits) const {
     for (std::size_t i = first; i + 1 < levels(); ++i) {
         std::string_view const level = takeLevel(path);
         if (path.data() == nullptr || !fitsLevel(i, level)) return false;
     }
-    return fitsLast(path, hasBits) && std::none_of(path.begin(), path.end(), isSeparator);
+    return fitsOneLevel(path, hasBits);
 }
 
 }  // namespace kiri::tov::impl_detail

@@ -50,7 +50,9 @@ public:
     /// Returns whether the last level fits the last level of a path.
     bool fitsLast(std::string_view text, bool hasBits) const { return fitsBits(levels_.back(), text, hasBits); }
     /// Returns whether the levels from `first` on fit the levels of a path, one by one.
-    bool fitsPath(std::size_t first, std::string_view path, bool hasBits) const;
+    bool fitsPath(std::size_t first, std::string_view path, bool hasBits) const {
+        return first + 1 == levels() ? fitsOneLevel(path, hasBits) : fitsLevels(first, path, hasBits);
+    }
     /// Returns whether the whole word fits the whole path as one text.
     bool fitsFlat(std::string_view path, bool hasBits) const { return fitsBits(whole_, path, hasBits); }
 
@@ -63,9 +65,10 @@ private:
     };
 
     NameWord() = default;
-    void add(char byte, bool isEscaped);
-    void endLevel();
-    void endWord();
+    std::size_t sizeUpTo(char const* end) const { return static_cast<std::size_t>(end - bytes_.data()); }
+    char* add(char* end, char byte, bool isEscaped);
+    void endLevel(std::size_t end);
+    void endWord(char const* end);
     void findRange(std::size_t lastEscape);
     std::string_view textOf(std::size_t begin, std::size_t end) const { return {bytes_.data() + begin, end - begin}; }
     /// Returns whether a text begins with the bytes before the part's first wildcard.
@@ -84,6 +87,11 @@ private:
         return fits(part, text) || (hasBits && !text.empty() && text.back() == ']' && fitsAsBit(part, text));
     }
     bool fitsAsBit(Part const& part, std::string_view text) const;
+    /// Whether the last level fits a path of one level.
+    bool fitsOneLevel(std::string_view path, bool hasBits) const {
+        return fitsLast(path, hasBits) && std::none_of(path.begin(), path.end(), isSeparator);
+    }
+    bool fitsLevels(std::size_t first, std::string_view path, bool hasBits) const;
 
     std::string bytes_;
     std::string marks_;

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -39,6 +41,7 @@ private:
     static bool beginsWith(PlacedNode const& placed, std::string_view prefix);
 
     std::vector<PlacedNode> nodes_;
+    std::array<std::uint32_t, 257> starts_{};  // of the names with each first byte, and the end of all
 };
 
 }  // namespace kiri::tov::impl_detail
