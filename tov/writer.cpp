@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <list>
+#include <new>
 
 #include "tov/command_kind.h"
 #include "tov/file_headers.h"
@@ -119,12 +120,16 @@ std::size_t usualSizeOf(CommandKind const& kind, TOV& document) {
 }
 
 // Requests large pages for a large text, where the system has them: page faults for each 4 KiB cost time, see
-// docs/performance.md.
+// docs/performance.md. A large size is a guess: where there is no room for it, there may be for the text.
 void reserve(std::string& text, std::size_t size) {
     constexpr std::uintptr_t page = 4096;
     constexpr std::size_t large = std::size_t{4} << 20;
-    text.reserve(size);
-    if (size < large) return;
+    if (size < large) return text.reserve(size);
+    try {
+        text.reserve(size);
+    } catch (std::bad_alloc const&) {
+        return;
+    }
     std::uintptr_t const offset = reinterpret_cast<std::uintptr_t>(text.data()) % page;
     ::madvise(text.data() - offset, size, MADV_HUGEPAGE);
 }
@@ -144,6 +149,7 @@ std::string textOf(TOV& document, std::size_t lines, AppendLines appendLines) {
         appendLines(text, kind);
     }
     text += document.attributeCommentText;
+    if (text.capacity() / 2 > text.size()) text.shrink_to_fit();  // a bad guess
     return text;
 }
 
