@@ -1,4 +1,5 @@
-// toveng_count OPERATION: does one operation on a generated input and prints the size of the input's file. Under
+// toveng_count OPERATION: does one operation on a generated input and prints the size of the input's file,
+// or the number of words that are looked up. Under
 // "valgrind --tool=callgrind --instr-atstart=no" only the operation itself is counted: see scripts/bench --count.
 
 #include <QFile>
@@ -25,6 +26,7 @@ namespace {
 
 using kiri::tov::TOV;
 using kiri::tov::TovDesign;
+using kiri::tov::TovDesignNames;
 
 template <class Work>
 void measured(Work work) {
@@ -92,10 +94,64 @@ void destroyDump(std::string const& path) {
     measured([&] { design.reset(); });
 }
 
+void index(std::string const& path) {
+    TovDesign design;
+    design.load(path.c_str());
+    measured([&] { TovDesignNames const names(design); });
+}
+
+constexpr std::size_t wordsAsked = 1000;
+
+void find(std::string const& path, taDciObjTyp type, std::vector<std::string> const& words) {
+    TovDesign design;
+    design.load(path.c_str());
+    TovDesignNames const names(design);
+    std::vector<kiri::tov::TovNode const*> nodes;
+    measured([&] {
+        for (std::string const& word : words) names.find(type, word, nodes);
+    });
+}
+
+/// Words for objects of instances all over the design.
+std::vector<std::string> wordsFor(std::string const& block, std::string const& object) {
+    std::vector<std::string> words;
+    for (std::size_t i = 0; i < wordsAsked; ++i) {
+        std::size_t const number = i * 7919 % instances;
+        std::string const blockName = block.empty() ? "u_blk_" + std::to_string(number % 13) : block;
+        words.push_back("u_core_" + std::to_string(number % 97) + "/" + blockName + "/inst_" + std::to_string(number) +
+                        "/" + object);
+    }
+    return words;
+}
+
+void findPins(std::string const& path) {
+    find(path, taDciObjPin, wordsFor("", "CK"));
+}
+
+void findNoPins(std::string const& path) {
+    find(path, taDciObjPin, wordsFor("", "XX"));
+}
+
+void findNames(std::string const& path) {
+    find(path, taDciObjName, wordsFor("", "CK"));
+}
+
+void findNoNames(std::string const& path) {
+    find(path, taDciObjName, wordsFor("", "XX"));
+}
+
+void findPatterns(std::string const& path) {
+    find(path, taDciObjPin, wordsFor("u_blk_*", "A?"));
+}
+
+void findNowhere(std::string const& path) {
+    find(path, taDciObjPin, {"*/*/*/Z"});
+}
+
 void join(std::string const& path) {
     TovDesign design;
     design.load(inputs::designDump(instances).c_str());
-    kiri::tov::TovDesignNames const names(design);
+    TovDesignNames const names(design);
     TOV document;
     document.load(path.c_str());
     measured([&] { kiri::tov::TovDocumentNames(document, names).missing(); });
@@ -114,6 +170,7 @@ struct Operation {
     void (*run)(std::string const& path);
     std::string (*makeInput)(std::size_t size);
     std::size_t inputSize;
+    std::size_t steps = 0;  // what the count is divided by; the size of the input's file where it is 0
 };
 
 constexpr Operation operations[] = {
@@ -125,6 +182,13 @@ constexpr Operation operations[] = {
     {"dump-load", loadDump, inputs::designDump, instances},
     {"dump-bare", readDumpBare, inputs::designDump, instances},
     {"dump-queries", queryDump, inputs::designDump, instances},
+    {"index", index, inputs::designDump, instances},
+    {"pins", findPins, inputs::designDump, instances, wordsAsked},
+    {"pins-missing", findNoPins, inputs::designDump, instances, wordsAsked},
+    {"names", findNames, inputs::designDump, instances, wordsAsked},
+    {"names-missing", findNoNames, inputs::designDump, instances, wordsAsked},
+    {"patterns", findPatterns, inputs::designDump, instances, wordsAsked},
+    {"pattern-nowhere", findNowhere, inputs::designDump, instances},
     {"join", join, exceptions, instances},
     {"dump-destroy", destroyDump, inputs::designDump, instances},
 };
@@ -136,7 +200,8 @@ int main(int argc, char** argv) {
         if (argc != 2 || operation.name != argv[1]) continue;
         std::string const path = operation.makeInput(operation.inputSize);
         operation.run(path);
-        std::printf("%ju\n", std::filesystem::file_size(path));
+        std::uintmax_t const steps = operation.steps;
+        std::printf("%ju\n", steps != 0 ? steps : std::filesystem::file_size(path));
         return 0;
     }
     std::fputs("toveng_count OPERATION, one of:\n", stderr);

@@ -15,15 +15,22 @@ import document
 
 TOLERANCE = 1.03
 
-# An operation is counted per byte of its input's file, or against another operation.
+# An operation is counted per byte of its input's file, per word, or against another operation.
 Figure = collections.namedtuple("Figure", "title operation against promise")
-BYTE = None
+BYTE = WORD = None  # the program prints their number
 FIGURES = [
     Figure("load, instructions per byte of the file", "load", BYTE, 34),
     Figure("save, instructions per byte of the file", "save", BYTE, 14),
     Figure("destroy, instructions per byte of the file", "destroy", BYTE, 10.1),
     Figure("import of as many records, instructions per byte of the file", "import", BYTE, None),
     Figure("check, instructions per byte of the file", "check", BYTE, None),
+    Figure("index of a design's names, times the load of its dump", "index", "dump-load", 0.1),
+    Figure("a pin that the design has, instructions per word", "pins", WORD, 3000),
+    Figure("a pin that it lacks, instructions per word", "pins-missing", WORD, 3000),
+    Figure("a plain name that the design has, instructions per word", "names", WORD, 3000),
+    Figure("a plain name that it lacks, instructions per word", "names-missing", WORD, 3000),
+    Figure("`u_core_N/u_blk_*/inst_M/A?`, instructions per word", "patterns", WORD, None),
+    Figure("`*/*/*/Z`, which the design lacks, times the load of its dump", "pattern-nowhere", "dump-load", 0.04),
     Figure("join with a design of 10,000 instances, instructions per byte of the file", "join", BYTE, 250),
     Figure("dump load, times a bare pass of the XML reader", "dump-load", "dump-bare", 1.15),
     Figure("ten queries of a dump, first time, times its load", "dump-queries", "dump-load", None),
@@ -36,7 +43,7 @@ def profile_path(program, operation):
 
 
 def count(program, operation):
-    """Returns the instructions of the operation and the size of its input."""
+    """Returns the instructions of the operation, and how many bytes or words it is counted by."""
     # Symbols are bound before the operation, and hash tables have no random seed: the same count in each run.
     environment = {"PATH": os.environ["PATH"], "LD_BIND_NOW": "1", "QT_HASH_SEED": "0"}
     output = f"--callgrind-out-file={profile_path(program, operation)}"
@@ -54,8 +61,8 @@ def measure(program):
         counts = dict(zip(operations, pool.map(lambda operation: count(program, operation), operations)))
     figures = {}
     for figure in FIGURES:
-        instructions, size = counts[figure.operation]
-        figures[figure.operation] = instructions / (counts[figure.against][0] if figure.against else size)
+        instructions, steps = counts[figure.operation]
+        figures[figure.operation] = instructions / (counts[figure.against][0] if figure.against else steps)
     return figures
 
 
