@@ -93,11 +93,15 @@ def table(figures, record):
     return "\n".join(rows)
 
 
+def rounded(figure):
+    return f"{float(f'{figure:.3g}'):g}"
+
+
 def document_table(figures):
     rows = ["| operation | promise | counted |", "|---|---|---|"]
     for figure in FIGURES:
         promise = f"at most {figure.promise}" if figure.promise else ""
-        rows.append(f"| {figure.title} | {promise} | {figures[figure.operation]:.3g} |")
+        rows.append(f"| {figure.title} | {promise} | {rounded(figures[figure.operation])} |")
     return "\n".join(rows)
 
 
