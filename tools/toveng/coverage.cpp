@@ -4,6 +4,7 @@
 #include <functional>
 #include <list>
 #include <map>
+#include <numeric>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -123,14 +124,18 @@ private:
         Meaning const meaning = meaningOf(list, cmd);
         if (list == TOVCMD_CLOCKGROUP || list == TOVCMD_ATTRIBUTE) return meaning.values + meaning.objects;
         std::hash<std::string> const hash;
-        std::map<std::string, std::size_t> roles;
+        std::map<std::string, std::unordered_set<std::size_t>> roles;
         for (TovNameUse const& use : documentNames_.usesIn(cmd)) {
-            // A sum identifies the nodes of a role, whatever their order, and a word without nodes the word.
-            if (names_.find(use.type, use.word, found_, use.match) == 0) roles[use.role] += hash(use.word);
-            for (TovNode const* node : found_) roles[use.role] += hash(names_.nameOf(*node));
+            // A word without nodes identifies itself.
+            std::unordered_set<std::size_t>& things = roles[use.role];
+            if (names_.find(use.type, use.word, found_, use.match) == 0) things.insert(hash(use.word));
+            for (TovNode const* node : found_) things.insert(hash(names_.nameOf(*node) + std::to_string(node->type())));
         }
         std::string text = meaning.values;
-        for (auto const& [role, sum] : roles) text += role + std::to_string(sum) + '\n';
+        // A sum has no order.
+        for (auto const& [role, things] : roles) {
+            text += role + std::to_string(std::accumulate(things.begin(), things.end(), std::size_t{0})) + '\n';
+        }
         for (TovReferences const& references : referencesOf(cmd)) {
             if (references.list->empty() || references.list->front()->type != taDciObjName) continue;
             // What is no name may be a query of its own.

@@ -31,10 +31,8 @@ struct Entry {
 
 using Entries = std::vector<Entry>;
 
-// What makes two entries equal, in the order in which they are paired.
+// What makes two entries equal throughout.
 constexpr auto exactOrder = [](Entry const& e) { return std::make_tuple(e.line, e.enabled); };
-constexpr auto lineOrder = [](Entry const& e) { return e.line; };
-constexpr auto subjectOrder = [](Entry const& e) { return e.subject; };
 
 template <class Order>
 void sort(Entries& entries, Order order) {
@@ -107,10 +105,10 @@ QJsonObject difference(Entries& olds, Entries& news) {
     std::map<std::size_t, QJsonObject> changes;  // by their places in the new file
     auto const addSwitched = [&](Entry const&, Entry const& now) { (now.enabled ? enabled : disabled).push_back(now); };
     pairOff(olds, news, exactOrder, [](Entry const&, Entry const&) {});
-    pairOff(olds, news, lineOrder, addSwitched);
+    pairOff(olds, news, std::mem_fn(&Entry::line), addSwitched);
     addSubjects(olds);
     addSubjects(news);
-    pairOff(olds, news, subjectOrder, [&](Entry const& before, Entry const& now) {
+    pairOff(olds, news, std::mem_fn(&Entry::subject), [&](Entry const& before, Entry const& now) {
         if (before.values == now.values && before.enabled == now.enabled) return;
         if (before.values == now.values) return addSwitched(before, now);
         changes[now.place] = {{"old", savedLine(before)}, {"new", savedLine(now)}};

@@ -26,7 +26,11 @@ Code const codes[codeCount] = {
 };
 
 Design::Design(std::string const& dump) {
-    read(design, dump);
+    Input const input(dump, Content::dump);
+    std::string error;
+    if (!design.load(input.path(), progressBar(), &error) || !error.empty()) {
+        throw Trouble(dump + ": not read whole: " + error);
+    }
     names = std::make_unique<TovDesignNames const>(design, progressBar());
 }
 

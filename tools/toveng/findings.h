@@ -6,6 +6,7 @@
 
 #include "input.h"
 #include "tov/check.h"
+#include "tov/design/design.h"
 #include "tov/names/document_names.h"
 
 namespace tool {
@@ -48,6 +49,10 @@ void forEachFinding(Input const& input, Design const* design, kiri::tov::TovName
 
 /// Returns what is wrong, what a save would do, and what to write instead; for any kind except TOVFINDING_MISSING_NAME.
 std::string messageOf(kiri::tov::TovFinding const& finding, std::string const& line);
+
+/// Prints `FILE:LINE: warning: MESSAGE [CODE]` to a stream.
+void printFinding(std::FILE* out, std::string const& file, kiri::tov::TovFinding const& finding,
+                  std::string const& message);
 
 /// "no such port: `a`; did you mean `b`?" Looks for a near name while `suggestions` is not 0, and counts it down.
 std::string missingMessage(taDciObjTyp type, std::string const& word, kiri::tov::TovDesignNames const& names,

@@ -2,7 +2,7 @@
 #include <iterator>
 
 #include "command.h"
-#include "report.h"
+#include "findings.h"
 #include "text.h"
 
 using namespace kiri::tov;

@@ -84,10 +84,4 @@ void read(kiri::tov::TOV& document, Input const& input, kiri::tov::TovProgress c
     if (!document.read(input.path(), progress, &error)) fail(input.name(), error);
 }
 
-void read(kiri::tov::TovDesign& design, std::string const& name) {
-    Input const input(name, Content::dump);
-    std::string error;
-    if (!design.load(input.path(), progressBar(), &error) || !error.empty()) fail(name, "not read whole: " + error);
-}
-
 }  // namespace tool

@@ -6,7 +6,6 @@
 #include <string>
 #include <utility>
 
-#include "tov/design/design.h"
 #include "tov/progress.h"
 #include "tov/tov.h"
 
@@ -36,9 +35,8 @@ private:
 /// Returns a function that draws a bar on standard error for large files; empty if that is no terminal.
 kiri::tov::TovProgress progressBar();
 
-/// Load the content of the file; throw Trouble unless it was read whole.
+/// Loads the content of the file; throws Trouble unless it was read whole.
 void read(kiri::tov::TOV& document, Input const& input, kiri::tov::TovProgress const& progress);
-void read(kiri::tov::TovDesign& design, std::string const& name);
 
 /// Makes an object that lives until the process ends: freeing millions of parts takes as long as reading them.
 template <class T, class... Args>

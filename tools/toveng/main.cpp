@@ -4,7 +4,6 @@
 
 #include <QCommandLineParser>
 #include <algorithm>
-#include <cstdio>
 #include <exception>
 #include <new>
 
@@ -68,9 +67,7 @@ std::string dashed(char const* name) {
 }
 
 void printOption(std::string const& name, char const* text) {
-    char line[200];
-    std::snprintf(line, sizeof line, "  %-21s %s\n", name.c_str(), text);
-    print(line);
+    print("  " + QByteArray(name.c_str()).leftJustified(21).toStdString() + " " + text + "\n");
 }
 
 void printHelp(Command const& command) {
@@ -105,7 +102,7 @@ int run(Command const& command, QStringList const& arguments) {
     auto const usageTrouble = [&](std::string const& what) {
         return Trouble(std::string(command.name) + ": " + what + "; see toveng " + command.name + " --help");
     };
-    if (!parser.parse(arguments)) throw usageTrouble(parser.errorText().toLatin1().toStdString());
+    if (!parser.parse(arguments)) throw usageTrouble(parser.errorText().chopped(1).toLatin1().toStdString());
     if (parser.isSet("help")) return printHelp(command), 0;
     if (parser.isSet("version")) return printVersion();
     auto const words = parser.positionalArguments().size();
@@ -152,8 +149,6 @@ int main(int argc, char** argv) {
         int const status = run(argc, argv);
         flushOutput();
         return status;
-    } catch (Trouble const& trouble) {
-        complain(std::string("toveng: ") + trouble.what());
     } catch (std::bad_alloc const&) {
         complain("toveng: out of memory");
     } catch (std::exception const& error) {

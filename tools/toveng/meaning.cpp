@@ -23,8 +23,6 @@ std::string joined(std::vector<std::string> texts) {
 }
 
 std::string objectsIn(ppStlList<taDciObj*> const& list) {
-    auto const end = list.end();
-    if (!list.empty() && ++list.begin() == end) return TovCmd::toTclString(list.front());  // as in most lists
     std::vector<std::string> objects;
     for (taDciObj* object : list) objects.push_back(TovCmd::toTclString(object));
     return joined(std::move(objects));

@@ -1,3 +1,5 @@
+#include <QByteArray>
+#include <QList>
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -40,6 +42,7 @@ constexpr Advice advices[] = {
     {lost, "set_clock_groups", "-logically* -physically*", "groups are exclusive unless -asynchronous is there"},
     {lost, "", "-comment", "commands have no comments; write a line of its own that begins with #"},
     {lost, "", "\\", "a command ends with its line; write it in one line"},
+    {lost, "", "-from -to -period", "a save writes the last one; write a line for each"},
     {lost, "", "-*", "this file format has no such option; leave it out, or make the line a comment"},
     {lost, "", "$*", "variables are not replaced; write the value"},
     {lost, "", "@*", "a save writes the query that it stands for, which means the same"},
@@ -61,45 +64,30 @@ constexpr Advice advices[] = {
     {unstable, "", "*", "write names without blanks and quotes, each in a query such as [get_ports {a}]"},
 };
 
-template <class Visit>
-void forEachWord(std::string_view text, Visit visit) {
-    constexpr std::string_view space = " \t\r\n\v\f";
-    for (std::size_t at = text.find_first_not_of(space); at < text.size();) {
-        std::size_t const end = std::min(text.find_first_of(space, at), text.size());
-        visit(text.substr(at, end - at));
-        at = text.find_first_not_of(space, end);
-    }
+QList<QByteArray> wordsIn(std::string_view text) {
+    return QByteArray(text.data(), static_cast<int>(text.size())).simplified().split(' ');
 }
 
-bool fits(std::string_view word, std::string_view pattern) {
-    std::size_t const star = std::min(pattern.find('*'), pattern.size());
-    return word.substr(0, star) == pattern.substr(0, star) && (star < pattern.size() || word.size() == star);
+bool fits(QByteArray const& word, QByteArray const& pattern) {
+    return pattern.endsWith('*') ? word.startsWith(pattern.chopped(1)) : word == pattern;
 }
 
 char const* adviceOn(TovFinding const& finding, std::string_view keyword) {
+    QList<QByteArray> const words = wordsIn(finding.text);
     for (Advice const& advice : advices) {
         if (advice.kind != finding.kind || (!advice.keyword.empty() && advice.keyword != keyword)) continue;
-        bool isFitting = false;
-        forEachWord(finding.text, [&](std::string_view word) {
-            forEachWord(advice.words, [&](std::string_view pattern) { isFitting |= fits(word, pattern); });
-        });
-        if (isFitting) return advice.text;
+        for (QByteArray const& pattern : wordsIn(advice.words)) {
+            bool const isFitting =
+                std::any_of(words.begin(), words.end(), [&](QByteArray const& word) { return fits(word, pattern); });
+            if (isFitting) return advice.text;
+        }
     }
     return "";
 }
 
-std::string_view firstWord(std::string_view text) {
-    std::string_view first;
-    forEachWord(text, [&](std::string_view word) {
-        if (first.empty()) first = word;
-    });
-    return first;
-}
-
-std::string_view keywordIn(std::string_view line) {
-    std::string_view const first = firstWord(line);
-    constexpr std::string_view disable = "#disable";
-    return first == disable ? firstWord(line.substr(line.find(disable) + disable.size())) : first;
+std::string keywordIn(std::string_view line) {
+    QList<QByteArray> const words = wordsIn(line);
+    return words.value(words.front() == "#disable" ? 1 : 0).toStdString();
 }
 
 // Messages are UTF-8, whatever the file is.
@@ -120,7 +108,7 @@ constexpr std::pair<taDciObjTyp, char const*> typeTitles[] = {
 }  // namespace
 
 std::string messageOf(TovFinding const& finding, std::string const& line) {
-    std::string_view const keyword = keywordIn(line);
+    std::string const keyword = keywordIn(line);
     std::string const advice = std::string(": ") + adviceOn(finding, keyword);
     switch (finding.kind) {
         case dropped:

@@ -43,7 +43,8 @@ std::string shown(std::string_view text, std::size_t most) {
         while ((static_cast<unsigned char>(text[most]) & 0xc0U) == 0x80 && most > 0) --most;
         start.replace(most, std::string::npos, "...");
     }
-    std::replace(start.begin(), start.end(), '\t', ' ');
+    // Tabs are what separates the fields of an attribute.
+    if (text.substr(0, 10) == "#attribute") std::replace(start.begin(), start.end(), '\t', ' ');
     return start;
 }
 

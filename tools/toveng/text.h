@@ -20,7 +20,8 @@ QString toText(std::string_view bytes);
 /// The same in UTF-8 for a terminal: a '?' for each control character.
 std::string printable(std::string_view bytes);
 
-/// Returns the start of a text, at most `most` bytes and "..." where it is longer, with blanks for tabs.
+/// Returns the start of a text, at most `most` bytes and "..." where it is longer, with blanks for the tabs
+/// of an attribute.
 std::string shown(std::string_view text, std::size_t most = std::string_view::npos);
 
 // Write to standard output; Trouble if that fails.
