@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdint>
 #include <list>
 #include <numeric>
 #include <optional>
@@ -196,22 +197,26 @@ inline std::vector<Word> wordsOf(std::string const& text) {
 }
 
 inline bool fits(Symbols const& pattern, std::string const& text) {
-    // fit[t]: whether the pattern's part up to here fits the first t bytes.
-    std::vector<bool> fit(text.size() + 1);
-    fit[0] = true;
-    for (Symbol const& symbol : pattern) {
-        bool const isStar = symbol.isWild() && symbol.byte == '*';
-        std::vector<bool> next(fit.size());
-        for (std::size_t t = 0; t < fit.size(); ++t) {
-            if (isStar) {
-                next[t] = fit[t] || (t > 0 && next[t - 1]);
-            } else {
-                next[t] = t > 0 && fit[t - 1] && (symbol.isWild() || symbol.byte == text[t - 1]);
-            }
+    std::size_t at = 0;           // in the pattern
+    std::size_t star = SIZE_MAX;  // the last one passed
+    std::size_t starEnd = 0;      // where what it fits ends
+    for (std::size_t t = 0; t < text.size();) {
+        bool const isStar = at < pattern.size() && pattern[at].isWild() && pattern[at].byte == '*';
+        if (isStar) {
+            star = at++;
+            starEnd = t;
+        } else if (at < pattern.size() && (pattern[at].isWild() || pattern[at].byte == text[t])) {
+            ++at;
+            ++t;
+        } else if (star != SIZE_MAX) {
+            at = star + 1;
+            t = ++starEnd;
+        } else {
+            return false;
         }
-        fit = next;
     }
-    return fit.back();
+    return std::all_of(pattern.begin() + static_cast<std::ptrdiff_t>(at), pattern.end(),
+                       [](Symbol const& symbol) { return symbol.isWild() && symbol.byte == '*'; });
 }
 
 inline bool fitsLevels(Word const& word, Levels const& path, Kind kind, TovNameMatch match) {
