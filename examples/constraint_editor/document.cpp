@@ -210,7 +210,7 @@ std::optional<Document::Place> Document::placeOfLine(std::string const& path, st
     std::string text;
     std::unique_ptr<TovCmd> cmd;
     for (std::size_t i = 0; i < line && std::getline(file, text); ++i) {
-        cmd = readLine(text.c_str(), kind);
+        cmd = readLine(text.substr(0, text.find('\0')), kind);
         if (kind >= 0) ++numbers[kind];
     }
     if (!cmd) return std::nullopt;

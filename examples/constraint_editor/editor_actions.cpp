@@ -73,12 +73,13 @@ bool EditorWindow::canMove(int step) const {
     return step < 0 ? first > 0 : last + 1 < model_.rowCount();
 }
 
-// Where a text is edited, its own cut, copy and so on are meant; of these an action has the slot's name.
+// Where a text is edited, its own cut, copy and so on are meant; of these an action has the slot's name. Else what is
+// being typed is taken first, which may change the selection: whether the action can do something is asked after it.
 void EditorWindow::makeEditMenu() {
     auto const line = [this] { return qobject_cast<QLineEdit*>(focus_.data()); };
     auto const always = [this] { return isInTable(); };
     auto const some = [this] { return hasSelection(); };
-    auto const one = [this] { return isInTable() && current().row >= 0; };
+    auto const one = [this] { return isInTable() && !typing_ && current().row >= 0; };
     auto const canPaste = [this] { return isInTable() && !QGuiApplication::clipboard()->text().isEmpty(); };
     auto const hasText = [line] { return line()->hasSelectedText(); };
     struct {
@@ -90,10 +91,10 @@ void EditorWindow::makeEditMenu() {
         char const* slot = nullptr;
         Enabled enabledInText = {};
     } const rows[] = {
-        {"&Undo", QKeySequence::Undo, [this] { takeTyped(), undo_.undo(); }, [this] { return undo_.canUndo(); }, true,
-         "undo", [line] { return line()->isUndoAvailable(); }},
-        {"&Redo", QKeySequence::Redo, [this] { takeTyped(), undo_.redo(); }, [this] { return undo_.canRedo(); }, true,
-         "redo", [line] { return line()->isRedoAvailable(); }},
+        {"&Undo", QKeySequence::Undo, [this] { undo_.undo(); }, [this] { return undo_.canUndo(); }, true, "undo",
+         [line] { return line()->isUndoAvailable(); }},
+        {"&Redo", QKeySequence::Redo, [this] { undo_.redo(); }, [this] { return undo_.canRedo(); }, true, "redo",
+         [line] { return line()->isRedoAvailable(); }},
         {"Cu&t", QKeySequence::Cut, [this] { copy(), remove(); }, some, false, "cut", hasText},
         {"&Copy", QKeySequence::Copy, [this] { copy(); }, some, false, "copy", hasText},
         {"&Paste", QKeySequence::Paste, [this] { paste(); }, canPaste, false, "paste", [] { return true; }},
@@ -119,11 +120,13 @@ void EditorWindow::makeEditMenu() {
     bar->setObjectName("bar");
     for (auto const& row : rows) {
         bool const isOfText = row.slot != nullptr;
-        auto const run = [line, row] {
-            if (row.slot != nullptr && line() != nullptr)
+        auto const run = [this, line, row] {
+            if (row.slot != nullptr && line() != nullptr) {
                 QMetaObject::invokeMethod(line(), row.slot);
-            else
-                row.run();
+                return;
+            }
+            takeTyped();
+            if (row.enabled()) row.run();
         };
         auto const enabled = [line, row] {
             return row.slot != nullptr && line() != nullptr ? row.enabledInText() : row.enabled();
@@ -199,7 +202,6 @@ static std::vector<int> rowsFrom(int first, std::size_t count) {
 
 // The new row is no part of the document's history before something is typed in it.
 void EditorWindow::add() {
-    takeTyped();
     filter_->clear();
     int const row = current().row + 1;
     int found = 0;
@@ -219,7 +221,6 @@ void EditorWindow::add() {
 }
 
 void EditorWindow::copy() {
-    takeTyped();
     QStringList lines;
     for (int const row : selectedRows()) lines << document_->text({model_.kind(), row});
     QGuiApplication::clipboard()->setText(lines.join('\n'));
@@ -227,7 +228,6 @@ void EditorWindow::copy() {
 
 // Pasted lines come into the lists of their kinds, as a load puts them there.
 void EditorWindow::paste() {
-    takeTyped();
     Document::Commands cmds[kindCount];
     QStringList refused;
     std::vector<TovFinding> findings;
@@ -254,7 +254,6 @@ void EditorWindow::paste() {
 }
 
 void EditorWindow::duplicate() {
-    takeTyped();
     std::vector<int> const rows = selectedRows();
     Document::Commands copies;
     for (int const row : rows) {
@@ -269,14 +268,10 @@ void EditorWindow::duplicate() {
 }
 
 void EditorWindow::remove() {
-    takeTyped();
-    std::vector<int> rows = selectedRows();
-    if (!rows.empty()) undo_.push(Edit::removal(*this, "remove", model_.kind(), std::move(rows)));
+    undo_.push(Edit::removal(*this, "remove", model_.kind(), selectedRows()));
 }
 
 void EditorWindow::move(int step) {
-    takeTyped();
-    if (!canMove(step)) return;
     std::vector<int> const from = selectedRows();
     std::vector<int> to = from;
     for (int& row : to) row += step;
@@ -284,7 +279,6 @@ void EditorWindow::move(int step) {
 }
 
 void EditorWindow::toggle() {
-    takeTyped();
     std::vector<int> const rows = selectedRows();
     std::vector<Edit::State> states;
     states.reserve(rows.size());
@@ -296,9 +290,7 @@ void EditorWindow::toggle() {
 }
 
 void EditorWindow::dropDraft() {
-    takeTyped();
     Document::Place const at = current();
-    if (at.row < 0 || !document_->isDraft(at)) return;
     undo_.push(Edit::states(*this, "giving up", at.kind, {at.row}, {{document_->command(at).enabled, {}}}));
 }
 

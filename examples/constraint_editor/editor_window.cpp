@@ -221,7 +221,7 @@ void EditorWindow::startTyping(QLineEdit* line, int documentRow) {
 void EditorWindow::stopTyping() {
     typing_ = nullptr;
     model_.setTyped(-1, {});
-    QTimer::singleShot(0, this, [this] { dropAdded(); });
+    QTimer::singleShot(0, this, [this] { dropAdded(), tidy(); });
 }
 
 // What is being typed is taken over before anything else is done.
