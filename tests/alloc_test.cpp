@@ -1,14 +1,13 @@
-// Every operation with each of its allocations failing in turn, by operator new and by the C library's functions; what
-// Qt takes by malloc is its own. And what some operations take in all.
+// Every operation with each of its allocations failing in turn.
 
 #include <gtest/gtest.h>
-#include <malloc.h>
 
 #include <functional>
 #include <memory>
 #include <new>
 #include <thread>
 
+#include "allocations.h"
 #include "database.h"
 #include "platform/ut.h"
 #include "support.h"
@@ -20,59 +19,12 @@
 
 namespace {
 
-long live = 0;              // blocks allocated and not freed
-std::size_t liveBytes = 0;  // and their size
-std::size_t peakBytes = 0;
-std::size_t largest = SIZE_MAX;  // beyond that size each allocation fails
-long untilFailure = 0;           // counts down to the allocation that fails; 0: none
-long failing = 0;                // the allocation of an attempt that fails
-bool completed = false;
-
-void* count(void* block, int sign) {
-    if (block == nullptr) return nullptr;
-    live += sign;
-    liveBytes += static_cast<std::size_t>(sign) * ::malloc_usable_size(block);
-    peakBytes = std::max(peakBytes, liveBytes);
-    return block;
-}
-
-bool fails() {
-    return untilFailure > 0 && --untilFailure == 0;
-}
-
-}  // namespace
-
-extern "C" {
-void* __real_malloc(std::size_t size);
-void* __real_realloc(void* block, std::size_t size);
-void __real_free(void* block);
-
-void* __wrap_malloc(std::size_t size) {
-    return fails() || size > largest ? nullptr : count(__real_malloc(size), 1);
-}
-void* __wrap_realloc(void* block, std::size_t size) {
-    return fails() ? nullptr : count(__real_realloc(count(block, -1), size), 1);
-}
-void __wrap_free(void* block) {
-    __real_free(count(block, -1));
-}
-}
-
-void* operator new(std::size_t size) {
-    void* const block = __wrap_malloc(size);
-    if (block == nullptr) throw std::bad_alloc();
-    return block;
-}
-void operator delete(void* block) noexcept {
-    __wrap_free(block);
-}
-void operator delete(void* block, std::size_t) noexcept {
-    __wrap_free(block);
-}
-
-namespace {
-
 using namespace kiri::tov;
+using allocations::live;
+using allocations::untilFailure;
+
+long failing = 0;  // the allocation of an attempt that fails
+bool completed = false;
 
 // The operation of a scenario whose allocation fails; true if it was completed.
 bool attempt(std::function<void()> const& operation) {
@@ -307,113 +259,6 @@ TEST(Alloc, JoinsOfDocumentsAndDesigns) {
         bool const done = attempt([&] { checkTovFile(path.c_str(), options, findings, &error); });
         EXPECT_EQ(error == "as it was" && findings.front().text == "old", !done);
     });
-}
-
-// The bytes that an operation keeps, and those that it takes beyond them.
-std::pair<std::size_t, std::size_t> bytesOf(std::function<void()> const& operation) {
-    std::size_t const before = peakBytes = liveBytes;
-    operation();
-    return {liveBytes - before, peakBytes - liveBytes};
-}
-
-TEST(Alloc, CopiesOfALongTextShareIt) {
-    constexpr std::size_t words = 1000;
-    std::string text;
-    for (std::size_t i = 0; i < words; ++i) text += "the_name_of_an_unknown_object ";
-    taDci db;
-    db.mcycs.push_back(new taDciSynMcyc());
-    ppStlList<taDciObj*>& list = db.mcycs.front()->from;
-    TOV document;
-    EXPECT_LT(bytesOf([&] { list = TovCmd::fromTclString(text, false); }).first, words * 200);
-    EXPECT_LT(bytesOf([&] { document.loadTaObjects(&db, true); }).first, words * 200);
-    delete list.front();
-    list.pop_front();
-    EXPECT_EQ(list.size(), words - 1);
-    EXPECT_TRUE(list.front()->name == text);
-}
-
-// What a load needs beyond what it keeps: the longest line with room to grow, and comments while their text grows.
-TEST(Alloc, AFileCostsItsLongestLine) {
-    support::TempDir const dir;
-    std::size_t const longest = 3'000'000;
-    std::string const longWord(longest, 'x');
-    std::string manyWords;
-    while (manyWords.size() < longest) manyWords += " word";
-    std::string commands, comments, sections;
-    for (int i = 0; i < 60'000; ++i) commands += "set_false_path" + std::string(200, ' ') + "x\n";
-    for (int i = 0; i < 400'000; ++i) comments += "# a comment\n";
-    for (int i = 0; i < 40; ++i) sections += std::string(99'999, 'x') + "\n#attribute 1 2 3 4 5\ny\nset_false_path\n";
-    std::size_t const line = longest / 8 * 9;
-    struct {
-        std::string text;
-        std::size_t beyond;
-    } const files[] = {
-        {"#attribute" + longWord + "\n" + commands, 0},  // the commands are kept where the line was
-        {"#attribute" + manyWords, line},
-        {"#attribute 1 2 3 4 " + longWord, line},
-        {"# " + longWord, line},
-        {"set_load" + manyWords, line},
-        {"set_false_path -x " + longWord + " -to a", line},
-        {comments, comments.size()},
-        {sections, sections.size()},
-    };
-    for (auto const& file : files) {
-        std::string const path = support::write(dir / "in", file.text);
-        TOV document;
-        std::size_t const beyond = bytesOf([&] { document.read(path.c_str()); }).second;
-        EXPECT_LT(beyond, file.beyond + 64 * 1024) << file.text.substr(0, 30);
-    }
-}
-
-// Beyond its tree, a dump costs the base names of its buses while it is read.
-TEST(Alloc, ADumpCostsTheNamesOfItsBuses) {
-    support::TempDir const dir;
-    constexpr std::size_t buses = 20'000;
-    for (bool distinct : {false, true}) {
-        std::string text = "<top><library><unit><nets>";
-        for (std::size_t i = 0; i < buses; ++i)
-            text += "<nitem name='" + (distinct ? "net" + std::to_string(i) : "net") + "[0]'/>";
-        std::string const path = support::write(dir / "dump", text + "</nets></unit></library></top>");
-        TovDesign design;
-        auto const [kept, beyond] = bytesOf([&] { design.load(path.c_str()); });
-        EXPECT_LT(beyond, 64 * 1024 + (distinct ? buses * 100 : 0));
-        EXPECT_GT(kept, buses * 50);
-    }
-}
-
-// The lines of lists that alternate are there twice while they are joined.
-TEST(Alloc, ASaveTakesTwiceItsText) {
-    support::TempDir const dir;
-    for (std::size_t length : {1U, 60U, 150U, 900U}) {
-        for (std::size_t others : {3U, 1'000'000U}) {
-            std::string text;
-            for (std::size_t i = 1; i < 1'000'000 / (length + 20); ++i) {
-                text += (i % others == 0 ? "set_max_delay 1" : "set_false_path") +
-                        (" -from " + std::string(length, 'x') + "\n");
-            }
-            TOV document;
-            document.load(support::write(dir / "in", text).c_str());
-            std::string saved;
-            auto const [kept, beyond] = bytesOf([&] { saved = document.toSaveString(); });
-            EXPECT_LT(kept, saved.size() / 8 * 9);
-            EXPECT_LT(kept + beyond, saved.size() / 50 * 101 + 64 * 1024) << length;
-        }
-    }
-}
-
-// The first lines of a list may be longer than the others: the room for more such lines is neither kept nor needed.
-TEST(Alloc, ASaveMayGuessItsSizeWrong) {
-    std::string text;
-    for (int i = 0; i < 20'000; ++i) text += "set_false_path -from " + std::string(i < 16 ? 1000 : 1, 'x') + '\n';
-    TOV document;
-    support::load(document, text);
-    for (std::size_t const limit : {SIZE_MAX, std::size_t{8} << 20}) {
-        std::string saved;
-        largest = limit;
-        std::size_t const kept = bytesOf([&] { saved = document.toSaveString(); }).first;
-        largest = SIZE_MAX;
-        EXPECT_LT(kept, saved.size() * 2 + 64);
-    }
 }
 
 }  // namespace
