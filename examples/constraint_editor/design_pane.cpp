@@ -50,7 +50,7 @@ constexpr int registers = 4;
 // search.
 class DesignPane::Model : public QAbstractListModel {
 public:
-    // What is made in a thread, and then shown.
+    // What is made in a thread, and then shown: the nodes of a kind, and the names of the first of them.
     struct Names {
         Nodes nodes;
         std::string text;
@@ -61,8 +61,8 @@ public:
         return kind.type == taDciObjName ? node.name() : design.names->nameOf(node);
     }
 
-    // False if it is stopped.
-    static bool make(Names& names, Design const& design, ObjectKind const& kind, TovProgress const& progress) {
+    // Keeps the names made so far if it is stopped.
+    static void make(Names& names, Design const& design, ObjectKind const& kind, TovProgress const& progress) {
         names.nodes = kind.nodes(design.nodes);
         std::size_t const count = names.nodes.size();
         names.ends.reserve(count);
@@ -70,9 +70,8 @@ public:
             names.text += nameOf(design, kind, *node);
             names.text += '\0';
             names.ends.push_back(names.text.size());
-            if (names.ends.size() % 4096 == 0 && !progress(names.ends.size(), count)) return false;
+            if (names.ends.size() % 4096 == 0 && !progress(names.ends.size(), count)) return;
         }
-        return true;
     }
 
     void show(std::shared_ptr<Design const> design, int kind, Names names) {
@@ -80,6 +79,7 @@ public:
         design_ = std::move(design);
         kind_ = kind;
         names_ = std::move(names);
+        names_.text.resize(names_.ends.empty() ? 0 : names_.ends.back());
         find();
         endResetModel();
     }
@@ -107,7 +107,7 @@ private:
     void find() {
         shown_.clear();
         if (filter_.empty()) {
-            shown_ = names_.nodes;
+            shown_.assign(names_.nodes.begin(), names_.nodes.begin() + static_cast<std::ptrdiff_t>(names_.ends.size()));
         } else if (filter_.find_first_of("*?") != std::string::npos && objectKinds[kind_].type != taDciObjName) {
             if (design_) design_->names->find(objectKinds[kind_].type, filter_, shown_);
             auto const isOther = [](TovNode const* node) { return !isRegister(node); };
@@ -191,16 +191,16 @@ void DesignPane::show(std::shared_ptr<Design const> design, Run run) {
     list();
 }
 
-// A kind that the user does not wait for stays empty.
+// While a job runs, no node of another design or kind is shown. If the user cancels it, the names made so far are.
 void DesignPane::list() {
     int const kind = kind_->currentIndex();
     Model::Names names;
-    bool whole = true;
-    if (design_) {
-        run_(QString("Listing the %1").arg(QString(objectKinds[kind].title).toLower()),
-             [&](TovProgress const& progress) { whole = Model::make(names, *design_, objectKinds[kind], progress); });
-    }
-    model_->show(design_, kind, whole ? std::move(names) : Model::Names());
+    model_->show(design_, kind, {});
+    showCount();
+    if (!design_) return;
+    run_(QString("Listing the %1").arg(QString(objectKinds[kind].title).toLower()),
+         [&](TovProgress const& progress) { Model::make(names, *design_, objectKinds[kind], progress); });
+    model_->show(design_, kind, std::move(names));
     showCount();
 }
 

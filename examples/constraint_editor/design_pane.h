@@ -9,7 +9,7 @@
 /// The objects of the design, one kind at a time, and the commands that refer to the one that is chosen.
 class DesignPane : public QWidget {
 public:
-    /// Runs a job that may last; false if the user cancels it.
+    /// Runs a job that may last; false if the user cancels it, or if it fails.
     using Run = std::function<bool(QString const& label, std::function<void(kiri::tov::TovProgress const&)> const&)>;
 
     DesignPane();

@@ -115,7 +115,7 @@ bool EditorWindow::openDocument(QString const& path) {
     return true;
 }
 
-// The name index is a part of the job, and so is the list that the pane shows: the cancel holds to the end.
+// What is open stays until the new dump and the index of its names are whole.
 bool EditorWindow::openDesign(QString const& path) {
     auto design = std::make_shared<Design>();
     design->path = path;
@@ -129,7 +129,9 @@ bool EditorWindow::openDesign(QString const& path) {
     if (!isLoaded) return refuse(QString("%1 cannot be read: %2").arg(path, QString::fromStdString(error)));
     dump_ = std::move(design);
     document_->setNames(dump_->names.get());
-    design_->show(dump_, [this](QString const& label, auto const& job) { return runJob(label, job); });
+    design_->show(dump_, [this](QString const& label, auto const& job) {
+        return withMemory([&] { return runJob(label, job); });
+    });
     findings_->start(path_, dump_);
     setPath(path_);
     remarksAt_ = {};
