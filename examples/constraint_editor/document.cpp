@@ -83,7 +83,7 @@ QString sentenceOf(TovFinding const& finding) {
     return QString("%1: %2").arg(titleOf(finding.kind), toText(finding.text));
 }
 
-Document::Document(std::unique_ptr<TOV> tov) : tov_(std::move(tov)) {
+Document::Document(std::unique_ptr<TOV> tov, TovDesignNames const* names) : tov_(std::move(tov)) {
     takeComments(commentKind, tov_->sdcCommentText);
     takeComments(commentKind + 1, tov_->attributeCommentText);
     for (int kind = 0; kind < kindCount; ++kind) {
@@ -91,6 +91,7 @@ Document::Document(std::unique_ptr<TOV> tov) : tov_(std::move(tov)) {
         rows_[kind].reserve(list.size());
         for (auto cmd = list.begin(); cmd != list.end(); ++cmd) rows_[kind].push_back({cmd, count(kind)});
     }
+    if (names != nullptr) names_ = join(*names);
 }
 
 Document::~Document() {
@@ -221,8 +222,15 @@ std::optional<Document::Place> Document::placeOfLine(std::string const& path, st
     });
 }
 
-void Document::setNames(TovDesignNames const* names) {
-    names_ = names == nullptr ? nullptr : std::make_unique<TovDocumentNames>(*tov_, *names);
+// The join keeps what it has looked up: after one question for all names, a remark costs no look-up.
+Document::Join Document::join(TovDesignNames const& names) const {
+    auto join = std::make_unique<TovDocumentNames>(*tov_, names);
+    static_cast<void>(join->missing());
+    return join;
+}
+
+void Document::setNames(Join names) {
+    names_ = std::move(names);
     forgetRemarks();
 }
 

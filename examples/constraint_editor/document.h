@@ -54,7 +54,8 @@ public:
         int row;
     };
 
-    explicit Document(std::unique_ptr<kiri::tov::TOV> tov = std::make_unique<kiri::tov::TOV>());
+    /// Judges names by a design, unless it is null: see setNames().
+    explicit Document(std::unique_ptr<kiri::tov::TOV> tov, kiri::tov::TovDesignNames const* names);
     ~Document();
     Document(Document const&) = delete;
     Document& operator=(Document const&) = delete;
@@ -80,8 +81,12 @@ public:
     /// Where the line of the file as it was read or saved last is now.
     std::optional<Place> placeOfLine(std::string const& path, std::size_t line) const;
 
-    /// Judges names by a design, unless it is null. It outlives its use here.
-    void setNames(kiri::tov::TovDesignNames const* names);
+    using Join = std::unique_ptr<kiri::tov::TovDocumentNames>;
+    /// Looks all names up in a design, which outlives the use of the result. A job's thread may, while no other changes
+    /// the document.
+    Join join(kiri::tov::TovDesignNames const& names) const;
+    /// Judges names by that design from now on.
+    void setNames(Join names);
     /// The commands that refer to a node of that design.
     std::vector<kiri::tov::TovCmd*> commandsOf(kiri::tov::TovNode const& node) const;
 
@@ -118,7 +123,7 @@ private:
     std::unique_ptr<kiri::tov::TOV> tov_;
     List comments_[kindCount - commandKinds];
     mutable std::vector<Row> rows_[kindCount];
-    std::unique_ptr<kiri::tov::TovDocumentNames> names_;
+    Join names_;
     std::vector<QString> remarks_;
     int remarkCount_ = 0;
 };

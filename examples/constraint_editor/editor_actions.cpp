@@ -25,7 +25,7 @@ QAction* EditorWindow::addAction(QMenu* menu, char const* text, QKeySequence con
 void EditorWindow::makeFileMenu() {
     QMenu* const file = menuBar()->addMenu("&File");
     addAction(file, "&New", QKeySequence::New, [this] {
-        if (mayDiscard()) setDocument(std::make_unique<Document>(), {});
+        if (mayDiscard()) setDocument(std::make_unique<Document>(std::make_unique<TOV>(), names()), {});
     });
     addAction(file, "&Open...", QKeySequence::Open, [this] {
         QString const path = askForFile(false);

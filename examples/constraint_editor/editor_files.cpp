@@ -105,8 +105,7 @@ bool EditorWindow::openDocument(QString const& path) {
     bool const isWhole = runJob("Reading " + path, [&](TovProgress const& progress) {
         auto tov = std::make_unique<TOV>();
         if (!tov->read(fileName(path).c_str(), progress, &error)) return;
-        document = std::make_unique<Document>(std::move(tov));
-        if (dump_) document->setNames(dump_->names.get());
+        document = std::make_unique<Document>(std::move(tov), names());
     });
     if (!isWhole) return false;
     if (!document) return refuse(QString("%1 cannot be opened: %2").arg(path, QString::fromStdString(error)));
@@ -120,15 +119,18 @@ bool EditorWindow::openDesign(QString const& path) {
     auto design = std::make_shared<Design>();
     design->path = path;
     std::string error;
+    Document::Join join;
     bool isLoaded = false;
     bool const isWhole = runJob("Reading " + path, [&](TovProgress const& progress) {
         isLoaded = design->nodes.load(fileName(path).c_str(), progress, &error);
-        if (isLoaded) design->names = std::make_unique<TovDesignNames>(design->nodes, progress);
+        if (!isLoaded) return;
+        design->names = std::make_unique<TovDesignNames>(design->nodes, progress);
+        if (design->names->complete()) join = document_->join(*design->names);
     });
     if (!isWhole) return false;
     if (!isLoaded) return refuse(QString("%1 cannot be read: %2").arg(path, QString::fromStdString(error)));
+    document_->setNames(std::move(join));
     dump_ = std::move(design);
-    document_->setNames(dump_->names.get());
     design_->show(dump_, [this](QString const& label, auto const& job) {
         return withMemory([&] { return runJob(label, job); });
     });
@@ -146,7 +148,6 @@ void EditorWindow::setDocument(std::unique_ptr<Document> document, QString const
     model_.show(nullptr, kind);
     undo_.clear();
     document_ = std::move(document);
-    if (dump_) document_->setNames(dump_->names.get());
     remarksAt_ = foundAt_ = {};
     foundCount_ = 0;
     lossAccepted_ = path.isEmpty();

@@ -74,7 +74,7 @@ EditorWindow::EditorWindow() {
     makeEditMenu();
     makeFindBar();
     connectParts();
-    setDocument(std::make_unique<Document>(), {});
+    setDocument(std::make_unique<Document>(std::make_unique<TOV>(), names()), {});
     QWidget* const order[] = {kinds_, filter_, table_, findings_->findChild<QTreeView*>(), search_, withCase_};
     for (std::size_t i = 1; i < std::size(order); ++i) setTabOrder(order[i - 1], order[i]);
     table_->setFocus();

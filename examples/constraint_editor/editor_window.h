@@ -106,6 +106,7 @@ private:
     bool acceptLoss(QString const& question, std::vector<kiri::tov::TovFinding> const& findings);
     void setPath(QString const& path);
     static Identity identityOf(QString const& path);
+    kiri::tov::TovDesignNames const* names() const { return dump_ ? dump_->names.get() : nullptr; }
 
     std::unique_ptr<Document> document_;
     std::shared_ptr<Design const> dump_;  // null: none is open
