@@ -119,7 +119,6 @@ void EditorWindow::makeEditMenu() {
     QToolBar* const bar = addToolBar("Edit");
     bar->setObjectName("bar");
     for (auto const& row : rows) {
-        bool const isOfText = row.slot != nullptr;
         auto const run = [this, line, row] {
             if (row.slot != nullptr && line() != nullptr) {
                 QMetaObject::invokeMethod(line(), row.slot);
@@ -132,7 +131,7 @@ void EditorWindow::makeEditMenu() {
             return row.slot != nullptr && line() != nullptr ? row.enabledInText() : row.enabled();
         };
         QAction* const action = addAction(edit, row.text, row.keys, run, enabled);
-        if (!isOfText) action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        if (row.slot == nullptr) action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
         table_->addAction(action);
         if (row.isInBar) bar->addAction(action);
     }
