@@ -1,6 +1,7 @@
 #include "design_pane.h"
 
 #include <cstring>
+#include <future>
 #include <list>
 
 #include "document.h"
@@ -80,15 +81,30 @@ public:
         kind_ = kind;
         names_ = std::move(names);
         names_.text.resize(names_.ends.empty() ? 0 : names_.ends.back());
-        find();
+        restart();
         endResetModel();
     }
 
     void setFilter(std::string filter) {
         beginResetModel();
         filter_ = std::move(filter);
-        find();
+        restart();
         endResetModel();
+    }
+
+    // Finds more until the time is over; false if there is no more. As each layout of the view takes all rows, the
+    // rows come in parts that grow with them.
+    bool goOn(std::chrono::milliseconds time) {
+        if (!isFound_ && isPattern())
+            findPattern(time);
+        else if (!isFound_)
+            search(QDeadlineTimer(time));
+        if (found_.empty() || (!isFound_ && found_.size() < shown_.size())) return !isFound_;
+        beginInsertRows({}, rowCount(), rowCount() + static_cast<int>(found_.size()) - 1);
+        shown_.insert(shown_.end(), found_.begin(), found_.end());
+        endInsertRows();
+        found_.clear();
+        return !isFound_;
     }
 
     std::size_t total() const { return names_.nodes.size(); }
@@ -104,39 +120,70 @@ public:
     }
 
 private:
-    void find() {
-        shown_.clear();
-        if (filter_.empty()) {
-            shown_.assign(names_.nodes.begin(), names_.nodes.begin() + static_cast<std::ptrdiff_t>(names_.ends.size()));
-        } else if (filter_.find_first_of("*?") != std::string::npos && objectKinds[kind_].type != taDciObjName) {
-            if (design_) design_->names->find(objectKinds[kind_].type, filter_, shown_);
-            auto const isOther = [](TovNode const* node) { return !isRegister(node); };
-            if (kind_ == registers) shown_.erase(std::remove_if(shown_.begin(), shown_.end(), isOther), shown_.end());
-        } else {
-            search();
-        }
+    bool isPattern() const {
+        return design_ && filter_.find_first_of("*?") != std::string::npos && objectKinds[kind_].type != taDciObjName;
     }
 
-    void search() {
-        auto const ends = [this](std::size_t i) { return names_.ends[i]; };
-        std::size_t node = 0;
-        for (std::size_t at = 0; at < names_.text.size(); at = ends(node++)) {
-            void const* const found =
-                ::memmem(names_.text.data() + at, names_.text.size() - at, filter_.data(), filter_.size());
-            if (found == nullptr) return;
-            auto const place = static_cast<std::size_t>(static_cast<char const*>(found) - names_.text.data());
-            auto const begin = names_.ends.begin();
-            node = static_cast<std::size_t>(
-                std::upper_bound(begin + static_cast<std::ptrdiff_t>(node), names_.ends.end(), place) - begin);
-            shown_.push_back(names_.nodes[node]);
+    void restart() {
+        isOutdated_ = finding_.valid();
+        found_.clear();
+        shown_.clear();
+        searched_ = 0;
+        isFound_ = filter_.empty();
+        if (isFound_)
+            shown_.assign(names_.nodes.begin(), names_.nodes.begin() + static_cast<std::ptrdiff_t>(names_.ends.size()));
+    }
+
+    void search(QDeadlineTimer const& deadline) {
+        std::size_t const count = names_.ends.size();
+        while (searched_ < count && !deadline.hasExpired()) searchTo(std::min(searched_ + 4096, count));
+        isFound_ = searched_ == count;
+    }
+
+    void searchTo(std::size_t last) {
+        char const* const text = names_.text.data();
+        for (; searched_ < last; ++searched_) {
+            std::size_t const begin = searched_ == 0 ? 0 : names_.ends[searched_ - 1];
+            void const* const place =
+                ::memmem(text + begin, names_.ends[last - 1] - begin, filter_.data(), filter_.size());
+            if (place == nullptr) break;
+            auto const ends = names_.ends.begin();
+            auto const at = static_cast<std::size_t>(static_cast<char const*>(place) - text);
+            searched_ = static_cast<std::size_t>(std::upper_bound(ends + static_cast<std::ptrdiff_t>(searched_),
+                                                                  ends + static_cast<std::ptrdiff_t>(last), at) -
+                                                 ends);
+            found_.push_back(names_.nodes[searched_]);
         }
+        searched_ = last;
+    }
+
+    // A thread looks a pattern up. None can be stopped: the one for the next pattern starts when it ends.
+    void findPattern(std::chrono::milliseconds time) {
+        if (!finding_.valid()) {
+            finding_ = std::async(std::launch::async, [design = design_, kind = kind_, pattern = filter_] {
+                Nodes nodes;
+                design->names->find(objectKinds[kind].type, pattern, nodes);
+                auto const isOther = [](TovNode const* node) { return !isRegister(node); };
+                if (kind == registers) nodes.erase(std::remove_if(nodes.begin(), nodes.end(), isOther), nodes.end());
+                return nodes;
+            });
+        }
+        if (finding_.wait_for(time) != std::future_status::ready) return;
+        Nodes nodes = finding_.get();
+        if (std::exchange(isOutdated_, false)) return;
+        found_ = std::move(nodes);
+        isFound_ = true;
     }
 
     std::shared_ptr<Design const> design_;
     int kind_ = 0;
     Names names_;
     std::string filter_;
-    Nodes shown_;
+    Nodes found_, shown_;
+    bool isFound_ = true;       // nothing is left to be found
+    std::size_t searched_ = 0;  // of the names
+    std::future<Nodes> finding_;
+    bool isOutdated_ = false;  // what finding_ finds
 };
 
 DesignPane::DesignPane() : model_(std::make_unique<Model>()) {
@@ -163,15 +210,19 @@ DesignPane::DesignPane() : model_(std::make_unique<Model>()) {
     commands_->setObjectName("commandsOfObject");
     commands_->setAccessibleName("Commands that refer to the object");
     commands_->setUniformItemSizes(true);
+    objects_->setLayoutMode(QListView::Batched);
+    objects_->setBatchSize(20000);
     commandsTimer_.setSingleShot(true);
+    findTimer_.setSingleShot(true);
     connect(kind_, QOverload<int>::of(&QComboBox::currentIndexChanged), this, [this] { list(); });
     connect(filter_, &QLineEdit::textChanged, this, [this](QString const& text) {
         model_->setFilter(toBytes(text));
-        showCount();
+        goOn();
     });
     connect(objects_, &QListView::activated, this, [this] { insertCurrent(); });
     connect(objects_->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { commandsChanged(); });
     connect(model_.get(), &QAbstractItemModel::modelReset, this, [this] { commandsChanged(); });
+    connect(&findTimer_, &QTimer::timeout, this, [this] { goOn(); });
     connect(&commandsTimer_, &QTimer::timeout, this, [this] { showCommands(); });
     connect(commands_, &QListWidget::itemActivated, this, [this](QListWidgetItem const* item) {
         TovNode const* const node = model_->node(objects_->currentIndex());
@@ -196,17 +247,26 @@ void DesignPane::list() {
     int const kind = kind_->currentIndex();
     Model::Names names;
     model_->show(design_, kind, {});
-    showCount();
+    goOn();
     if (!design_) return;
     run_(QString("Listing the %1").arg(QString(objectKinds[kind].title).toLower()),
          [&](TovProgress const& progress) { Model::make(names, *design_, objectKinds[kind], progress); });
     model_->show(design_, kind, std::move(names));
+    goOn();
+}
+
+void DesignPane::goOn() {
+    if (model_->goOn(std::chrono::milliseconds(10)))
+        findTimer_.start(0);
+    else
+        findTimer_.stop();
     showCount();
 }
 
 void DesignPane::setFilter(int kind, QString const& text) {
     kind_->setCurrentIndex(kind);
     filter_->setText(text);
+    while (!isIdle()) goOn();
     objects_->setCurrentIndex(model_->index(0));
 }
 

@@ -18,7 +18,10 @@ public:
     /// Shows a design, or none. Lists the objects by that function, now and when another kind is chosen.
     void show(std::shared_ptr<Design const> design, Run run);
     /// Shows only the objects that a word with '*' or '?' stands for, or else those that have the text in their names.
+    /// Waits until they are found.
     void setFilter(int kind, QString const& text);
+    /// Whether all objects that the filter shows are found.
+    bool isIdle() const { return !findTimer_.isActive(); }
     /// Forgets the commands, one of which has changed, and asks for them anew.
     void commandsChanged();
 
@@ -30,6 +33,7 @@ private:
     class Model;
 
     void list();
+    void goOn();
     void showCount();
     void showCommands();
     void insertCurrent();
@@ -43,6 +47,6 @@ private:
     QListView* objects_ = new QListView;
     QLabel* commandsTitle_ = new QLabel;
     QListWidget* commands_ = new QListWidget;
-    QTimer commandsTimer_;
+    QTimer findTimer_, commandsTimer_;
     std::unique_ptr<Model> model_;
 };

@@ -26,8 +26,8 @@ public:
     void showPlace(Document::Place place);
     /// Opens the current line for typing.
     void editLine();
-    /// Whether everything is known that is to be said about the lines, and counted.
-    bool isIdle() const { return !work_.isActive() && !findings_->isRunning(); }
+    /// Whether everything is known that is to be said about the lines, and what the filters show is found.
+    bool isIdle() const { return !work_.isActive() && !findings_->isRunning() && design_->isIdle(); }
     Document const& document() const { return *document_; }
     DesignPane& designPane() { return *design_; }
 
