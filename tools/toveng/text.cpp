@@ -58,7 +58,8 @@ void printLine(std::string_view title, QString const& line) {
 
 void print(QJsonObject const& object) {
     QByteArray const utf8 = QJsonDocument(object).toJson(QJsonDocument::Compact);
-    if (std::all_of(utf8.begin(), utf8.end(), isPlain)) return print(std::string_view(utf8.data(), utf8.size()));
+    if (std::all_of(utf8.begin(), utf8.end(), isPlain))
+        return print(std::string_view(utf8.data(), static_cast<std::size_t>(utf8.size())));
     QString json = QString::fromUtf8(utf8);
     // Qt does not escape the control characters from 0x7f on.
     for (ushort c = 0x7f; c < 0xa0; ++c) json.replace(QChar(c), QString("\\u%1").arg(c, 4, 16, QChar('0')));
