@@ -5,6 +5,7 @@
 #include <list>
 
 #include "document.h"
+#include "widgets.h"
 
 using namespace kiri::tov;
 
@@ -195,20 +196,16 @@ DesignPane::DesignPane() : model_(std::make_unique<Model>()) {
     layout->setStretchFactor(objects_, 3);
     layout->setStretchFactor(commands_, 1);
     for (ObjectKind const& objects : objectKinds) kind_->addItem(objects.title);
-    kind_->setObjectName("objectKind");
-    kind_->setAccessibleName("Kind of objects");
-    filter_->setObjectName("objectFilter");
-    filter_->setAccessibleName("Filter of objects");
+    setNames(kind_, "objectKind", "Kind of objects");
+    setNames(filter_, "objectFilter", "Filter of objects");
     filter_->setPlaceholderText("Filter: a part of a name, or a pattern");
     filter_->setToolTip("With * or ?: the objects that a constraint reaches by this word");
     filter_->setClearButtonEnabled(true);
-    objects_->setObjectName("objects");
-    objects_->setAccessibleName("Objects of the design");
+    setNames(objects_, "objects", "Objects of the design");
     objects_->setModel(model_.get());
     objects_->setUniformItemSizes(true);
     objects_->setFocusPolicy(Qt::TabFocus);  // so that a click leaves the line being edited open
-    commands_->setObjectName("commandsOfObject");
-    commands_->setAccessibleName("Commands that refer to the object");
+    setNames(commands_, "commandsOfObject", "Commands that refer to the object");
     commands_->setUniformItemSizes(true);
     objects_->setLayoutMode(QListView::Batched);
     objects_->setBatchSize(20000);

@@ -70,11 +70,6 @@ std::unique_ptr<TovCmd> readLine(std::string const& line, int& kind) {
     }
 }
 
-bool isOfKind(std::string const& line, int kind) {
-    int found = -1;
-    return readLine(line, found) && found == std::min(kind, commentKind);
-}
-
 bool isLoss(TovFinding const& finding) {
     return finding.kind != TOVFINDING_UNKNOWN_COMMAND && finding.kind != TOVFINDING_MISSING_NAME;
 }

@@ -34,8 +34,6 @@ std::string toBytes(QString text, std::string const& replaced = {});
 /// Reads a line as a load does. `kind` becomes the kind of the line, commentKind for comments of either section, or -1
 /// where the result is null: a load drops the line, or does not get beyond it.
 std::unique_ptr<kiri::tov::TovCmd> readLine(std::string const& line, int& kind);
-/// Whether the line is a line of that kind.
-bool isOfKind(std::string const& line, int kind);
 /// Whether a load and a save of the finding's line lose or change something.
 bool isLoss(kiri::tov::TovFinding const& finding);
 /// The name of a finding and the words concerned.

@@ -13,6 +13,7 @@ public:
         std::string draft;
     };
 
+    /// Moves rows; an empty `to` removes them, and an empty `from` inserts commands.
     Edit(EditorWindow& window, QString const& what, int kind, Rows from, Rows to, Document::Commands cmds = {})
         : QUndoCommand(what),
           window_(window),
@@ -21,12 +22,6 @@ public:
           to_(std::move(to)),
           cmds_(std::move(cmds)) {}
 
-    static Edit* insertion(EditorWindow& window, QString const& what, int kind, Rows to, Document::Commands cmds) {
-        return new Edit(window, what, kind, {}, std::move(to), std::move(cmds));
-    }
-    static Edit* removal(EditorWindow& window, QString const& what, int kind, Rows from) {
-        return new Edit(window, what, kind, std::move(from), {});
-    }
     /// Of a row that is in the document already.
     static Edit* addition(EditorWindow& window, int kind, int row) {
         auto* const edit = new Edit(window, "add", kind, {row}, {});
@@ -38,7 +33,8 @@ public:
         edit->cmds_.push_back(std::move(cmd));
         return edit;
     }
-    static Edit* states(EditorWindow& window, QString const& what, int kind, Rows rows, std::vector<State> states) {
+    static Edit* states(EditorWindow& window, QString const& what, int kind, Rows const& rows,
+                        std::vector<State> states) {
         auto* const edit = new Edit(window, what, kind, rows, rows);
         edit->states_ = std::move(states);
         return edit;

@@ -3,6 +3,7 @@
 #include <numeric>
 
 #include "edit.h"
+#include "widgets.h"
 
 using namespace kiri::tov;
 
@@ -140,8 +141,7 @@ void EditorWindow::makeEditMenu() {
 void EditorWindow::makeFindBar() {
     QMenu* const menu = menuBar()->addMenu("F&ind");
     auto* const bar = findChild<QToolBar*>("bar");
-    search_->setObjectName("search");
-    search_->setAccessibleName("Text to find");
+    setNames(search_, "search", "Text to find");
     search_->setPlaceholderText("Find in all lines");
     search_->setMaximumWidth(260);
     found_->setObjectName("found");
@@ -166,9 +166,7 @@ void EditorWindow::makeFindBar() {
     addAction(
         menu, "Next &remark", {"F8"}, [this] { findRemark(false); }, remarked);
     auto const restart = [this] {
-        foundAt_ = {};
-        foundCount_ = 0;
-        work_.start();
+        restartCount();
         tidy();
     };
     connect(search_, &QLineEdit::textChanged, this, restart);
@@ -247,7 +245,7 @@ void EditorWindow::paste() {
         if (cmds[kind].empty()) continue;
         int const at = kind == shown ? below : document_->count(kind);
         std::vector<int> rows = rowsFrom(at, cmds[kind].size());
-        undo_.push(Edit::insertion(*this, "paste", kind, std::move(rows), std::move(cmds[kind])));
+        undo_.push(new Edit(*this, "paste", kind, {}, std::move(rows), std::move(cmds[kind])));
     }
     undo_.endMacro();
 }
@@ -262,12 +260,12 @@ void EditorWindow::duplicate() {
         if (!copies.back()) return void(refuse("This line cannot be read back: " + document_->text(at)));
         copies.back()->note = document_->command(at).note;
     }
-    undo_.push(
-        Edit::insertion(*this, "duplicate", model_.kind(), rowsFrom(rows.back() + 1, rows.size()), std::move(copies)));
+    std::vector<int> below = rowsFrom(rows.back() + 1, rows.size());
+    undo_.push(new Edit(*this, "duplicate", model_.kind(), {}, std::move(below), std::move(copies)));
 }
 
 void EditorWindow::remove() {
-    undo_.push(Edit::removal(*this, "remove", model_.kind(), selectedRows()));
+    undo_.push(new Edit(*this, "remove", model_.kind(), selectedRows(), {}));
 }
 
 void EditorWindow::move(int step) {
@@ -315,6 +313,12 @@ void EditorWindow::findRemark(bool backwards) {
     if (!backwards) ++from.row;
     auto const hasRemark = [this](Document::Place at) { return !document_->remark(at).isEmpty(); };
     if (auto const place = document_->search(from, backwards, hasRemark)) showPlace(*place);
+}
+
+void EditorWindow::restartCount() {
+    foundAt_ = {};
+    foundCount_ = 0;
+    work_.start();
 }
 
 // Counts in slices what is found.

@@ -148,8 +148,8 @@ void EditorWindow::setDocument(std::unique_ptr<Document> document, QString const
     model_.show(nullptr, kind);
     undo_.clear();
     document_ = std::move(document);
-    remarksAt_ = foundAt_ = {};
-    foundCount_ = 0;
+    remarksAt_ = {};
+    restartCount();
     lossAccepted_ = path.isEmpty();
     identity_ = identityOf(path);
     setPath(path);
@@ -157,7 +157,6 @@ void EditorWindow::setDocument(std::unique_ptr<Document> document, QString const
     kinds_->setCurrentRow(kind);
     showKind(kind);
     design_->commandsChanged();
-    work_.start();
     showCounts();
 }
 
@@ -177,17 +176,12 @@ void EditorWindow::setPath(QString const& path) {
     settings.setValue("recent", QStringList(recent.mid(0, 10)));
 }
 
-bool EditorWindow::Identity::operator==(Identity const& other) const {
-    return device == other.device && inode == other.inode && size == other.size && seconds == other.seconds &&
-           nanoseconds == other.nanoseconds;
-}
-
 // All zero for what does not exist.
 EditorWindow::Identity EditorWindow::identityOf(QString const& path) {
     struct stat info {};
     if (path.isEmpty() || ::stat(fileName(path).c_str(), &info) != 0) return {};
     return {static_cast<quint64>(info.st_dev), static_cast<quint64>(info.st_ino), static_cast<quint64>(info.st_size),
-            static_cast<qint64>(info.st_mtim.tv_sec), static_cast<qint64>(info.st_mtim.tv_nsec)};
+            static_cast<quint64>(info.st_mtim.tv_sec), static_cast<quint64>(info.st_mtim.tv_nsec)};
 }
 
 bool EditorWindow::noticeOtherProgram(QString const& keep) {

@@ -3,6 +3,7 @@
 #include "editor_window.h"
 
 #include "edit.h"
+#include "widgets.h"
 
 using namespace kiri::tov;
 
@@ -92,19 +93,13 @@ EditorWindow::~EditorWindow() {
 
 void EditorWindow::makeParts() {
     for (Kind const& kind : kinds) kinds_->addItem(kind.title);
-    kinds_->setObjectName("kinds");
-    kinds_->setAccessibleName("Kinds of lines");
-    filter_->setObjectName("filter");
-    filter_->setAccessibleName("Filter of lines");
+    setNames(kinds_, "kinds", "Kinds of lines");
+    setNames(filter_, "filter", "Filter of lines");
     filter_->setPlaceholderText("Filter the lines of this kind");
     filter_->setClearButtonEnabled(true);
-    table_->setObjectName("lines");
-    table_->setAccessibleName("Lines");
-    table_->setModel(&model_);
+    setNames(table_, "lines", "Lines");
+    showAsTable(table_, model_);
     table_->setItemDelegate(new LineDelegate(*this));
-    table_->setRootIsDecorated(false);
-    table_->setUniformRowHeights(true);
-    table_->setAlternatingRowColors(true);
     table_->setSelectionMode(QTreeView::ExtendedSelection);
     table_->setEditTriggers(QTreeView::NoEditTriggers);
     table_->setContextMenuPolicy(Qt::ActionsContextMenu);
@@ -179,9 +174,8 @@ void EditorWindow::changed(int kind, std::vector<int> const& rows, bool inPlace)
     showCounts();
     if (kind != model_.kind()) kinds_->setCurrentRow(kind);
     if (rows.size() == 1 && rows[0] < document_->count(kind)) document_->makeRemark({kind, rows[0]});
-    remarksAt_ = foundAt_ = {};
-    foundCount_ = 0;
-    work_.start();
+    remarksAt_ = {};
+    restartCount();
     design_->commandsChanged();
     if (inPlace) emit model_.dataChanged(model_.index(0, 0), model_.index(model_.rowCount() - 1, 1));
     if (typing_ || rows.empty()) return;

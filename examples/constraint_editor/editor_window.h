@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtWidgets>
+#include <array>
 
 #include "command_model.h"
 #include "design_pane.h"
@@ -45,11 +46,7 @@ private:
     class Edit;
     class LineDelegate;
     // The state of a file, by which a change is noticed.
-    struct Identity {
-        quint64 device = 0, inode = 0, size = 0;
-        qint64 seconds = 0, nanoseconds = 0;
-        bool operator==(Identity const& other) const;
-    };
+    using Identity = std::array<quint64, 5>;
     // When an action can do something: always, or by the part that has the focus and what is selected there.
     using Enabled = std::function<bool()>;
 
@@ -80,7 +77,6 @@ private:
     bool canMove(int step) const;
     Document::Place current() const;
     std::vector<int> selectedRows() const;
-    void push(Edit* edit);
     void add();
     void copy();
     void paste();
@@ -92,6 +88,7 @@ private:
     void find(bool backwards);
     bool isFound(Document::Place place) const;
     void findRemark(bool backwards);
+    void restartCount();
     void countFound();
 
     // editor_files.cpp
@@ -111,7 +108,7 @@ private:
     std::unique_ptr<Document> document_;
     std::shared_ptr<Design const> dump_;  // null: none is open
     QString path_;                        // empty: the document has no file
-    Identity identity_;                   // of the file as it was read or saved
+    Identity identity_ = {};              // of the file as it was read or saved
     bool lossAccepted_ = true;            // a save writes what the file has, or the user knows
     bool isBusy_ = false;                 // a job runs, or a question is open
     CommandModel model_;

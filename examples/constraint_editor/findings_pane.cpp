@@ -2,6 +2,7 @@
 
 #include "document.h"
 #include "tov/names/name_check.h"
+#include "widgets.h"
 
 using namespace kiri::tov;
 
@@ -42,12 +43,8 @@ FindingsPane::FindingsPane() : model_(std::make_unique<Model>(findings_)) {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(title_);
     layout->addWidget(list_);
-    list_->setObjectName("findings");
-    list_->setAccessibleName("Findings in the file");
-    list_->setModel(model_.get());
-    list_->setRootIsDecorated(false);
-    list_->setUniformRowHeights(true);
-    list_->setAlternatingRowColors(true);
+    setNames(list_, "findings", "Findings in the file");
+    showAsTable(list_, *model_);
     list_->setTabKeyNavigation(false);
     list_->header()->resizeSection(Model::line, 110);
     list_->header()->resizeSection(Model::code, 160);
