@@ -107,7 +107,7 @@ void EditorWindow::makeParts() {
     auto* const middle = new QSplitter(Qt::Vertical);
     middle->addWidget(column({filter_, table_}));
     middle->addWidget(findings_);
-    middle->setSizes({500, 150});
+    middle->setSizes({450, 200});
     auto* const splitter = new QSplitter;
     for (QWidget* part : std::initializer_list<QWidget*>{kinds_, middle, design_}) splitter->addWidget(part);
     splitter->setSizes({230, 770, 240});
