@@ -186,7 +186,8 @@ EditorWindow::Identity EditorWindow::identityOf(QString const& path) {
 
 bool EditorWindow::noticeOtherProgram(QString const& keep) {
     Identity const now = identityOf(path_);
-    if (isBusy_ || path_.isEmpty() || now == identity_ || now == Identity()) return true;
+    Identity const missing = {};
+    if (isBusy_ || path_.isEmpty() || now == identity_ || now == missing) return true;
     isBusy_ = true;
     QString const changes = undo_.isClean() ? "" : " A reload gives up the changes that are not saved.";
     int const answer = ask(path_ + " was changed by another program." + changes, {}, {"Reload", keep, "Cancel"});
