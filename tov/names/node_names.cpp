@@ -64,7 +64,8 @@ bool NodeNames::fitsLocal(NameWord const& word) const {
 bool NodeNames::fitsBlock(NameWord const& word, TovNameMatch match) const {
     if (match == TOVMATCH_LOCAL && word.levels() > 1) return false;
     std::string_view const path = path_;
-    for (std::size_t at = path.find_first_of("./"); at != path.npos; at = path.find_first_of("./", at + 1)) {
+    for (std::size_t at = path.find_first_of("./"); at != std::string_view::npos;
+         at = path.find_first_of("./", at + 1)) {
         std::string_view const block = path.substr(0, at);
         bool const fits = match == TOVMATCH_LOCAL  ? word.fitsLevel(0, block.substr(lastLevelOf(block)))
                           : match == TOVMATCH_FLAT ? word.fitsFlat(block, false)
@@ -84,7 +85,7 @@ std::vector<std::string> NodeNames::literalWords() const {
     // The last levels of each and, of cells, the blocks.
     for (std::size_t i = words.size(); i-- > 0;) {
         std::string const word = words[i];
-        for (std::size_t at = word.find('/'); at != word.npos; at = word.find('/', at + 1)) {
+        for (std::size_t at = word.find('/'); at != std::string::npos; at = word.find('/', at + 1)) {
             words.push_back(word.substr(at + 1));
             if (kind_ != NameKind::cell) continue;
             words.push_back(word.substr(0, at));

@@ -173,14 +173,13 @@ void Words::add(std::string_view word, QueryIndex& query) {
     auto const* const name = std::find_if(std::begin(queryNames), std::end(queryNames),
                                           [word](QueryName const& known) { return known.word == word; });
     Query& current = queries_[query];
+    bool const mayBeOption = current.type != taDciObjName;  // a plain expression has none
     if (name != std::end(queryNames)) {
         query = begin(name->type);
-    } else if (current.type == taDciObjName) {
-        words_.push_back({word, query});
-    } else if (isOption(word, "-hierarchical")) {
+    } else if (mayBeOption && isOption(word, "-hierarchical")) {
         current.isLocal = true;
-    } else if (std::any_of(std::begin(unjudgedOptions), std::end(unjudgedOptions),
-                           [word](std::string_view option) { return isOption(word, option); })) {
+    } else if (mayBeOption && std::any_of(std::begin(unjudgedOptions), std::end(unjudgedOptions),
+                                          [word](std::string_view option) { return isOption(word, option); })) {
         current.isJudged = false;
     } else {
         words_.push_back({word, query});
