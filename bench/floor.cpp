@@ -7,8 +7,8 @@
 #include <string_view>
 #include <utility>
 
+#include "tov/base/text_p.h"
 #include "tov/cmd/commands.h"
-#include "tov/text.h"
 
 struct Floor::Block {
     Block* next;
@@ -41,7 +41,7 @@ std::size_t Floor::load(std::string const& path) {
         std::string_view const line(buffer, static_cast<std::size_t>(size));
         bool inWord = false;
         for (char c : line) {
-            bool const space = kiri::tov::isSpace(c);
+            bool const space = kiri::tov::impl_detail::isSpace(c);
             words += inWord && space ? 1U : 0U;
             inWord = !space;
         }

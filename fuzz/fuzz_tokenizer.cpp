@@ -3,7 +3,7 @@
 #include <map>
 
 #include "fuzz/fuzz.h"
-#include "tov/tokenizer.h"
+#include "tov/base/tokenizer_p.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tov/tokenizer.h"
+#include "tov/base/tokenizer_p.h"
 
 #include <gtest/gtest.h>
 

@@ -3,11 +3,13 @@
 #include <iterator>
 #include <utility>
 
-#include "tov/io/file.h"
-#include "tov/io/line_reader.h"
-#include "tov/line_checker.h"
+#include "tov/io/file_p.h"
+#include "tov/io/line_reader_p.h"
+#include "tov/line_checker_p.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 char const* titleOf(TovFindingKind kind) {
     constexpr char const* titles[] = {"dropped line",  "unknown command", "lost word",     "changed value",

@@ -1,9 +1,11 @@
-#include "tov/constraint_line.h"
+#include "tov/constraint_line_p.h"
 
+#include "tov/base/text_p.h"
 #include "tov/make_command.h"
-#include "tov/text.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 namespace {
 

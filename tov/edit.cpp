@@ -3,9 +3,11 @@
 #include <cstddef>
 #include <stdexcept>
 
-#include "tov/command_kind.h"
+#include "tov/command_kind_p.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 char const* keywordOf(TOVCMD_TYPE list) {
     for (CommandKind const& kind : commandKinds) {

@@ -1,11 +1,13 @@
 #include <memory>
 
+#include "tov/base/text_p.h"
 #include "tov/cmd/commands.h"
 #include "tov/edit.h"
-#include "tov/text.h"
 #include "tov/tov.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tov/line_checker.h"
+#include "tov/line_checker_p.h"
 
 #include <algorithm>
 #include <array>
@@ -6,12 +6,12 @@
 #include <stdexcept>
 #include <utility>
 
-#include "tov/cmd/number.h"
+#include "tov/base/text_p.h"
+#include "tov/cmd/number_p.h"
 #include "tov/cmd/references.h"
-#include "tov/constraint_line.h"
-#include "tov/text.h"
+#include "tov/constraint_line_p.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 namespace {
 
@@ -222,4 +222,4 @@ bool LineChecker::isReadBack() {
     return savedAgain_ == saved_;
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

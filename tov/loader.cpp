@@ -9,20 +9,20 @@
 // The commands and the attributes are two sections, in any order and as often as they come. A comment belongs to the
 // section in which it is found.
 
-#include "tov/loader.h"
+#include "tov/loader_p.h"
 
 #include <cerrno>
 #include <stdexcept>
 #include <string>
 
-#include "tov/constraint_line.h"
+#include "tov/constraint_line_p.h"
 #include "tov/edit.h"
-#include "tov/file_headers.h"
-#include "tov/io/error_text.h"
-#include "tov/io/file.h"
-#include "tov/io/line_reader.h"
+#include "tov/file_headers_p.h"
+#include "tov/io/error_text_p.h"
+#include "tov/io/file_p.h"
+#include "tov/io/line_reader_p.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 namespace {
 
@@ -121,4 +121,4 @@ void emptyDocument(TOV& document) {
     document.attributeCommentText.clear();
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -1,13 +1,15 @@
 #include "tov/tov.h"
 
-#include "tov/command_kind.h"
-#include "tov/file_headers.h"
-#include "tov/io/atomic_file.h"
-#include "tov/io/file.h"
-#include "tov/loader.h"
-#include "tov/writer.h"
+#include "tov/command_kind_p.h"
+#include "tov/file_headers_p.h"
+#include "tov/io/atomic_file_p.h"
+#include "tov/io/file_p.h"
+#include "tov/loader_p.h"
+#include "tov/writer_p.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 namespace {
 

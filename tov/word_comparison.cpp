@@ -6,17 +6,17 @@
 //   3. The rest of the line is lost, the rest of the saved line is added.
 //   4. Lost and added numbers make pairs, the last ones first. The lost number of a pair is changed, not lost.
 
-#include "tov/word_comparison.h"
+#include "tov/word_comparison_p.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <iterator>
 
-#include "tov/cmd/number.h"
-#include "tov/text.h"
+#include "tov/base/text_p.h"
+#include "tov/cmd/number_p.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 namespace {
 
@@ -140,4 +140,4 @@ void WordComparison::compare(std::string_view line, std::string_view saved) {
     dropMarked(added_);
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -1,4 +1,4 @@
-#include "tov/writer.h"
+#include "tov/writer_p.h"
 
 #include <sys/mman.h>
 
@@ -9,10 +9,10 @@
 #include <list>
 #include <new>
 
-#include "tov/command_kind.h"
-#include "tov/file_headers.h"
+#include "tov/command_kind_p.h"
+#include "tov/file_headers_p.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 namespace {
 
@@ -169,4 +169,4 @@ std::string fileTextOf(TOV& document) {
                   [&](std::string& text, CommandKind const& kind) { appendList(text, kind, document); });
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -4,12 +4,14 @@
 #include <string_view>
 #include <utility>
 
-#include "tov/cmd/read.h"
-#include "tov/cmd/write.h"
-#include "tov/text.h"
-#include "tov/tokenizer.h"
+#include "tov/base/text_p.h"
+#include "tov/base/tokenizer_p.h"
+#include "tov/cmd/read_p.h"
+#include "tov/cmd/write_p.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 namespace {
 
@@ -44,7 +46,7 @@ TovCmdAttr::TovCmdAttr(char const* line) {
     enabled = !words.sayDisabled();
 }
 
-std::unique_ptr<TovCmdAttr> makeAttribute(WordCursor line) {
+std::unique_ptr<TovCmdAttr> impl_detail::makeAttribute(WordCursor line) {
     Words const words(line);
     if (words.count != 6 && words.count != 7) return nullptr;
     auto const text = [&](int index) { return std::string(words.word[index]); };

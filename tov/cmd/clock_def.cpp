@@ -1,10 +1,12 @@
 #include "tov/cmd/clock_def.h"
 
 #include "platform/ut.h"
-#include "tov/cmd/read.h"
-#include "tov/cmd/write.h"
+#include "tov/cmd/read_p.h"
+#include "tov/cmd/write_p.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 namespace {
 
@@ -31,7 +33,7 @@ constexpr Option<TovCmdClockDef> options[] = {
 
 }  // namespace
 
-void readWords(TovCmdClockDef& cmd, WordCursor words) {
+void impl_detail::readWords(TovCmdClockDef& cmd, WordCursor words) {
     readOptions(cmd, words, options, readInto<&TovCmdClockDef::targets, true>);
 }
 

@@ -1,10 +1,12 @@
 #include "tov/cmd/clock_group_def.h"
 
 #include "platform/ut.h"
-#include "tov/cmd/read.h"
-#include "tov/cmd/write.h"
+#include "tov/cmd/read_p.h"
+#include "tov/cmd/write_p.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 namespace {
 
@@ -70,7 +72,7 @@ void appendGroup(std::string& line, ppStlList<taDciObj*> const& group) {
 
 }  // namespace
 
-void readWords(TovCmdClockGroupDef& cmd, WordCursor words) {
+void impl_detail::readWords(TovCmdClockGroupDef& cmd, WordCursor words) {
     readOptions(cmd, words, options, ignoreWord);
 }
 

@@ -4,10 +4,12 @@
 #include <utility>
 
 #include "platform/ut.h"
-#include "tov/cmd/obj_list.h"
-#include "tov/text.h"
+#include "tov/base/text_p.h"
+#include "tov/cmd/obj_list_p.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 namespace {
 

@@ -1,10 +1,12 @@
 #include "tov/cmd/false_path.h"
 
 #include "platform/ut.h"
-#include "tov/cmd/read.h"
-#include "tov/cmd/write.h"
+#include "tov/cmd/read_p.h"
+#include "tov/cmd/write_p.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 namespace {
 
@@ -29,7 +31,7 @@ TovCmdFalsePath::TovCmdFalsePath(taDciSynFalse* record) : TovCmdFalsePath(record
     deepCopyDciObjList(record->through, through);
 }
 
-void readWords(TovCmdFalsePath& cmd, WordCursor words) {
+void impl_detail::readWords(TovCmdFalsePath& cmd, WordCursor words) {
     readOptions(cmd, words, options, ignoreWord);
 }
 

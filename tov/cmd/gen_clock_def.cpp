@@ -1,10 +1,12 @@
 #include "tov/cmd/gen_clock_def.h"
 
 #include "platform/ut.h"
-#include "tov/cmd/read.h"
-#include "tov/cmd/write.h"
+#include "tov/cmd/read_p.h"
+#include "tov/cmd/write_p.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 namespace {
 
@@ -42,7 +44,7 @@ void appendInteger(std::string& line, char const* format, std::string const& tex
 
 }  // namespace
 
-void readWords(TovCmdGenClockDef& cmd, WordCursor words) {
+void impl_detail::readWords(TovCmdGenClockDef& cmd, WordCursor words) {
     readOptions(cmd, words, options, readInto<&TovCmdGenClockDef::targets, true>);
 }
 

@@ -1,10 +1,12 @@
 #include "tov/cmd/io_delay.h"
 
 #include "platform/ut.h"
-#include "tov/cmd/read.h"
-#include "tov/cmd/write.h"
+#include "tov/cmd/read_p.h"
+#include "tov/cmd/write_p.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 namespace {
 
@@ -44,7 +46,7 @@ TovCmdIODelay::TovCmdIODelay(taDciSynIo* record)
     deepCopyDciObjList(record->objects, objects);
 }
 
-void readWords(TovCmdIODelay& cmd, WordCursor words) {
+void impl_detail::readWords(TovCmdIODelay& cmd, WordCursor words) {
     readOptions(cmd, words, options, readDelayOrObjects);
 }
 

@@ -1,10 +1,12 @@
 #include "tov/cmd/multi_path.h"
 
 #include "platform/ut.h"
-#include "tov/cmd/read.h"
-#include "tov/cmd/write.h"
+#include "tov/cmd/read_p.h"
+#include "tov/cmd/write_p.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 namespace {
 
@@ -31,7 +33,7 @@ TovCmdMultiPath::TovCmdMultiPath(taDciSynMcyc* record)
     deepCopyDciObjList(record->to, to);
 }
 
-void readWords(TovCmdMultiPath& cmd, WordCursor words) {
+void impl_detail::readWords(TovCmdMultiPath& cmd, WordCursor words) {
     readOptions(cmd, words, options, readMultiplier);
 }
 

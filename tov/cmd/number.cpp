@@ -1,4 +1,4 @@
-#include "tov/cmd/number.h"
+#include "tov/cmd/number_p.h"
 
 #include <locale.h>
 #include <stdlib.h>
@@ -10,7 +10,7 @@
 #include <limits>
 #include <string>
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 namespace {
 
@@ -80,4 +80,4 @@ float fromThousandths(int value) {
     return static_cast<float>(value / 1000.0);
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -1,13 +1,13 @@
-#include "tov/cmd/obj_list.h"
+#include "tov/cmd/obj_list_p.h"
 
 #include <algorithm>
 #include <iterator>
 
 #include "platform/ut.h"
-#include "tov/text.h"
-#include "tov/tokenizer.h"
+#include "tov/base/text_p.h"
+#include "tov/base/tokenizer_p.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 namespace {
 
@@ -134,4 +134,4 @@ void setClock(ppStlList<taDciObj*>& list, char const* name) {
     addObj(list, name, taDciObjClock);
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -4,12 +4,14 @@
 
 #include <string_view>
 
+#include "tov/base/text_p.h"
+#include "tov/base/tokenizer_p.h"
 #include "tov/cmd/commands.h"
-#include "tov/cmd/obj_list.h"
-#include "tov/text.h"
-#include "tov/tokenizer.h"
+#include "tov/cmd/obj_list_p.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 namespace {
 

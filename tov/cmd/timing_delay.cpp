@@ -1,10 +1,12 @@
 #include "tov/cmd/timing_delay.h"
 
 #include "platform/ut.h"
-#include "tov/cmd/read.h"
-#include "tov/cmd/write.h"
+#include "tov/cmd/read_p.h"
+#include "tov/cmd/write_p.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 namespace {
 
@@ -37,7 +39,7 @@ TovCmdTimingDelay::TovCmdTimingDelay(taDciSynMax* record)
     deepCopyDciObjList(record->to, to);
 }
 
-void readWords(TovCmdTimingDelay& cmd, WordCursor words) {
+void impl_detail::readWords(TovCmdTimingDelay& cmd, WordCursor words) {
     readOptions(cmd, words, options, readDelay);
 }
 

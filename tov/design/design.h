@@ -6,10 +6,10 @@
 #include <string>
 
 #include "platform/export.h"
+#include "tov/base/progress.h"
 #include "tov/design/bus_node.h"
 #include "tov/design/cell_node.h"
 #include "tov/design/node.h"
-#include "tov/progress.h"
 
 namespace kiri::tov {
 

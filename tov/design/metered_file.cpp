@@ -1,4 +1,4 @@
-#include "tov/design/metered_file.h"
+#include "tov/design/metered_file_p.h"
 
 namespace kiri::tov::impl_detail {
 

@@ -8,9 +8,9 @@
 #include <new>
 #include <utility>
 
-#include "tov/design/metered_file.h"
-#include "tov/io/error_text.h"
-#include "tov/io/file.h"
+#include "tov/design/metered_file_p.h"
+#include "tov/io/error_text_p.h"
+#include "tov/io/file_p.h"
 
 // The dump, with the attributes that are read; anything else in it is skipped with its content.
 //

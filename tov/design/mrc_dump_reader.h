@@ -8,14 +8,10 @@
 #include "platform/export.h"
 #include "tov/design/design.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 class File;
 class ProgressMeter;
-
-}  // namespace kiri::tov
-
-namespace kiri::tov::impl_detail {
 
 /// Reads a design dump into a tree, in one forward pass. Beyond the tree it needs memory for the element that is read
 /// and for the base name of each bus. A reader is used by one thread at a time.

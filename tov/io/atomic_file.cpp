@@ -1,4 +1,4 @@
-#include "tov/io/atomic_file.h"
+#include "tov/io/atomic_file_p.h"
 
 #include <fcntl.h>
 #include <limits.h>
@@ -7,12 +7,12 @@
 
 #include <cerrno>
 
-#include "tov/io/error_text.h"
-#include "tov/io/file.h"
-#include "tov/io/file_rights.h"
-#include "tov/io/temporary_file.h"
+#include "tov/io/error_text_p.h"
+#include "tov/io/file_p.h"
+#include "tov/io/file_rights_p.h"
+#include "tov/io/temporary_file_p.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 namespace {
 
@@ -168,4 +168,4 @@ std::string replaceFile(char const* path, std::string_view text) {
     return why.empty() ? why : errorText(std::string(path) + ": " + why);
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -1,4 +1,4 @@
-#include "tov/io/error_text.h"
+#include "tov/io/error_text_p.h"
 
 #include <locale.h>
 #include <string.h>
@@ -8,7 +8,7 @@
 #include <new>
 #include <type_traits>
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 namespace {
 
@@ -79,4 +79,4 @@ std::string errorText(std::string_view text) {
     return line.replace(begin, end - begin, omission);
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -1,4 +1,4 @@
-#include "tov/io/file.h"
+#include "tov/io/file_p.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -6,7 +6,7 @@
 
 #include <cerrno>
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 namespace {
 
@@ -77,4 +77,4 @@ std::uint64_t bytesLeft(File const& file) {
     return static_cast<std::uint64_t>(info.st_size - position);
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

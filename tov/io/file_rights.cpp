@@ -1,4 +1,4 @@
-#include "tov/io/file_rights.h"
+#include "tov/io/file_rights_p.h"
 
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -8,9 +8,9 @@
 #include <cstring>
 #include <string_view>
 
-#include "tov/io/error_text.h"
+#include "tov/io/error_text_p.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 namespace {
 
@@ -95,4 +95,4 @@ std::string FileRights::giveTo(File const& file) const {
     return ::fchmod(fd, mode) == 0 ? std::string() : systemText(errno);
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -1,11 +1,11 @@
-#include "tov/io/line_reader.h"
+#include "tov/io/line_reader_p.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <new>
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 namespace {
 
@@ -71,4 +71,4 @@ void LineReader::resize(std::size_t capacity) {
     capacity_ = capacity;
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

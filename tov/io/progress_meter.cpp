@@ -1,9 +1,9 @@
-#include "tov/io/progress_meter.h"
+#include "tov/io/progress_meter_p.h"
 
 #include <algorithm>
 #include <limits>
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 namespace {
 
@@ -36,4 +36,4 @@ bool ProgressMeter::call(std::uint64_t size) noexcept {
     return !stopped_;
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

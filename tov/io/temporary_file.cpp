@@ -1,4 +1,4 @@
-#include "tov/io/temporary_file.h"
+#include "tov/io/temporary_file_p.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <string>
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 namespace {
 
@@ -88,4 +88,4 @@ int TemporaryFile::makeName(Make make) {
     }
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -7,8 +7,8 @@
 
 #include "platform/dci.h"
 #include "platform/export.h"
+#include "tov/base/progress.h"
 #include "tov/design/design.h"
-#include "tov/progress.h"
 
 namespace kiri::tov {
 

@@ -6,15 +6,17 @@
 #include <optional>
 #include <utility>
 
-#include "tov/io/error_text.h"
-#include "tov/io/file.h"
-#include "tov/io/line_reader.h"
-#include "tov/line_checker.h"
+#include "tov/io/error_text_p.h"
+#include "tov/io/file_p.h"
+#include "tov/io/line_reader_p.h"
+#include "tov/line_checker_p.h"
 #include "tov/names/document_clocks.h"
 #include "tov/names/questions.h"
 #include "tov/names/reference_words.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <vector>
 
 #include "platform/export.h"
+#include "tov/base/progress.h"
 #include "tov/check.h"
 #include "tov/names/design_names.h"
-#include "tov/progress.h"
 
 namespace kiri::tov {
 

@@ -1,6 +1,6 @@
 #include "tov/names/name_index.h"
 
-#include "tov/io/progress_meter.h"
+#include "tov/io/progress_meter_p.h"
 
 namespace kiri::tov::impl_detail {
 

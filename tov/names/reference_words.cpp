@@ -17,13 +17,15 @@
 #include <string>
 #include <tuple>
 
+#include "tov/base/text_p.h"
 #include "tov/cmd/cmd.h"
-#include "tov/cmd/obj_list.h"
+#include "tov/cmd/obj_list_p.h"
 #include "tov/cmd/references.h"
 #include "tov/names/design_names.h"
-#include "tov/text.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 namespace {
 

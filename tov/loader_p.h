@@ -3,10 +3,10 @@
 #include <exception>
 #include <string>
 
-#include "tov/progress.h"
+#include "tov/base/progress.h"
 #include "tov/tov.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// How a file was read.
 struct ReadOutcome {
@@ -26,4 +26,4 @@ ReadOutcome readTovFile(TOV& document, char const* path, TovProgress const& prog
 /// Leaves a document as after its construction.
 void emptyDocument(TOV& document);
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

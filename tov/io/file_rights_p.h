@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "tov/io/file.h"
+#include "tov/io/file_p.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// The rights of a file: owner, group, permission bits, access list and other extended attributes.
 class FileRights {
@@ -33,4 +33,4 @@ private:
     std::vector<Attribute> attributes_;
 };
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

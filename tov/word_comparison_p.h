@@ -3,7 +3,7 @@
 #include <string_view>
 #include <vector>
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// Compares a line with the line its command saves, word by word. Words end at white space, brackets, braces and double
 /// quotes; these and the order of the words do not count. Numbers are compared by value.
@@ -37,4 +37,4 @@ private:
     Words added_;
 };
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// Reads a number as strtod does in the "C" locale, ignoring characters after it, and narrows it to float. Returns
 /// false and leaves `out` as it was unless the first character, or the second after a minus sign, is a digit.
@@ -14,4 +14,4 @@ int truncateToInt(float value);
 /// A thousandth of a database number: picoseconds to nanoseconds, or thousandths of the file's time unit to that unit.
 float fromThousandths(int value);
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

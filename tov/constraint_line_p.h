@@ -3,9 +3,9 @@
 #include <memory>
 #include <string_view>
 
-#include "tov/command_kind.h"
+#include "tov/command_kind_p.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// A line of a constraint file, split into its parts.
 struct ConstraintLine {
@@ -21,4 +21,4 @@ struct ConstraintLine {
     std::string_view command;           ///< from the keyword on; empty without a kind
 };
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// The comment headers that open the two sections of a saved file.
 inline constexpr std::string_view sdcHeader =
@@ -24,4 +24,4 @@ inline constexpr std::string_view attributeHeader =
     "# influence the optimization or structure of the output netlist.\n"
     "################################################\n";
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -9,10 +9,10 @@
 #include <typeinfo>
 
 #include "tov/cmd/commands.h"
-#include "tov/cmd/read.h"
+#include "tov/cmd/read_p.h"
 #include "tov/tov.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// A kind of command: its list, and the keyword of its lines.
 struct CommandKind {
@@ -125,4 +125,4 @@ bool visitInMemoryOrder(TOV& document, Visit visit) {
     return true;
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

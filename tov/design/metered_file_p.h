@@ -2,8 +2,8 @@
 
 #include <QFile>
 
-#include "tov/io/file.h"
-#include "tov/io/progress_meter.h"
+#include "tov/io/file_p.h"
+#include "tov/io/progress_meter_p.h"
 
 namespace kiri::tov::impl_detail {
 

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string_view>
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// Prefix of a disabled command line.
 inline constexpr std::string_view disablePrefix = "#disable ";
@@ -83,4 +83,4 @@ inline std::string_view trim(std::string_view text) {
     return trimFront(text);
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

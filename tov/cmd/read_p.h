@@ -7,13 +7,13 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "tov/base/text_p.h"
+#include "tov/base/tokenizer_p.h"
 #include "tov/cmd/commands.h"
-#include "tov/cmd/number.h"
-#include "tov/cmd/obj_list.h"
-#include "tov/text.h"
-#include "tov/tokenizer.h"
+#include "tov/cmd/number_p.h"
+#include "tov/cmd/obj_list_p.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// What follows an option word.
 enum class OptionValue {
@@ -92,4 +92,4 @@ void readInto(Cmd& cmd, std::string_view value) {
     readObjs(cmd.*list, value, source);
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -3,11 +3,11 @@
 #include <string>
 #include <string_view>
 
+#include "tov/base/text_p.h"
 #include "tov/cmd/cmd.h"
-#include "tov/cmd/obj_list.h"
-#include "tov/text.h"
+#include "tov/cmd/obj_list_p.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// Returns the line of a command as a text of its own.
 template <class Cmd>
@@ -40,4 +40,4 @@ inline void appendFirst(std::string& line, std::string_view option, ppStlList<ta
     appendTclString(line, list.front());
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

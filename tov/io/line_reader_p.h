@@ -5,10 +5,10 @@
 #include <memory>
 #include <string_view>
 
-#include "tov/io/file.h"
-#include "tov/io/progress_meter.h"
+#include "tov/io/file_p.h"
+#include "tov/io/progress_meter_p.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// Reads a file line by line. The lines are views into the reader's buffer, which grows with the longest line.
 class LineReader {
@@ -47,4 +47,4 @@ private:
     int error_ = 0;
 };
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

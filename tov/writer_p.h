@@ -4,9 +4,9 @@
 
 #include "tov/tov.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// The file text of a document.
 std::string fileTextOf(TOV& document);
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <exception>
 
-#include "tov/progress.h"
+#include "tov/base/progress.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// Counts the bytes of a load and calls the caller's function at intervals.
 class ProgressMeter {
@@ -43,4 +43,4 @@ private:
     std::exception_ptr thrown_;
 };
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// The error of a stopped load.
 inline constexpr char stoppedText[] = "The caller stopped the load";
@@ -15,4 +15,4 @@ std::string systemText(int error);
 /// Leaves out the middle of a longer text.
 std::string errorText(std::string_view text);
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -9,9 +9,9 @@
 #include "tov/check.h"
 #include "tov/cmd/cmd.h"
 #include "tov/tov.h"
-#include "tov/word_comparison.h"
+#include "tov/word_comparison_p.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// Finds what loading and saving a file would not keep, line after line.
 class LineChecker {
@@ -45,4 +45,4 @@ private:
     TOV document_;  // commands are saved for a document
 };
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -1,8 +1,8 @@
-#include "tov/tokenizer.h"
+#include "tov/base/tokenizer_p.h"
 
 #include <cstring>
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 namespace {
 
@@ -34,9 +34,13 @@ std::string_view WordCursor::takeEnclosed() {
     return group;
 }
 
+}  // namespace kiri::tov::impl_detail
+
+namespace kiri::tov {
+
 std::vector<std::string> tokenizeTclString(std::string const& line) {
     std::vector<std::string> words;
-    WordCursor cursor(line);
+    impl_detail::WordCursor cursor(line);
     for (std::string_view word; cursor.next(word);) words.emplace_back(word);
     return words;
 }

@@ -6,7 +6,7 @@
 #include "platform/dci.h"
 #include "tov/cmd/cmd.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// A list of object references that frees them unless they are moved to another owner.
 class OwnedObjList {
@@ -34,4 +34,4 @@ void appendTclString(std::string& out, taDciObj const* obj);
 /// Returns the expression of a reserved key; an empty one for any other key and for null.
 std::string_view reservedExpression(char const* key);
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

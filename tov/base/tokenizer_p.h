@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "tov/text.h"
+#include "tov/base/text_p.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// Walks over the words of a line, which are views into it, in linear time.
 class WordCursor {
@@ -63,6 +63,10 @@ private:
     char const* at_;  // the next word, or the end; the last character is no white space
     char const* end_;
 };
+
+}  // namespace kiri::tov::impl_detail
+
+namespace kiri::tov {
 
 /// Returns all words of `line`.
 std::vector<std::string> tokenizeTclString(std::string const& line);

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// Owns an open file descriptor and closes it, once.
 class File {
@@ -53,4 +53,4 @@ bool writeAll(File const& file, std::string_view text);
 /// Bytes from the read position to the end as the file is now; 0 for a file without a size, such as a pipe.
 std::uint64_t bytesLeft(File const& file);
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

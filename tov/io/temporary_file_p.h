@@ -4,9 +4,9 @@
 
 #include <string_view>
 
-#include "tov/io/file.h"
+#include "tov/io/file_p.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 /// A new file that replaces another one in its folder, or is deleted with the object. Where a function fails, the
 /// reason is in errno.
@@ -43,4 +43,4 @@ private:
     File file_;
 };
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail
