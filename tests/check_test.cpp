@@ -80,4 +80,11 @@ TEST(Check, LooksAtGroupsOfManyWordsOnce) {
     EXPECT_EQ(findings[2].text.size(), 1000U);
 }
 
+TEST(Check, NamesKinds) {
+    EXPECT_STREQ(findingCode(TOVFINDING_DROPPED_LINE), "dropped-line");
+    EXPECT_STREQ(findingCode(TOVFINDING_MISSING_NAME), "missing-name");
+    EXPECT_STREQ(findingCode(static_cast<TovFindingKind>(0)), "");
+    EXPECT_STREQ(findingCode(static_cast<TovFindingKind>(9)), "");
+}
+
 }  // namespace

@@ -3,6 +3,9 @@
 #include "tov/names/document_names.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <thread>
 
 #include "support.h"
 #include "tov/cmd/commands.h"
@@ -193,6 +196,62 @@ TEST_F(NameCheck, TellsProgressAndStops) {
         EXPECT_EQ(error, thrown ? "" : "The caller stopped the load");
         error.clear();
     });
+}
+
+// What the visitor is given, and where it may stop the check.
+TEST_F(NameCheck, VisitsFindings) {
+    options.names = &names;
+    std::string const text =
+        "set_load 1\r\n\nset_false_path 5 -from c -to {x y} -through\ncreate_clock -name c\nset_load 2";
+    std::vector<std::string> visits;
+    std::string error = "old";
+    std::size_t most = 10;
+    auto const visit = [&](TovFinding const& finding, std::string const& line, std::vector<TovNameUse> const& missing) {
+        visits.push_back(std::to_string(finding.line) + ":" + findingCode(finding.kind) + " <" + line + "> " +
+                         wordsOf(missing));
+        return visits.size() < most;
+    };
+    std::vector<std::string> const expected = {
+        "1:unknown-command <set_load 1> ",
+        "3:lost-word <set_false_path 5 -from c -to {x y} -through> ",
+        "3:missing-name <set_false_path 5 -from c -to {x y} -through> x y",
+        "4:changed-value <create_clock -name c> ",
+        "5:unknown-command <set_load 2> ",
+    };
+    EXPECT_TRUE(checkTovFile(support::write(path, text).c_str(), options, visit, &error));
+    EXPECT_EQ(visits, expected);
+    EXPECT_EQ(error, "");
+
+    // What can be read once.
+    std::string const pipe = dir / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    visits.clear();
+    std::thread writer([&] { support::write(pipe, text); });
+    EXPECT_TRUE(checkTovFile(pipe.c_str(), options, visit));
+    writer.join();
+    EXPECT_EQ(visits, expected);
+
+    for (most = 1; most <= expected.size(); ++most) {
+        visits.clear();
+        EXPECT_FALSE(checkTovFile(path.c_str(), options, visit, &error));
+        EXPECT_EQ(error, "The caller stopped the check");
+        EXPECT_EQ(visits.size(), most);
+    }
+}
+
+TEST_F(NameCheck, SuggestsNames) {
+    support::load(document, "set_false_path -from [get_clocks ck] -to {u1/CX \xe4\x1b}");
+    std::vector<std::string> messages;
+    for (TovNameUse const& use : TovDocumentNames(document, names).missing()) {
+        messages.push_back(missingMessage(use));
+        messages.push_back(missingMessage(use, names));
+    }
+    std::vector<std::string> const expected = {
+        "no such clock: `ck`",       "no such clock: `ck`; did you mean `clk`?",
+        "no such object: `u1/CX`",   "no such object: `u1/CX`; did you mean `u1/CK`?",
+        "no such object: `\u00e4?`", "no such object: `\u00e4?`",
+    };
+    EXPECT_EQ(messages, expected);
 }
 
 }  // namespace

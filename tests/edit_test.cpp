@@ -67,11 +67,4 @@ TEST(Edit, NamesClocks) {
     support::expectRows("clock_names", [](std::string const& line) { return definedClock(*makeCommand(line)); });
 }
 
-TEST(Edit, TitlesFindings) {
-    EXPECT_STREQ(titleOf(TOVFINDING_DROPPED_LINE), "dropped line");
-    EXPECT_STREQ(titleOf(TOVFINDING_MISSING_NAME), "missing name");
-    EXPECT_STREQ(titleOf(static_cast<TovFindingKind>(0)), "");
-    EXPECT_STREQ(titleOf(static_cast<TovFindingKind>(9)), "");
-}
-
 }  // namespace

@@ -1,6 +1,5 @@
 #include "tov/check.h"
 
-#include <iterator>
 #include <utility>
 
 #include "tov/io/file_p.h"
@@ -10,13 +9,6 @@
 namespace kiri::tov {
 
 using namespace impl_detail;
-
-char const* titleOf(TovFindingKind kind) {
-    constexpr char const* titles[] = {"dropped line",  "unknown command", "lost word",     "changed value",
-                                      "mistaken word", "ends load",       "unstable line", "missing name"};
-    auto const index = static_cast<std::size_t>(kind) - 1;
-    return index < std::size(titles) ? titles[index] : "";
-}
 
 bool checkTovFile(char const* path, std::vector<TovFinding>& findings) {
     std::vector<TovFinding> found;

@@ -23,9 +23,9 @@ enum TovFindingKind : int {
     TOVFINDING_MISSING_NAME = 8  ///< names an object that is not in the design; only checks with names find it
 };
 
-/// Returns the title of a kind, "dropped line" or "lost word"; "" for a value that is no kind. The text lives as long
-/// as the library.
-TOVENG_API char const* titleOf(TovFindingKind kind);
+/// Returns the code of a kind, such as "lost-word", by which users know it; "" for any other value. The text lives as
+/// long as the library.
+TOVENG_API char const* findingCode(TovFindingKind kind);
 
 /// Something that loading and saving a line would not keep. A line has at most one finding of each kind.
 struct TovFinding {
@@ -36,6 +36,11 @@ struct TovFinding {
     /// end of a load; for an unstable line the line that a save writes, its first 1,000 bytes at most.
     std::string text;
 };
+
+/// Returns what is wrong with a line, what a save does with it, and what to write instead; for a missing name the words
+/// alone. `line` is the line of the finding, from the file. One line of UTF-8, at most 1,000 bytes: a text that is not
+/// UTF-8 is read as Latin-1, control characters become "?". For another value of `kind` it is empty.
+TOVENG_API std::string findingMessage(TovFinding const& finding, std::string const& line);
 
 /// Replaces `findings` by what loading and saving the file would not keep, in the order of the lines. A line that ends
 /// the load has no other finding and is the last one.

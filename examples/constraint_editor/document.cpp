@@ -75,7 +75,7 @@ bool isLoss(TovFinding const& finding) {
 }
 
 QString sentenceOf(TovFinding const& finding) {
-    return QString("%1: %2").arg(titleOf(finding.kind), toText(finding.text));
+    return QString("%1: %2").arg(QString(findingCode(finding.kind)).replace('-', ' '), toText(finding.text));
 }
 
 Document::Document(std::unique_ptr<TOV> tov, TovDesignNames const* names) : tov_(std::move(tov)) {

@@ -26,7 +26,7 @@ public:
         if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::ToolTipRole)) return {};
         TovFinding const& finding = findings_[static_cast<std::size_t>(index.row())];
         if (index.column() == line) return static_cast<qulonglong>(finding.line);
-        return index.column() == code ? QString(titleOf(finding.kind)).replace(' ', '-') : toText(finding.text);
+        return index.column() == code ? QString(findingCode(finding.kind)) : toText(finding.text);
     }
 
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override {

@@ -88,7 +88,7 @@ void printFindings(char const* path) {
     std::printf("what a load and a save of the file do not keep: %zu findings\n", findings.size());
     for (std::size_t i = 0; i < findings.size() && i < findingsShown; ++i) {
         TovFinding const& finding = findings[i];
-        std::printf("  line %zu, %s: %s\n", finding.line, titleOf(finding.kind), cut(finding.text).c_str());
+        std::printf("  line %zu, %s: %s\n", finding.line, findingCode(finding.kind), cut(finding.text).c_str());
     }
     if (findings.size() > findingsShown) std::printf("  ...\n");
 }

@@ -46,6 +46,29 @@ bool continuesCharacter(char c) {
     return (static_cast<unsigned char>(c) & 0xc0U) == 0x80;
 }
 
+bool isUtf8(std::string_view text) {
+    while (!text.empty()) {
+        Character const character = decode(text);
+        if (character.code == invalidByte.code && text.front() != '\0') return false;
+        text.remove_prefix(character.size);
+    }
+    return true;
+}
+
+std::string fromLatin1(std::string_view bytes) {
+    std::string text;
+    for (char const c : bytes) {
+        auto const byte = static_cast<unsigned char>(c);
+        if (byte < 0x80) {
+            text += c;
+        } else {
+            text += static_cast<char>(0xc0U | byte >> 6U);
+            text += static_cast<char>(0x80U | (byte & 0x3fU));
+        }
+    }
+    return text;
+}
+
 struct FreeLocale {
     void operator()(locale_t locale) const { ::freelocale(locale); }
 };
@@ -77,6 +100,17 @@ std::string errorText(std::string_view text) {
     while (continuesCharacter(line[begin])) --begin;
     while (continuesCharacter(line[end])) ++end;
     return line.replace(begin, end - begin, omission);
+}
+
+std::string quoted(std::string_view words) {
+    constexpr std::size_t longest = 200;
+    std::string text = isUtf8(words) ? std::string(words) : fromLatin1(words);
+    if (text.size() > longest) {
+        std::size_t end = longest;
+        while (continuesCharacter(text[end])) --end;
+        text.replace(end, std::string::npos, "...");
+    }
+    return "`" + text + "`";
 }
 
 }  // namespace kiri::tov::impl_detail

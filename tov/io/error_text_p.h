@@ -8,11 +8,18 @@ namespace kiri::tov::impl_detail {
 /// The error of a stopped load.
 inline constexpr char stoppedText[] = "The caller stopped the load";
 
+/// The error of a check that its visitor stopped.
+inline constexpr char stoppedCheckText[] = "The caller stopped the check";
+
 /// Returns the system's text for an errno, in English whatever the locale is.
 std::string systemText(int error);
 
 /// Returns a text for users: one line of UTF-8, at most 1,000 bytes. Control characters and invalid UTF-8 become "?".
 /// Leaves out the middle of a longer text.
 std::string errorText(std::string_view text);
+
+/// Returns words of a file for a message, between back quotes: valid UTF-8 as it is, anything else read as Latin-1.
+/// Of a text longer than 200 bytes the start, and "...".
+std::string quoted(std::string_view words);
 
 }  // namespace kiri::tov::impl_detail

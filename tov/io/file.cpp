@@ -61,6 +61,12 @@ ssize_t readSome(File const& file, char* to, std::size_t size) {
     return uninterrupted([&] { return ::read(file.descriptor(), to, size); });
 }
 
+bool rewind(File const& file) {
+    struct stat info {};
+    return ::fstat(file.descriptor(), &info) == 0 && S_ISREG(info.st_mode) &&
+           ::lseek(file.descriptor(), 0, SEEK_SET) == 0;
+}
+
 bool writeAll(File const& file, std::string_view text) {
     while (!text.empty()) {
         ssize_t const written = uninterrupted([&] { return ::write(file.descriptor(), text.data(), text.size()); });

@@ -47,6 +47,9 @@ File openForWriting(char const* path);
 /// Reads up to `size` bytes; 0 at the end of the file, -1 if that fails.
 ssize_t readSome(File const& file, char* to, std::size_t size);
 
+/// Goes back to the start of a file, to read it again. False for anything but a regular file.
+bool rewind(File const& file);
+
 /// Writes all of `text`; false if that fails.
 bool writeAll(File const& file, std::string_view text);
 

@@ -13,7 +13,11 @@ constexpr std::size_t chunkSize = std::size_t{16} * 1024;
 
 }  // namespace
 
-LineReader::LineReader(File const& file, ProgressMeter* meter) : file_(file), meter_(meter) {
+LineReader::LineReader(File const& file, ProgressMeter* meter) : file_(&file), meter_(meter) {
+    resize(chunkSize + 1);
+}
+
+LineReader::LineReader(std::string_view text, ProgressMeter* meter) : text_(text), meter_(meter) {
     resize(chunkSize + 1);
 }
 
@@ -55,11 +59,18 @@ bool LineReader::fill() {
     end_ = unconsumed;
     if (unconsumed + 1 == capacity_) resize(capacity_ + std::max(chunkSize, capacity_ / 8));
     std::size_t const space = capacity_ - unconsumed - 1;
-    ssize_t const got = readSome(file_, buffer_.get() + unconsumed, std::min(space, chunkSize));
+    ssize_t const got = read(buffer_.get() + unconsumed, std::min(space, chunkSize));
     if (got < 0) error_ = errno;
     if (got <= 0 || (meter_ != nullptr && !meter_->add(static_cast<std::size_t>(got)))) return false;
     end_ += static_cast<std::size_t>(got);
     return true;
+}
+
+ssize_t LineReader::read(char* to, std::size_t size) {
+    if (file_ != nullptr) return readSome(*file_, to, size);
+    std::size_t const got = text_.copy(to, size);
+    text_.remove_prefix(got);
+    return static_cast<ssize_t>(got);
 }
 
 // The C library may grow and cut a large block where it is, so that there are never two of it.

@@ -16,6 +16,9 @@ public:
     /// The file and the meter, if there is one, outlive the reader.
     explicit LineReader(File const& file, ProgressMeter* meter = nullptr);
 
+    /// Reads a text in place of a file.
+    explicit LineReader(std::string_view text, ProgressMeter* meter = nullptr);
+
     /// Puts the next line, without its line feed, into `line`; a NUL byte follows it. The view lives until the next
     /// call. Returns false at the end, and where the meter stops the load.
     bool next(std::string_view& line);
@@ -32,12 +35,14 @@ private:
     };
 
     bool fill();
+    ssize_t read(char* to, std::size_t size);
     void resize(std::size_t capacity);
     std::string_view take(std::size_t size);
 
     bool stopped() const { return meter_ != nullptr && meter_->stopped(); }
 
-    File const& file_;
+    File const* file_ = nullptr;
+    std::string_view text_;  // without a file: what is left of the text
     ProgressMeter* meter_;
     std::size_t capacity_ = 0;
     std::unique_ptr<char, Free> buffer_;

@@ -1,11 +1,11 @@
 #include "tov/names/name_check.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <iterator>
 #include <optional>
+#include <stdexcept>
 #include <utility>
 
+#include "tov/constraint_line_p.h"
 #include "tov/io/error_text_p.h"
 #include "tov/io/file_p.h"
 #include "tov/io/line_reader_p.h"
@@ -20,86 +20,172 @@ using namespace impl_detail;
 
 namespace {
 
-/// Finds the names of a file that are missing. Judges clocks at the end of the file, as later lines may define them.
-class NameChecker {
+/// Finds the names of a file's commands that are missing.
+class MissingNames {
 public:
-    NameChecker(TovDesignNames const& names, TovNameMatch match) : names_(names), match_(match) {}
+    MissingNames(TovDesignNames const& names, TovNameMatch match) : names_(names), match_(match) {}
 
-    void check(std::size_t line, TovCmd& cmd) {
-        clocks_.addForGood(cmd);
-        if (!cmd.enabled) return;
-        for (ReferenceWord const& word : referenceWords(cmd)) {
-            if (holdsVariable(word.text)) continue;
-            Questions::Id const id = questions_.put(Questions::of(word, match_));
-            if (!questions_.isFoundIn(names_, id)) suspects_.push_back({line, id});
+    /// Takes the clocks that a file defines, up to a line that ends the load.
+    void readClocks(LineReader lines) {
+        for (std::string_view text; lines.next(text);) {
+            ConstraintLine const line(text);
+            if (line.kind == nullptr) continue;
+            if (line.kind->list != TOVCMD_CLOCK && line.kind->list != TOVCMD_GENCLOCK) continue;
+            try {
+                clocks_.addForGood(*line.makeCommand());
+            } catch (std::out_of_range const&) {
+                return;
+            }
         }
     }
 
-    /// Adds what is missing to the findings, which are in the order of the lines.
-    void addTo(std::vector<TovFinding>& findings) {
-        for (Questions::Id id = 0; id < questions_.size(); ++id) {
-            Questions::Question const question = questions_[id];
-            bool const isClock = questions_.answer(id) == Questions::Answer::missing && question.mayBeClock() &&
-                                 clocks_.has(std::string(question.word));
-            if (isClock) questions_.setAnswer(id, Questions::Answer::found);
+    /// The uses of an enabled command that are missing; valid until the next call.
+    std::vector<TovNameUse> const& in(TovCmd& cmd) {
+        missing_.clear();
+        if (!cmd.enabled) return missing_;
+        for (ReferenceWord const& word : referenceWords(cmd)) {
+            if (holdsVariable(word.text)) continue;
+            Questions::Question const question = Questions::of(word, match_);
+            if (isFound(questions_.put(question))) continue;
+            missing_.push_back({&cmd, word.role, word.type, std::string(word.text), question.match});
         }
-        std::vector<TovFinding> missing;
-        for (auto const& [line, id] : suspects_) {
-            if (questions_.answer(id) == Questions::Answer::found) continue;
-            bool const isFirst = missing.empty() || missing.back().line != line;
-            if (isFirst) missing.push_back({line, TOVFINDING_MISSING_NAME, ""});
-            std::string& text = missing.back().text;
-            if (!isFirst) text += ' ';
-            text += questions_[id].word;
-        }
-        std::vector<TovFinding> all;
-        all.reserve(findings.size() + missing.size());
-        auto const moved = [](auto at) { return std::make_move_iterator(at); };
-        std::merge(moved(findings.begin()), moved(findings.end()), moved(missing.begin()), moved(missing.end()),
-                   std::back_inserter(all), [](TovFinding const& a, TovFinding const& b) { return a.line < b.line; });
-        findings.swap(all);
+        return missing_;
     }
 
 private:
-    struct Suspect {
-        std::size_t line;
-        Questions::Id question;
-    };
+    bool isFound(Questions::Id id) {
+        bool const isAnswered = questions_.answer(id) != Questions::Answer::unknown;
+        if (questions_.isFoundIn(names_, id) || isAnswered) {
+            return questions_.answer(id) == Questions::Answer::found;
+        }
+        Questions::Question const question = questions_[id];
+        bool const isClock = question.mayBeClock() && clocks_.has(std::string(question.word));
+        if (isClock) questions_.setAnswer(id, Questions::Answer::found);
+        return isClock;
+    }
 
     TovDesignNames const& names_;
     TovNameMatch match_;
     DocumentClocks clocks_;
     Questions questions_;
-    std::vector<Suspect> suspects_;  // what the design lacks
+    std::vector<TovNameUse> missing_;
 };
 
+/// The findings of a file, line after line.
+class FileCheck {
+public:
+    FileCheck(std::optional<MissingNames>& names, TovFindingVisitor const& visit) : names_(names), visit_(visit) {}
+
+    /// Returns false if the line is the last one: it ends the load, or the visitor stops the check.
+    bool check(std::string_view line) {
+        findings_.clear();
+        bool const goesOn = checker_.check(line, findings_);
+        for (TovFinding const& finding : findings_) {
+            if (!visit(finding, line, {})) return false;
+        }
+        if (!goesOn || !names_ || checker_.command() == nullptr) return goesOn;
+        std::vector<TovNameUse> const& missing = names_->in(*checker_.command());
+        if (missing.empty()) return true;
+        std::string words;
+        for (TovNameUse const& use : missing) words.append(words.empty() ? "" : " ").append(use.word);
+        return visit({checker_.number(), TOVFINDING_MISSING_NAME, std::move(words)}, line, missing);
+    }
+
+    bool isStopped() const { return stopped_; }
+
+private:
+    bool visit(TovFinding const& finding, std::string_view line, std::vector<TovNameUse> const& missing) {
+        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+        stopped_ = !visit_(finding, std::string(line), missing);
+        return !stopped_;
+    }
+
+    std::optional<MissingNames>& names_;
+    TovFindingVisitor const& visit_;
+    LineChecker checker_;
+    std::vector<TovFinding> findings_;
+    bool stopped_ = false;
+};
+
+std::string contentOf(File const& file, int& error) {
+    constexpr std::size_t chunk = std::size_t{64} * 1024;
+    std::string text;
+    for (std::size_t size = 0;; size = text.size()) {
+        text.resize(size + chunk);
+        ssize_t const got = readSome(file, text.data() + size, chunk);
+        if (got < 0) error = errno;
+        text.resize(size + static_cast<std::size_t>(got < 0 ? 0 : got));
+        if (got <= 0) return text;
+    }
+}
+
+constexpr std::pair<taDciObjTyp, char const*> typeNames[] = {
+    {taDciObjPort, "port"}, {taDciObjSourcePort, "port"}, {taDciObjPin, "pin"},   {taDciObjPin2, "pin"},
+    {taDciObjNet, "net"},   {taDciObjSourceNet, "net"},   {taDciObjCell, "cell"}, {taDciObjClock, "clock"},
+};
+
+char const* nameOf(taDciObjTyp type) {
+    for (auto const& [known, name] : typeNames) {
+        if (known == type) return name;
+    }
+    return "object";
+}
+
+/// Checks the lines of an open file. Returns why that did not reach the end; an empty text if it did.
+std::string checkLines(File const& file, TovCheckOptions const& options, TovFindingVisitor const& visit) {
+    int error = 0;
+    std::optional<MissingNames> names;
+    std::optional<std::string> text;
+    if (options.names != nullptr) {
+        names.emplace(*options.names, options.match);
+        if (!rewind(file)) text = contentOf(file, error);
+        names->readClocks(text ? LineReader(*text) : LineReader(file));
+        if (!text) rewind(file);
+    }
+    ProgressMeter meter(options.progress, bytesLeft(file));
+    LineReader lines = text ? LineReader(*text, &meter) : LineReader(file, &meter);
+    FileCheck checker(names, visit);
+    bool goesOn = true;
+    for (std::string_view line; goesOn && lines.next(line);) goesOn = checker.check(line);
+    if (error == 0) error = lines.error();
+    if (goesOn && error == 0 && !meter.stopped()) meter.finish();
+    meter.rethrow();
+    if (meter.stopped()) return stoppedText;
+    if (checker.isStopped()) return stoppedCheckText;
+    return error == 0 ? std::string() : systemText(error);
+}
+
 }  // namespace
+
+bool checkTovFile(char const* path, TovCheckOptions const& options, TovFindingVisitor const& visit,
+                  std::string* error) {
+    File const file = openForReading(path);
+    std::string problem = file.isOpen() ? checkLines(file, options, visit) : systemText(errno);
+    bool const isWhole = problem.empty();
+    if (error != nullptr) error->swap(problem);
+    return isWhole;
+}
 
 bool checkTovFile(char const* path, TovCheckOptions const& options, std::vector<TovFinding>& findings,
                   std::string* error) {
     std::vector<TovFinding> found;
-    std::string problem;
-    std::optional<NameChecker> names;
-    if (options.names != nullptr) names.emplace(*options.names, options.match);
-    File const file = openForReading(path);
-    if (!file.isOpen()) problem = systemText(errno);
-    ProgressMeter meter(options.progress, file.isOpen() ? bytesLeft(file) : 0);
-    LineReader lines(file, &meter);
-    LineChecker checker;
-    bool goesOn = file.isOpen();
-    for (std::string_view line; goesOn && lines.next(line);) {
-        goesOn = checker.check(line, found);
-        if (names && goesOn && checker.command() != nullptr) names->check(checker.number(), *checker.command());
-    }
-    if (names) names->addTo(found);
-    if (lines.error() != 0) problem = systemText(lines.error());
-    if (goesOn && problem.empty() && !meter.stopped()) meter.finish();
-    meter.rethrow();
-    if (meter.stopped()) problem = stoppedText;
-    bool const isWhole = problem.empty();
-    if (error != nullptr) error->swap(problem);
+    auto const keep = [&found](TovFinding const& finding, std::string const&, std::vector<TovNameUse> const&) {
+        found.push_back(finding);
+        return true;
+    };
+    bool const isWhole = checkTovFile(path, options, keep, error);
     findings.swap(found);
     return isWhole;
+}
+
+std::string missingMessage(TovNameUse const& missing, TovDesignNames const& names) {
+    std::string const nearest = names.nearest(missing.type, missing.word);
+    std::string const message = missingMessage(missing);
+    return nearest.empty() ? message : message + errorText("; did you mean " + quoted(nearest) + "?");
+}
+
+std::string missingMessage(TovNameUse const& missing) {
+    return errorText("no such " + std::string(nameOf(missing.type)) + ": " + quoted(missing.word));
 }
 
 }  // namespace kiri::tov
