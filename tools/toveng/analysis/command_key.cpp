@@ -1,0 +1,153 @@
+#include "analysis/command_key.h"
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <string_view>
+
+#include "analysis/words.h"
+#include "tov/cmd/commands.h"
+#include "tov/cmd/references.h"
+
+using namespace kiri::tov;
+
+namespace tool {
+
+namespace {
+
+using Hash = std::uint64_t;
+
+// Mixes a part into a hash; the order of the parts counts.
+Hash mixed(Hash hash, Hash part) {
+    hash = (hash ^ part) * 0x9e3779b97f4a7c15;
+    return hash ^ (hash >> 29);
+}
+
+Hash hashOf(std::string_view text) {
+    return std::hash<std::string_view>()(text);
+}
+
+Hash hashOf(std::string_view role, taDciObjTyp type, TovNameMatch match, std::string_view word) {
+    return mixed(mixed(mixed(hashOf(role), static_cast<Hash>(type)), static_cast<Hash>(match)), hashOf(word));
+}
+
+// Neither the order nor the repetition of the parts counts.
+Hash hashOfSet(std::vector<Hash>& parts) {
+    std::sort(parts.begin(), parts.end());
+    parts.erase(std::unique(parts.begin(), parts.end()), parts.end());
+    Hash hash = parts.size();
+    for (Hash part : parts) hash = mixed(hash, part);
+    return hash;
+}
+
+bool isClockRole(std::string_view role) {
+    return role == "-clock" || role == "-master_clock" || role == "-group";
+}
+
+Hash hashOf(TovNameUse const& use) {
+    return hashOf(use.role, meansClock(use) ? taDciObjClock : use.type, use.match, use.word);
+}
+
+// The text of an expression without blanks, braces and quotes around it.
+std::string withoutBlanks(std::string_view text) {
+    std::string rest;
+    for (char c : text) {
+        if (!isSpace(c)) rest += c;
+    }
+    return rest;
+}
+
+// Whether the words that can be judged are all that a reference names.
+bool isCovered(taDciObj const& object, std::string_view role, std::vector<TovNameUse> const& uses) {
+    std::string_view const text = object.name;
+    auto const isWord = [&](std::string_view word) {
+        return std::any_of(uses.begin(), uses.end(),
+                           [&](TovNameUse const& use) { return role == use.role && word == use.word; });
+    };
+    if (object.type != taDciObjName) return isWord(text);
+    constexpr std::string_view separators = " \t\n\r\v\f[]{}\"";
+    bool const isExpression = startsWith(trimFront(text), "[");
+    for (std::size_t at = 0; (at = text.find_first_not_of(separators, at)) != std::string_view::npos;) {
+        std::size_t const end =
+            std::min(text.find_first_of(isExpression ? separators : " \t\n\r\v\f{}\"", at), text.size());
+        std::string_view const word = text.substr(at, end - at);
+        bool const isSyntax = isExpression && (startsWith(word, "get_") || word == "list");
+        if (!isSyntax && !isWord(word)) return false;
+        at = end;
+    }
+    return true;
+}
+
+// The objects of a command in their roles. A save writes the first reference of a list alone, and a command that loses
+// others is not compared.
+Hash hashOfObjects(TovCmd& cmd, std::vector<TovNameUse> const& uses) {
+    std::vector<Hash> parts;
+    for (TovNameUse const& use : uses) parts.push_back(hashOf(use));
+    for (TovReferences const& references : referencesOf(cmd)) {
+        if (references.list->empty()) continue;
+        taDciObj const* const object = references.list->front();
+        if (object == nullptr || object->name == nullptr || isCovered(*object, references.role, uses)) continue;
+        parts.push_back(mixed(hashOf(references.role, object->type, TOVMATCH_LEVELS, withoutBlanks(object->name)), 1));
+    }
+    return hashOfSet(parts);
+}
+
+Hash hashOfGroups(TovCmd& cmd) {
+    std::vector<Hash> groups;
+    for (TovReferences const& group : referencesOf(cmd)) {
+        std::vector<Hash> clocks;
+        for (taDciObj const* object : *group.list) {
+            if (object != nullptr && object->name != nullptr) clocks.push_back(hashOf(withoutBlanks(object->name)));
+        }
+        groups.push_back(hashOfSet(clocks));
+    }
+    return hashOfSet(groups);
+}
+
+}  // namespace
+
+bool meansClock(TovNameUse const& use) {
+    return use.type == taDciObjClock || (use.type == taDciObjName && isClockRole(use.role));
+}
+
+void setKey(Command const& command, std::vector<TovNameUse> const& uses, Facts& facts) {
+    auto const kind = static_cast<Hash>(command.list);
+    switch (command.list) {
+        case TOVCMD_INPUTDELAY:
+        case TOVCMD_OUTPUTDELAY: {
+            auto const& delay = static_cast<TovCmdIODelay const&>(command.cmd);
+            facts.path = mixed(kind, hashOfObjects(command.cmd, uses));
+            facts.key = mixed(facts.path, (delay.min ? 1U : 0U) + (delay.max ? 2U : 0U));
+            facts.isMin = delay.min;
+            facts.isMax = delay.max;
+            facts.isDelay = true;
+            facts.value = delay.delay;
+            if (!delay.min && !delay.max) facts.path = 0;
+            break;
+        }
+        case TOVCMD_MAXDELAY:
+        case TOVCMD_MINDELAY:
+            facts.path = mixed(TOVCMD_MAXDELAY, hashOfObjects(command.cmd, uses));
+            facts.key = mixed(facts.path, kind);
+            facts.isMin = command.list == TOVCMD_MINDELAY;
+            facts.isMax = !facts.isMin;
+            facts.isDelay = true;
+            facts.value = static_cast<TovCmdTimingDelay const&>(command.cmd).delay;
+            break;
+        case TOVCMD_MULTICYCLE:
+            facts.key = mixed(kind, hashOfObjects(command.cmd, uses));
+            facts.value = static_cast<TovCmdMultiPath const&>(command.cmd).multiplier;
+            break;
+        case TOVCMD_FALSEPATH:
+            facts.key = mixed(kind, hashOfObjects(command.cmd, uses));
+            break;
+        case TOVCMD_CLOCKGROUP:
+            facts.key = mixed(kind + (static_cast<TovCmdClockGroupDef const&>(command.cmd).exclusive ? 100 : 0),
+                              hashOfGroups(command.cmd));
+            break;
+        default:
+            break;
+    }
+}
+
+}  // namespace tool

@@ -1,0 +1,96 @@
+#include "analysis/known_clocks.h"
+
+#include <algorithm>
+
+#include "analysis/edit_distance.h"
+#include "tov/cmd/clock_def.h"
+#include "tov/cmd/false_path.h"
+#include "tov/design/design.h"
+
+using namespace kiri::tov;
+
+namespace tool {
+
+namespace {
+
+TovDesignNames const& noDesign() {
+    static TovDesign const design;
+    static TovDesignNames const names(design);
+    return names;
+}
+
+}  // namespace
+
+KnownClocks::KnownClocks() : join_(std::make_unique<TovDocumentNames>(document_, noDesign())) {}
+
+KnownClocks::~KnownClocks() = default;
+
+KnownClocks::Id KnownClocks::nameId(std::string const& name) {
+    auto const [place, isNew] = nameIds_.try_emplace(name, static_cast<Id>(names_.size()));
+    if (isNew) {
+        names_.emplace_back();
+        names_.back().text = name;
+    }
+    return place->second;
+}
+
+KnownClocks::Id KnownClocks::wordId(MissingWord const& word) {
+    std::string key = word.text;
+    for (int part : {static_cast<int>(word.type), static_cast<int>(word.match), word.isClock ? 1 : 0}) {
+        key += '\n' + std::to_string(part);
+    }
+    auto const [place, isNew] = wordIds_.try_emplace(std::move(key), static_cast<Id>(words_.size()));
+    if (isNew) {
+        words_.emplace_back();
+        words_.back().word = word;
+    }
+    return place->second;
+}
+
+void KnownClocks::use(Id id, Id user) {
+    Word& word = words_[id];
+    // The answer is not kept up to date for a word that nothing uses.
+    if (isCurrent_ && word.users.empty()) word.isClock = word.word.mayBeClock() && has(word.word);
+    word.users.push_back(user);
+}
+
+bool KnownClocks::define(Id id) {
+    Name& name = names_[id];
+    if (name.definitions++ > 0) return false;
+    ++defined_;
+    auto clock = std::make_unique<TovCmdClockDef>(0.0F, name.text.c_str(), nullptr);
+    document_.getTovCmdList(TOVCMD_CLOCK)->push_back(clock.get());
+    name.definition = clock.release();
+    join_->add(*name.definition);
+    isCurrent_ = false;
+    return true;
+}
+
+bool KnownClocks::undefine(Id id) {
+    Name& name = names_[id];
+    if (--name.definitions > 0) return false;
+    --defined_;
+    join_->remove(*name.definition);
+    document_.getTovCmdList(TOVCMD_CLOCK)->remove(name.definition);
+    delete name.definition;
+    name.definition = nullptr;
+    isCurrent_ = false;
+    return true;
+}
+
+bool KnownClocks::has(MissingWord const& word) const {
+    TovCmdFalsePath probe(static_cast<char*>(nullptr));
+    probe.from.push_back(new taDciObj(word.text.c_str(), nullptr, taDciObjClock, taDciObjNone));
+    return join_->missingIn(probe).empty();
+}
+
+std::string KnownClocks::nearest(std::string const& word) const {
+    constexpr std::size_t longest = 1000;
+    Nearest nearest(word);
+    for (Name const& name : names_) {
+        if (name.definitions > 0 && word.size() <= longest) nearest.add(name.text);
+    }
+    return nearest.word();
+}
+
+}  // namespace tool

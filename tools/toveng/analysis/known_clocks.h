@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "analysis/facts.h"
+#include "analysis/id_list.h"
+#include "tov/names/document_names.h"
+#include "tov/tov.h"
+
+namespace tool {
+
+/// The clocks that the statements of a set define, and the words of the statements that clocks may be meant by.
+class KnownClocks {
+public:
+    using Id = IdList::Id;
+
+    KnownClocks();
+    ~KnownClocks();
+    KnownClocks(KnownClocks const&) = delete;
+    KnownClocks& operator=(KnownClocks const&) = delete;
+
+    /// A clock name.
+    struct Name {
+        std::string text;
+        std::size_t definitions = 0;  ///< number of the enabled commands that define it
+        IdList compared;              ///< those that the rules on sense judge
+        kiri::tov::TovCmd* definition = nullptr;
+    };
+    /// A word that stands for nothing in the design.
+    struct Word {
+        MissingWord word;
+        IdList users;
+        bool isClock = false;  ///< a clock of the set is meant
+    };
+
+    Id nameId(std::string const& name);
+    Id wordId(MissingWord const& word);
+    Name& name(Id id) { return names_[id]; }
+    Name const& name(Id id) const { return names_[id]; }
+    /// Adds a user of a word, or drops one.
+    void use(Id word, Id user);
+    void drop(Id word, Id user) { words_[word].users.eraseId(user); }
+    Word const& word(Id id) const { return words_[id]; }
+
+    /// Counts a definition more or less of a clock. Returns whether a clock came or went.
+    bool define(Id name);
+    bool undefine(Id name);
+    bool empty() const { return defined_ == 0; }
+
+    /// Looks up again what the words mean; calls `visit` with each word for which the answer has changed.
+    template <class Visit>
+    void update(Visit visit) {
+        if (isCurrent_) return;
+        isCurrent_ = true;
+        for (Word& word : words_) {
+            bool const isClock = word.word.mayBeClock() && !word.users.empty() && has(word.word);
+            if (isClock == word.isClock) continue;
+            word.isClock = isClock;
+            visit(word);
+        }
+    }
+
+    /// Returns whether a word stands for a clock of the set.
+    bool has(MissingWord const& word) const;
+
+    /// Returns the clock whose name is nearest to a word, see Nearest; empty if none is near.
+    std::string nearest(std::string const& word) const;
+
+private:
+    std::vector<Name> names_;
+    std::vector<Word> words_;
+    std::unordered_map<std::string, Id> nameIds_;
+    std::unordered_map<std::string, Id> wordIds_;
+    std::size_t defined_ = 0;
+    bool isCurrent_ = true;
+    kiri::tov::TOV document_;  // holds a definition of each clock
+    std::unique_ptr<kiri::tov::TovDocumentNames> join_;
+};
+
+}  // namespace tool

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace tool {
+
+/// What is open while lines are read as Tcl reads commands:
+///
+///   command = word { white space word }, ends at a line end or ";"
+///   word    = "{" ... "}" | '"' ... '"' | other characters, with "[" command "]" anywhere in these two
+///
+/// Braces and quotes count where a word begins, brackets anywhere outside braces; "\" takes the next character. What
+/// begins with "#" where a command begins is a comment up to the end of its line.
+class Nesting {
+public:
+    enum class Frame : std::uint8_t { bracket, brace, quote };
+
+    /// Reads a line from `at` on until a frame closes: returns the place after what closed it, or npos at the line's
+    /// end.
+    std::size_t readToClose(std::string_view line, std::size_t at);
+    static constexpr std::size_t npos = std::string_view::npos;
+
+    /// Reads the rest of a line.
+    void read(std::string_view line, std::size_t at = 0) {
+        while (at != npos) at = readToClose(line, at);
+    }
+
+    /// Goes on to the next line.
+    void endLine();
+
+    /// Whether the line that was read last ends in a "\" that is not in a comment.
+    bool endsInBackslash() const { return endsInBackslash_; }
+    /// Whether the line that was read last ends in a brace of the command itself that it opened.
+    bool endsInOpenBrace() const;
+
+    std::size_t depth() const { return frames_.size(); }
+    Frame top() const { return frames_.back(); }
+    /// Whether a "#" would begin a comment here.
+    bool commandBegins() const { return commandBegins_; }
+    /// Closes the innermost frame, as if its end had been read.
+    void close();
+    void clear();
+
+private:
+    void readInBrace(std::string_view line, std::size_t& at);
+    void readInQuote(std::string_view line, std::size_t& at);
+    void readInCommand(std::string_view line, std::size_t& at);
+    void open(Frame frame);
+    void skipEscape(std::string_view line, std::size_t& at);
+
+    std::vector<Frame> frames_;
+    bool commandBegins_ = true;
+    bool wordBegins_ = true;
+    bool endsInBackslash_ = false;
+    bool lastIsOpenBrace_ = false;  // nothing but white space follows a brace that opened
+};
+
+}  // namespace tool

@@ -1,0 +1,111 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "analysis/facts.h"
+#include "analysis/id_list.h"
+#include "analysis/known_clocks.h"
+#include "analysis/rules.h"
+
+namespace tool {
+
+/// What is found in a statement because of others.
+struct SetFinding {
+    Code code;
+    std::size_t other = 0;             ///< the statement that is in conflict with it
+    std::vector<MissingWord> words{};  ///< that stand for nothing: of undefined-clock and missing-name
+};
+
+/// The statements of one file or several, in their order, and what is found between them. Statements are known by their
+/// place in the set, counted from 0.
+class StatementSet {
+public:
+    /// `hasDesign`: the missing words of the statements are those of a design.
+    explicit StatementSet(bool hasDesign) : hasDesign_(hasDesign) {}
+
+    std::size_t size() const { return order_.size(); }
+
+    /// Appends a statement. Takes about 150 bytes for a command, and names once.
+    void append(Facts const& facts);
+
+    /// Replaces `count` statements from `first` on by others.
+    void replace(std::size_t first, std::size_t count, std::vector<Facts> const& others);
+
+    /// Says that a file of the set could not be read to its end.
+    void setCut() { isCut_ = true; }
+
+    /// Returns what is found in a statement, in the order in which it is told.
+    std::vector<SetFinding> findingsOf(std::size_t place) const;
+
+    /// Takes the statements whose findings may have changed since this was called last, in their order. What was
+    /// appended is among them.
+    std::vector<std::size_t> takeTouched();
+
+    /// Brings the answers up to date with the clocks; findingsOf needs it after a change.
+    void update();
+
+    /// The clocks that are defined, for near names.
+    KnownClocks const& clocks() const { return clocks_; }
+    /// The delay or the number of cycles that a statement sets.
+    double valueOf(std::size_t place) const { return entries_[order_[place]].value; }
+
+private:
+    using Id = IdList::Id;
+
+    struct Entry {
+        std::uint64_t key = 0;
+        std::uint64_t path = 0;
+        double value = 0;
+        IdList words;   // in words_
+        IdList clocks;  // in clockNames_
+        bool isMin = false;
+        bool isMax = false;
+        bool isDelay = false;
+        bool isCompared = false;
+        bool hidesClocks = false;
+        bool isTouched = false;
+    };
+
+    Id add(Facts const& facts);
+    void link(Id id);
+    void unlink(Id id);
+    void number(std::size_t first);
+    void touch(Id id);
+    void touchAll(IdList const& ids);
+    void touchNeighbours(IdList const& ids, Id id);
+    void touchFrom(IdList const& ids, Id id);
+    void touchLimits(Id id);
+    bool judgesClocks() const;
+
+    // The first of a list that is not before a statement.
+    Id const* placeIn(IdList const& ids, Id id) const;
+    void insertInto(IdList& ids, Id id);
+    void eraseFrom(std::unordered_map<std::uint64_t, IdList>& lists, std::uint64_t key, Id id);
+
+    void findMissing(Entry const& entry, std::vector<SetFinding>& findings) const;
+    void findRedefined(Id id, std::vector<SetFinding>& findings) const;
+    void findSame(Id id, std::vector<SetFinding>& findings) const;
+    void findLimit(Id id, std::vector<SetFinding>& findings) const;
+    Id const* inForce(std::unordered_map<std::uint64_t, IdList> const& lists, Id id) const;
+
+    bool hasDesign_;
+    bool isCut_ = false;
+    bool judgedClocks_ = false;
+    std::size_t hiding_ = 0;      // statements that may hide clocks
+    std::vector<Entry> entries_;  // by id
+    std::vector<Id> free_;
+    std::vector<Id> order_;              // ids by place
+    std::vector<std::uint32_t> places_;  // places by id
+    std::vector<Id> touched_;
+
+    std::unordered_map<std::uint64_t, IdList> keys_;  // statements in their order, as all these lists
+    std::unordered_map<std::uint64_t, IdList> minimums_;
+    std::unordered_map<std::uint64_t, IdList> maximums_;
+    KnownClocks clocks_;
+};
+
+}  // namespace tool

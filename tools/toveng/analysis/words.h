@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+// The words of constraint lines, as the file format has them.
+
+namespace tool {
+
+/// Blank, tab, LF, CR, VT and FF are white space.
+inline constexpr std::string_view whiteSpace = " \t\n\r\v\f";
+
+inline bool isSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+inline bool startsWith(std::string_view text, std::string_view prefix) {
+    return text.substr(0, prefix.size()) == prefix;
+}
+
+inline std::string_view trimFront(std::string_view text) {
+    std::size_t first = 0;
+    while (first < text.size() && isSpace(text[first])) ++first;
+    return text.substr(first);
+}
+
+inline std::string_view trim(std::string_view text) {
+    while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
+    return trimFront(text);
+}
+
+/// Returns what precedes the first white space of a text that begins with none.
+inline std::string_view firstWord(std::string_view text) {
+    return text.substr(0, text.find_first_of(whiteSpace));
+}
+
+/// Appends a word to a text, with a blank between them.
+inline void addWord(std::string& text, std::string_view word) {
+    if (!text.empty()) text += ' ';
+    text += word;
+}
+
+}  // namespace tool
