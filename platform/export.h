@@ -2,3 +2,17 @@
 
 /// Marks what the library exports; everything else is hidden.
 #define TOVENG_API __attribute__((visibility("default")))
+
+#ifdef _GLIBCXX_DEBUG
+namespace kiri::tov {
+
+/// Only a library that is built with _GLIBCXX_DEBUG itself has this. The standard containers of that mode have another
+/// layout, so a program built with it must not link against any other library.
+extern TOVENG_API char const builtWithGlibcxxDebug;
+
+namespace {
+[[gnu::used]] char const* const needsGlibcxxDebug = &builtWithGlibcxxDebug;
+}
+
+}  // namespace kiri::tov
+#endif

@@ -12,12 +12,18 @@ mkdir -p "$work"
 fail() { echo "$way: $*" >&2; exit 1; }
 
 # configure SOURCE BUILD [OPTION...]: configures and builds the targets (all). Not optimised: what is built only has to
-# work.
+# work. What several ways build alike is compiled once, where there is ccache.
 targets=(all)
+launcher=()
+if command -v ccache >/dev/null; then
+  launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+  export CCACHE_DIR=${CCACHE_DIR:-$work/ccache} CCACHE_BASEDIR=$work CCACHE_NOHASHDIR=1
+fi
 configure() {
   {
-    "$cmake" -S "$1" -B "$2" -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS_RELEASE=-O0 -DCMAKE_CXX_COMPILER="$cxx" \
-      "${@:3}" && "$cmake" --build "$2" --parallel "$(nproc)" --target "${targets[@]}"
+    "$cmake" -S "$1" -B "$2" -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS_{DEBUG,RELEASE}= \
+      -DCMAKE_CXX_COMPILER="$cxx" "${launcher[@]}" "${@:3}" &&
+      "$cmake" --build "$2" --parallel "$(nproc)" --target "${targets[@]}"
   } >"$2.log" 2>&1 || { cat "$2.log" >&2; fail "cannot build $1"; }
 }
 # A client never needs Qt to be found.
@@ -94,6 +100,16 @@ cmake_package() {
 pkg_config() {
   clients_with_pkg_config "$prefix" "$work/$way"
   check "$work/$way"
+  with_pkg_config "$prefix" "$here/project/own_names.cpp" "$work/$way/own_names"
+  [ "$("$work/$way/own_names")" = $'create_clock c\nlost word' ] || fail "a program's own names are not its own"
+}
+
+# In this mode the standard containers have another layout.
+debug_containers() {
+  printf '#define _GLIBCXX_DEBUG\n#include "%s"\n' "$here/project/plain.cpp" >"$work/$way.cpp"
+  ! with_pkg_config "$prefix" "$work/$way.cpp" "$work/$way" 2>"$work/$way.log" ||
+    fail "a program with other containers links"
+  grep 'undefined.*builtWithGlibcxxDebug' "$work/$way.log" >/dev/null || fail "the linker does not say why"
 }
 
 # The program of the README, as the README says to build it.
@@ -106,16 +122,24 @@ readme() {
     "$(grep -c set_false_path "$file")" || fail "wrong output"
 }
 
-# The project exports a library of its own; what it installs is all that a client of that needs.
+# The project exports a library of its own; what it installs is all that a client of that needs, whatever build type the
+# project has.
 add_subdirectory() {
-  local parent=$work/parent
-  rm -rf "$parent"
-  configure "$here/project" "$work/$way" -DTOVENG_SOURCE_DIR="$source"
-  check "$work/$way"
-  "$cmake" --install "$work/$way" --prefix "$parent" >"$work/$way.log"
-  configure "$here/project" "$work/$way.client" -DCONSUMED=editor -DCMAKE_PREFIX_PATH="$parent" \
-    "${without_qt[@]}"
-  check "$work/$way.client"
+  taken_with release -DCMAKE_BUILD_TYPE=Release
+  taken_with debug -DCMAKE_BUILD_TYPE=Debug
+  taken_with none -DCMAKE_BUILD_TYPE=
+  taken_with multi -G "Ninja Multi-Config"
+}
+# taken_with KIND OPTION...: one such project and its client.
+taken_with() {
+  local project=$work/$way.$1 parent=$work/parent.$1 programs=$work/$way.$1 config=()
+  rm -rf "$project" "$parent"
+  configure "$here/project" "$project" -DTOVENG_SOURCE_DIR="$source" "${@:2}"
+  [ "$1" != multi ] || programs=$project/Debug config=(--config Debug)
+  check "$programs"
+  "$cmake" --install "$project" --prefix "$parent" "${config[@]}" >"$project.log"
+  configure "$here/project" "$project.client" -DCONSUMED=editor -DCMAKE_PREFIX_PATH="$parent" "${without_qt[@]}"
+  check "$project.client"
 }
 
 examples() {
@@ -203,7 +227,7 @@ external_platform() {
 }
 
 case $way in
-  stage | headers | cmake_package | pkg_config | readme | add_subdirectory | examples | debian | \
-    external_platform) "$way" ;;
+  add_subdirectory | cmake_package | debian | debug_containers | examples | external_platform | headers | pkg_config | \
+    readme | stage) "$way" ;;
   *) fail "no such way" ;;
 esac
