@@ -80,6 +80,47 @@ TEST(Check, LooksAtGroupsOfManyWordsOnce) {
     EXPECT_EQ(findings[2].text.size(), 1000U);
 }
 
+// The messages of all findings of a line, a line for each.
+std::string messagesFor(std::string const& line) {
+    std::string text;
+    for (TovFinding const& finding : checkTovLine(line)) {
+        text += (text.empty() ? "" : "\n") + findingMessage(finding, line);
+    }
+    return text;
+}
+
+TEST(Check, SaysWhatIsWrongAndWhatToWrite) {
+    support::expectRows("messages", messagesFor);
+}
+
+TEST(Check, CutsMessages) {
+    std::string many;
+    for (int i = 0; i < 20'000; ++i) many += " n\xe4" + std::to_string(i);
+    std::vector<std::string> const begins = {"set_false_path -from a", "set_clock_groups -group",
+                                             "set_multicycle_path 2 -end"};
+    for (std::string const& begin : begins) {
+        for (std::string const& line : {begin + many, begin + " {" + many + " }"}) {
+            std::string const messages = messagesFor(line);
+            ASSERT_FALSE(messages.empty());
+            EXPECT_LE(messages.size(), 3000U);
+            EXPECT_EQ(messages.find("n\xe4"), messages.npos) << "not UTF-8";
+        }
+    }
+}
+
+// A caller may ask about any line.
+TEST(Check, ExplainsAFindingOfAnotherLine) {
+    for (std::string const line : {"", "# c", "create_clock -waveform", "set_false_path", "create_clock -name \\"}) {
+        for (int kind = -1; kind < 10; ++kind) {
+            TovFinding const finding{1, static_cast<TovFindingKind>(kind), "\ta\xe4 {} -b"};
+            std::string const message = findingMessage(finding, line);
+            EXPECT_EQ(message.empty(), kind < TOVFINDING_DROPPED_LINE || kind > TOVFINDING_MISSING_NAME) << message;
+            EXPECT_EQ(message.find('\t'), message.npos);
+        }
+    }
+    EXPECT_EQ(findingMessage({1, TOVFINDING_MISSING_NAME, "a \xe4\x1b"}, ""), "a \u00e4?");
+}
+
 TEST(Check, NamesKinds) {
     EXPECT_STREQ(findingCode(TOVFINDING_DROPPED_LINE), "dropped-line");
     EXPECT_STREQ(findingCode(TOVFINDING_MISSING_NAME), "missing-name");

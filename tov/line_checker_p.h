@@ -30,6 +30,11 @@ public:
     /// The list in which a load would put that command; TOVCMD_NONE without one.
     TOVCMD_TYPE list() const { return list_; }
 
+    /// The line that a save writes for that command, and how it differs from the line: nothing is compared where they
+    /// are equal. The words are views into both.
+    std::string const& saved() const { return saved_; }
+    WordComparison const& words() const { return words_; }
+
 private:
     struct Texts;
     bool checkText(std::string_view line, Texts& texts);

@@ -3,6 +3,7 @@
 #include <locale.h>
 #include <string.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <new>
@@ -102,14 +103,19 @@ std::string errorText(std::string_view text) {
     return line.replace(begin, end - begin, omission);
 }
 
+std::string utf8Of(std::string_view bytes) {
+    return isUtf8(bytes) ? std::string(bytes) : fromLatin1(bytes);
+}
+
 std::string quoted(std::string_view words) {
     constexpr std::size_t longest = 200;
-    std::string text = isUtf8(words) ? std::string(words) : fromLatin1(words);
+    std::string text = utf8Of(words);
     if (text.size() > longest) {
         std::size_t end = longest;
         while (continuesCharacter(text[end])) --end;
         text.replace(end, std::string::npos, "...");
     }
+    if (words.substr(0, words.find('\t')) == "#attribute") std::replace(text.begin(), text.end(), '\t', ' ');
     return "`" + text + "`";
 }
 

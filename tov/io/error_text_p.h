@@ -18,8 +18,11 @@ std::string systemText(int error);
 /// Leaves out the middle of a longer text.
 std::string errorText(std::string_view text);
 
-/// Returns words of a file for a message, between back quotes: valid UTF-8 as it is, anything else read as Latin-1.
-/// Of a text longer than 200 bytes the start, and "...".
+/// Returns bytes of a file as UTF-8: valid UTF-8 as it is, anything else read as Latin-1.
+std::string utf8Of(std::string_view bytes);
+
+/// Returns words of a file for a message, in UTF-8 between back quotes. Of a text longer than 200 bytes the start, and
+/// "...". The tabs between the texts of an attribute become blanks.
 std::string quoted(std::string_view words);
 
 }  // namespace kiri::tov::impl_detail

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tov/check.h"
+
+namespace kiri::tov::impl_detail {
+
+/// Why a save does not keep a word; finding_message.cpp has a text for each.
+enum class Cause {
+    other,
+    // Words that are lost.
+    unknownOption,
+    shortOption,
+    noSetupOrHold,
+    noCycleOwner,
+    noEdges,
+    noEdgePoints,
+    noComment,
+    noGroupName,
+    exclusiveByName,
+    asynchronousToo,
+    throughElsewhere,
+    throughBesideOthers,
+    repeatedFlag,
+    repeatedValue,
+    repeatedObjects,
+    withoutValue,
+    withoutObjects,
+    laterNumber,
+    laterObjects,
+    laterTarget,
+    laterOption,
+    firstObject,
+    firstTarget,
+    firstOfOption,
+    queryOption,
+    queryInQuery,
+    outsideOptions,
+    numberOfFalsePath,
+    outsideGroups,
+    afterTexts,
+    afterNul,
+    // Values that are changed or added, or lost as they are not numbers.
+    noPeriod,
+    noNumber,
+    notNumber,
+    variable,
+    expression,
+    enclosedNumber,
+    roundedNumber,
+    largeNumber,
+    fraction,
+    noRelation,
+    reservedKey,
+    groupMember,
+    longKeyword,
+    longAttribute,
+    lineEnd,
+    strayBackslash,
+    // Names that are mistaken.
+    optionAsValue,
+    unbracedIndex,
+    severalIndexes,
+    indexOfIndex,
+    unbalanced,
+    // Lines that are read back as something else.
+    lineFeed,
+    attributeText,
+    clockName,
+    objectName,
+};
+
+/// Words of a finding that have one cause.
+struct CausedWords {
+    Cause cause;
+    std::string about;  ///< what the text of the cause speaks of, such as an option
+    std::string words;  ///< a blank between them
+    bool areAdded;      ///< by a save, which writes them beside what the line has
+};
+
+struct FindingCauses {
+    std::vector<CausedWords> causes;  ///< in the order of the words; none for a line that does not have the finding
+    std::string saved;                ///< the line that a save writes
+};
+
+/// Explains a finding of the kinds 3, 4, 5 and 7.
+FindingCauses causesOf(TovFinding const& finding, std::string_view line);
+
+}  // namespace kiri::tov::impl_detail
