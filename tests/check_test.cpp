@@ -95,7 +95,7 @@ TEST(Check, SaysWhatIsWrongAndWhatToWrite) {
 
 TEST(Check, CutsMessages) {
     std::string many;
-    for (int i = 0; i < 20'000; ++i) many += " n\xe4" + std::to_string(i);
+    for (int i = 0; i < 5000; ++i) many += " n\xe4" + std::to_string(i);
     std::vector<std::string> const begins = {"set_false_path -from a", "set_clock_groups -group",
                                              "set_multicycle_path 2 -end"};
     for (std::string const& begin : begins) {

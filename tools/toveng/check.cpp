@@ -151,7 +151,7 @@ int check(Arguments const& arguments) {
                         if (!message.empty()) message += "; ";
                         message += missingMessage(use.type, use.word, *design->names, suggestions);
                     }
-                    return message.empty() ? messageOf(finding, line) : message;
+                    return message.empty() ? findingMessage(finding, line) : message;
                 });
             });
         } catch (Trouble const& trouble) {

@@ -47,9 +47,6 @@ using FindingVisitor = std::function<void(kiri::tov::TovFinding const& finding, 
 void forEachFinding(Input const& input, Design const* design, kiri::tov::TovNameMatch match,
                     FindingVisitor const& visit);
 
-/// Returns what is wrong, what a save would do, and what to write instead; for any kind except TOVFINDING_MISSING_NAME.
-std::string messageOf(kiri::tov::TovFinding const& finding, std::string const& line);
-
 /// Prints `FILE:LINE: warning: MESSAGE [CODE]` to a stream.
 void printFinding(std::FILE* out, std::string const& file, kiri::tov::TovFinding const& finding,
                   std::string const& message);

@@ -18,7 +18,7 @@ std::size_t printLosses(Input const& input) {
     std::size_t losses = 0;
     forEachFinding(input, nullptr, TOVMATCH_LEVELS, [&](auto const& finding, auto const& line, auto const&) {
         if (finding.kind == TOVFINDING_UNKNOWN_COMMAND || ++losses > findingsShown) return;
-        printFinding(stderr, input.name(), finding, messageOf(finding, line));
+        printFinding(stderr, input.name(), finding, findingMessage(finding, line));
     });
     return losses;
 }
