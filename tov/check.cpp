@@ -12,15 +12,17 @@ using namespace impl_detail;
 
 bool checkTovFile(char const* path, std::vector<TovFinding>& findings) {
     std::vector<TovFinding> found;
-    File const file = openForReading(path);
-    LineReader lines(file);
-    if (file.isOpen()) {
+    File file;
+    Result result = openForReading(path, file);
+    if (result.ok()) {
+        LineReader lines(file);
         LineChecker checker;
         for (std::string_view line; lines.next(line) && checker.check(line, found);) {
         }
+        result = lines.takeResult();
     }
     findings.swap(found);
-    return file.isOpen() && lines.error() == 0;
+    return result.ok();
 }
 
 std::vector<TovFinding> checkTovLine(std::string const& line) {

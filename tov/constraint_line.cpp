@@ -1,6 +1,7 @@
 #include "tov/constraint_line_p.h"
 
 #include "tov/base/text_p.h"
+#include "tov/cmd/missing_value.h"
 #include "tov/make_command.h"
 
 namespace kiri::tov {
@@ -24,20 +25,26 @@ ConstraintLine::ConstraintLine(std::string_view line) : text(trim(line.substr(0,
     std::string_view const keywordOn = disabled ? trimFront(text.substr(disablePrefix.size())) : text;
     kind = findKind(keywordOn);
     // An attribute is disabled by its last word: "#disable " before it makes it a comment.
-    if (disabled && kind != nullptr && kind->list == TOVCMD_ATTRIBUTE) kind = nullptr;
-    if (kind != nullptr) command = keywordOn;
+    bool const isAttribute = kind != nullptr && kind->list == TOVCMD_ATTRIBUTE;
+    if (disabled && isAttribute) kind = nullptr;
+    if (kind == nullptr) return;
+    command = keywordOn;
+    words = WordCursor(command);
+    // A timing command whose first word is longer than the keyword is read as an empty one.
+    if (!words.skipKeyword(kind->keyword.size()) && !isAttribute) words = WordCursor({});
 }
 
-std::unique_ptr<TovCmd> ConstraintLine::makeCommand() const {
-    if (kind == nullptr) return nullptr;
-    std::unique_ptr<TovCmd> cmd = kind->make(*kind, command);
-    if (disabled) cmd->enabled = false;
-    return cmd;
+Result ConstraintLine::makeCommand(std::unique_ptr<TovCmd>& cmd) const {
+    if (kind == nullptr) return {};
+    Result result = kind->make(*kind, words, cmd);
+    if (disabled && cmd != nullptr) cmd->enabled = false;
+    return result;
 }
 
 std::unique_ptr<TovCmd> makeCommand(std::string const& line, TOVCMD_TYPE* list) {
     ConstraintLine const parts(line);
-    std::unique_ptr<TovCmd> cmd = parts.makeCommand();
+    std::unique_ptr<TovCmd> cmd;
+    if (!parts.makeCommand(cmd).ok()) throw TovMissingValue();
     if (list != nullptr) *list = cmd == nullptr ? TOVCMD_NONE : parts.kind->list;
     return cmd;
 }

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string_view>
 
-#include "tov/command_kind_p.h"
+#include "tov/cmd/command_kind_p.h"
 
 namespace kiri::tov::impl_detail {
 
@@ -12,13 +12,14 @@ struct ConstraintLine {
     /// Splits a line, up to its first NUL byte. The result holds views into the line.
     explicit ConstraintLine(std::string_view line);
 
-    /// Makes the command of the line, enabled or disabled; null if the line makes none.
-    std::unique_ptr<TovCmd> makeCommand() const;
+    /// Makes the command of the line, enabled or disabled. `cmd`, which must be null, stays so if the line makes none.
+    Result makeCommand(std::unique_ptr<TovCmd>& cmd) const;
 
     std::string_view text;              ///< the line without white space at its ends
     bool disabled = false;              ///< the command follows "#disable "
     CommandKind const* kind = nullptr;  ///< null: a comment or a blank line
     std::string_view command;           ///< from the keyword on; empty without a kind
+    WordCursor words{{}};               ///< those after the first one
 };
 
 }  // namespace kiri::tov::impl_detail

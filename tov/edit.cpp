@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <stdexcept>
 
-#include "tov/command_kind_p.h"
+#include "tov/cmd/command_kind_p.h"
 
 namespace kiri::tov {
 

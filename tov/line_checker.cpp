@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <stdexcept>
 #include <utility>
 
 #include "tov/base/text_p.h"
+#include "tov/cmd/commands.h"
 #include "tov/cmd/number_p.h"
 #include "tov/cmd/references.h"
 #include "tov/constraint_line_p.h"
@@ -163,9 +163,7 @@ bool LineChecker::checkText(std::string_view rawLine, Texts& texts) {
         if (!startsWith(line.text, "#")) texts[TOVFINDING_UNKNOWN_COMMAND] = line.text;
         return true;
     }
-    try {
-        cmd_ = line.makeCommand();
-    } catch (std::out_of_range const&) {
+    if (!line.makeCommand(cmd_).ok()) {
         texts[TOVFINDING_ENDS_LOAD] = line.text;
         return false;
     }
@@ -210,12 +208,7 @@ bool LineChecker::isReadBack() {
     if (saved_.find('\n') != std::string::npos) return false;
     ConstraintLine const line(saved_);
     std::unique_ptr<TovCmd> cmd;
-    try {
-        cmd = line.makeCommand();
-    } catch (std::out_of_range const&) {
-        return false;
-    }
-    if (cmd == nullptr) return false;
+    if (!line.makeCommand(cmd).ok() || cmd == nullptr) return false;
     if (line.kind->list == TOVCMD_CLOCKGROUP) limitGroups(*cmd);
     savedAgain_.clear();
     line.kind->append(savedAgain_, *cmd, document_);

@@ -11,8 +11,6 @@
 
 #include "tov/loader_p.h"
 
-#include <cerrno>
-#include <stdexcept>
 #include <string>
 
 #include "tov/constraint_line_p.h"
@@ -36,14 +34,18 @@ class DocumentFiller {
 public:
     explicit DocumentFiller(TOV& document) : document_(document) {}
 
-    void add(std::string_view rawLine) {
+    Result add(std::string_view rawLine) {
         ConstraintLine const line(rawLine);
         if (line.kind == nullptr) {
             if (!line.text.empty()) addComment(line.text);
-        } else if (std::unique_ptr<TovCmd> cmd = line.makeCommand()) {
-            addCommand(document_, line.kind->list, std::move(cmd));
-            enterSection(line.kind->list == TOVCMD_ATTRIBUTE);
+            return {};
         }
+        std::unique_ptr<TovCmd> cmd;
+        Result result = line.makeCommand(cmd);
+        if (cmd == nullptr) return result;
+        addCommand(document_, line.kind->list, std::move(cmd));
+        enterSection(line.kind->list == TOVCMD_ATTRIBUTE);
+        return result;
     }
 
     void finish() {
@@ -85,34 +87,25 @@ private:
 
 }  // namespace
 
-ReadOutcome readTovFile(TOV& document, char const* path, TovProgress const& progress) {
-    ReadOutcome outcome;
-    File const file = openForReading(path);
-    if (!file.isOpen()) {
-        outcome.problem = systemText(errno);
-        return outcome;
-    }
+Result readTovFile(TOV& document, char const* path, TovProgress const& progress) {
+    File file;
+    Result result = openForReading(path, file);
+    if (!result.ok()) return result;
     document.sdcCommentText.clear();
     document.attributeCommentText.clear();
     ProgressMeter meter(progress, bytesLeft(file));
     LineReader lines(file, &meter);
     DocumentFiller filler(document);
-    try {
-        for (std::string_view line; lines.next(line);) filler.add(line);
-    } catch (std::out_of_range const&) {
-        // The line that a command refuses ends the reading; what came before it is kept.
-        outcome.refusal = std::current_exception();
-        outcome.problem = "Line " + std::to_string(lines.number()) + ": create_clock ends in -waveform";
-    }
-    if (lines.error() != 0) outcome.problem = systemText(lines.error());
+    // The line that a command refuses ends the reading; what came before it is kept.
+    for (std::string_view line; result.ok() && lines.next(line);) result = filler.add(line);
+    result.setLine(lines.number());
+    if (result.ok()) result = lines.takeResult();
     filler.finish();
-    if (outcome.problem.empty() && !meter.stopped()) meter.finish();
-    if (!meter.stopped()) return outcome;
+    if (result.ok() && !meter.stopped()) meter.finish();
+    if (!meter.stopped()) return result;
     emptyDocument(document);
     meter.rethrow();
-    outcome.problem = stoppedText;
-    outcome.stopped = true;
-    return outcome;
+    return stoppedLoad();
 }
 
 void emptyDocument(TOV& document) {

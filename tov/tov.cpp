@@ -1,6 +1,7 @@
 #include "tov/tov.h"
 
-#include "tov/command_kind_p.h"
+#include "tov/cmd/missing_value.h"
+#include "tov/command_walk_p.h"
 #include "tov/file_headers_p.h"
 #include "tov/io/atomic_file_p.h"
 #include "tov/io/file_p.h"
@@ -12,6 +13,11 @@ namespace kiri::tov {
 using namespace impl_detail;
 
 namespace {
+
+// The failure that the interface reports by an exception.
+void throwMissingValue(Result const& result) {
+    if (result.is(failureMissingValue)) throw TovMissingValue();
+}
 
 void freeCommands(std::list<TovCmd*>& list) {
     for (TovCmd* cmd : list) delete cmd;
@@ -52,23 +58,23 @@ bool TOV::load(char const* path, TovProgress const& progress) {
     if (!exists(path)) return false;
     reset();
     // A file that cannot be opened makes no command: callers test existence only.
-    ReadOutcome const outcome = readTovFile(*this, path, progress);
-    outcome.rethrow();
-    return !outcome.stopped;
+    Result const result = readTovFile(*this, path, progress);
+    throwMissingValue(result);
+    return !result.is(failureStopped);
 }
 
 bool TOV::read(char const* path, TovProgress const& progress, std::string* error) {
     emptyDocument(*this);
-    ReadOutcome outcome;
+    std::string problem;
     try {
-        outcome = readTovFile(*this, path, progress);
+        problem = readTovFile(*this, path, progress).message();
     } catch (...) {
         emptyDocument(*this);
         throw;
     }
-    bool const whole = outcome.problem.empty();
+    bool const whole = problem.empty();
     if (!whole) emptyDocument(*this);
-    if (error != nullptr) error->swap(outcome.problem);
+    if (error != nullptr) error->swap(problem);
     return whole;
 }
 
@@ -76,9 +82,9 @@ bool TOV::parseTovFile(char const* path) {
     if (!exists(path)) return false;
     // The other lists keep their commands: the file's are added to them.
     freeCommands(*getTovCmdList(TOVCMD_ATTRIBUTE));
-    ReadOutcome const outcome = readTovFile(*this, path, {});
-    outcome.rethrow();
-    return outcome.problem.empty();
+    Result const result = readTovFile(*this, path, {});
+    throwMissingValue(result);
+    return result.ok();
 }
 
 std::string TOV::toSaveString() {
@@ -87,17 +93,16 @@ std::string TOV::toSaveString() {
 
 bool TOV::save(char const* path) {
     std::string const text = toSaveString();
-    File const file = openForWriting(path);
-    if (!file.isOpen()) return false;
-    writeAll(file, text);
+    File file;
+    if (!openForWriting(path, file).ok()) return false;
+    static_cast<void>(writeAll(file, text));
     return true;
 }
 
 bool TOV::saveAtomically(char const* path, std::string* error) {
-    std::string why = replaceFile(path, toSaveString());
-    bool const saved = why.empty();
-    if (error != nullptr) error->swap(why);
-    return saved;
+    Result const result = replaceFile(path, toSaveString());
+    if (error != nullptr) *error = result.message();
+    return result.ok();
 }
 
 std::list<TovCmd*>* TOV::getTovCmdList(TOVCMD_TYPE type) {

@@ -6,26 +6,12 @@
 
 #include "platform/dci.h"
 #include "platform/export.h"
+#include "tov/cmd/cmd_type.h"
 #include "tov/progress.h"
 
 namespace kiri::tov {
 
 class TovCmd;
-
-/// The command lists of a document, in the order in which they are written.
-enum TOVCMD_TYPE : int {
-    TOVCMD_NONE = 0,         ///< no list
-    TOVCMD_CLOCK = 1,        ///< TovCmdClockDef
-    TOVCMD_GENCLOCK = 2,     ///< TovCmdGenClockDef
-    TOVCMD_CLOCKGROUP = 3,   ///< TovCmdClockGroupDef
-    TOVCMD_INPUTDELAY = 4,   ///< TovCmdInputDelay
-    TOVCMD_OUTPUTDELAY = 5,  ///< TovCmdOutputDelay
-    TOVCMD_MAXDELAY = 6,     ///< TovCmdMaxDelay
-    TOVCMD_MINDELAY = 7,     ///< TovCmdMinDelay
-    TOVCMD_MULTICYCLE = 8,   ///< TovCmdMultiPath
-    TOVCMD_FALSEPATH = 9,    ///< TovCmdFalsePath
-    TOVCMD_ATTRIBUTE = 10    ///< TovCmdAttr
-};
 
 /// A constraint file in memory: its commands by kind and in file order, and its comments.
 ///

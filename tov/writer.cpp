@@ -9,7 +9,7 @@
 #include <list>
 #include <new>
 
-#include "tov/command_kind_p.h"
+#include "tov/command_walk_p.h"
 #include "tov/file_headers_p.h"
 
 namespace kiri::tov::impl_detail {

@@ -36,13 +36,13 @@ public:
     /// Returns whether the next word is a plain one, which ends at white space.
     bool isAtPlainWord() const { return at_ != end_ && !opensGroupOrQuote(*at_); }
 
-    /// Skips the first `size` characters, a known prefix of the first word. Returns false if the word is longer.
+    /// Skips the first word, which begins with `size` characters that are known. Returns false if the word is longer.
     bool skipKeyword(std::size_t size) {
         at_ += size;
-        if (at_ == end_) return true;
-        if (!isSpace(*at_)) return false;
-        at_ = skipSpace(at_);
-        return true;
+        bool const isWhole = at_ == end_ || isSpace(*at_);
+        if (!isWhole) at_ = findSpace(at_, end_);
+        if (at_ != end_) at_ = skipSpace(at_);
+        return isWhole;
     }
 
 private:

@@ -4,8 +4,6 @@
 #include <string_view>
 #include <utility>
 
-#include "tov/base/text_p.h"
-#include "tov/base/tokenizer_p.h"
 #include "tov/cmd/read_p.h"
 #include "tov/cmd/write_p.h"
 
@@ -15,7 +13,7 @@ using namespace impl_detail;
 
 namespace {
 
-/// The words of a line:
+/// The words of a line after the keyword:
 ///
 ///   #attribute text text text text text [ -disable | ignored word ]
 struct Words {
@@ -23,13 +21,32 @@ struct Words {
         while (count < std::size(word) && line.next(word[count])) ++count;
     }
 
-    bool sayDisabled() const { return count == 7 && word[6] == disableOption; }
+    bool sayDisabled() const { return count == 6 && word[5] == disableOption; }
 
-    std::string_view word[8];  // those beyond the seventh are not looked at
+    std::string_view word[7];  // those beyond the sixth are not looked at
     std::size_t count = 0;
 };
 
+// An attribute without five or six words makes no command.
+Result makeAttribute(CommandKind const&, WordCursor line, std::unique_ptr<TovCmd>& cmd) {
+    Words const words(line);
+    if (words.count != 5 && words.count != 6) return {};
+    auto const text = [&](int index) { return std::string(words.word[index]); };
+    cmd = std::make_unique<TovCmdAttr>(text(0), text(1), text(2), text(3), text(4));
+    cmd->enabled = !words.sayDisabled();
+    return {};
+}
+
+bool appendNoLists(TovCmd& cmd, std::vector<TovReferences>&) {
+    return dynamic_cast<TovCmdAttr*>(&cmd) != nullptr;
+}
+
 }  // namespace
+
+CommandKind const impl_detail::attributeKind = {
+    TOVCMD_ATTRIBUTE,    "#attribute",  "#attribute net u_a/q syn_keep 1 boolean",
+    &typeid(TovCmdAttr), makeAttribute, appendCommand<TovCmdAttr>,
+    appendNoLists};
 
 TovCmdAttr::TovCmdAttr(std::string text1_, std::string text2_, std::string text3_, std::string text4_,
                        std::string text5_)
@@ -40,19 +57,13 @@ TovCmdAttr::TovCmdAttr(std::string text1_, std::string text2_, std::string text3
       text5(std::move(text5_)) {}
 
 TovCmdAttr::TovCmdAttr(char const* line) {
-    Words const words{WordCursor(orEmpty(line))};
+    WordCursor cursor(orEmpty(line));
+    std::string_view keyword;
+    cursor.next(keyword);
+    Words const words(cursor);
     std::size_t index = 0;
-    for (std::string* text : {&text1, &text2, &text3, &text4, &text5}) *text = words.word[++index];
+    for (std::string* text : {&text1, &text2, &text3, &text4, &text5}) *text = words.word[index++];
     enabled = !words.sayDisabled();
-}
-
-std::unique_ptr<TovCmdAttr> impl_detail::makeAttribute(WordCursor line) {
-    Words const words(line);
-    if (words.count != 6 && words.count != 7) return nullptr;
-    auto const text = [&](int index) { return std::string(words.word[index]); };
-    auto cmd = std::make_unique<TovCmdAttr>(text(1), text(2), text(3), text(4), text(5));
-    cmd->enabled = !words.sayDisabled();
-    return cmd;
 }
 
 std::string TovCmdAttr::toSaveString(TOV*) {

@@ -11,8 +11,6 @@ using namespace impl_detail;
 namespace {
 
 //   create_clock { -period number | -name word | -waveform { number ... } | objects }
-constexpr std::string_view keywords[] = {"create_clock"};
-
 void addEdge(TovCmdClockDef& cmd, std::string_view text) {
     float edge = 0;
     if (parseFloatValue(text, edge)) cmd.waveform.push_back(edge);
@@ -28,17 +26,17 @@ constexpr Option<TovCmdClockDef> options[] = {
     {"-period", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { parseFloatValue(value, cmd.period); }},
     {"-name", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { cmd.clockName = value; }},
     // The one option that is an error without its value.
-    {"-waveform", OptionValue::throwsAtEnd, readWaveform},
+    {"-waveform", OptionValue::requiredAtEnd, readWaveform},
+    objects<&TovCmdClockDef::targets, true>(anyOtherWord),
 };
 
 }  // namespace
 
-void impl_detail::readWords(TovCmdClockDef& cmd, WordCursor words) {
-    readOptions(cmd, words, options, readInto<&TovCmdClockDef::targets, true>);
-}
+CommandKind const impl_detail::clockKind = kindOf<TovCmdClockDef, options>(
+    TOVCMD_CLOCK, "create_clock", "create_clock -period 10 -waveform {0 5} -name clk [get_ports {clk}]");
 
 TovCmdClockDef::TovCmdClockDef(char const* line) : TovCmdClockDef(0, nullptr, nullptr) {
-    readLine(*this, line, keywords);
+    readLine<options>(*this, line, {&clockKind});
 }
 
 TovCmdClockDef::TovCmdClockDef(taDciSynClk* record)

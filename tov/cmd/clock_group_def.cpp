@@ -13,8 +13,6 @@ namespace {
 //   set_clock_groups { -asynchronous | -group objects | ignored word }
 //
 // "-exclusive" is an ignored word: a line is asynchronous if it says so, and exclusive otherwise.
-constexpr std::string_view keywords[] = {"set_clock_groups"};
-
 // Appends an empty group.
 ppStlList<taDciObj*>& addGroup(TovCmdClockGroupDef& cmd) {
     cmd.groups.push_back(nullptr);
@@ -22,9 +20,16 @@ ppStlList<taDciObj*>& addGroup(TovCmdClockGroupDef& cmd) {
     return *cmd.groups.back();
 }
 
+void appendGroups(TovCmdClockGroupDef& cmd, char const* role, std::vector<TovReferences>& lists) {
+    for (ppStlList<taDciObj*>* group : cmd.groups) {
+        if (group != nullptr) lists.push_back({role, group});
+    }
+}
+
 constexpr Option<TovCmdClockGroupDef> options[] = {
     {"-asynchronous", OptionValue::none, [](auto& cmd, auto) { cmd.exclusive = false; }},
-    {"-group", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readObjs(addGroup(cmd), value, false); }},
+    {"-group", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readObjs(addGroup(cmd), value, false); },
+     appendGroups},
 };
 
 bool isClock(taDciObjTyp type) {
@@ -72,12 +77,12 @@ void appendGroup(std::string& line, ppStlList<taDciObj*> const& group) {
 
 }  // namespace
 
-void impl_detail::readWords(TovCmdClockGroupDef& cmd, WordCursor words) {
-    readOptions(cmd, words, options, ignoreWord);
-}
+CommandKind const impl_detail::clockGroupKind = kindOf<TovCmdClockGroupDef, options>(
+    TOVCMD_CLOCKGROUP, "set_clock_groups",
+    "set_clock_groups -asynchronous -group [get_clocks {clk}] -group [get_clocks {clk_2 clk_3}]");
 
 TovCmdClockGroupDef::TovCmdClockGroupDef(char const* line) : TovCmdClockGroupDef(true) {
-    readLine(*this, line, keywords);
+    readLine<options>(*this, line, {&clockGroupKind});
 }
 
 TovCmdClockGroupDef::TovCmdClockGroupDef(taDciSynClkGroup* record)

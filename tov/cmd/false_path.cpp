@@ -11,15 +11,17 @@ using namespace impl_detail;
 namespace {
 
 //   set_false_path { -from objects | -to objects | -through objects | ignored word }
-constexpr std::string_view keywords[] = {"set_false_path"};
-
 constexpr Option<TovCmdFalsePath> options[] = {
-    {"-from", OptionValue::ignoredAtEnd, readInto<&TovCmdFalsePath::from, false>},
-    {"-to", OptionValue::ignoredAtEnd, readInto<&TovCmdFalsePath::to, false>},
-    {"-through", OptionValue::ignoredAtEnd, readInto<&TovCmdFalsePath::through, false>},
+    objects<&TovCmdFalsePath::from>("-from"),
+    objects<&TovCmdFalsePath::to>("-to"),
+    objects<&TovCmdFalsePath::through>("-through"),
 };
 
 }  // namespace
+
+CommandKind const impl_detail::falsePathKind = kindOf<TovCmdFalsePath, options>(
+    TOVCMD_FALSEPATH, "set_false_path",
+    "set_false_path -from [get_clocks {clk}] -to [get_cells {u_a/q}] -through [get_nets {n}]");
 
 TovCmdFalsePath::TovCmdFalsePath(char* note_) : TovCmd(note_) {}
 
@@ -31,12 +33,8 @@ TovCmdFalsePath::TovCmdFalsePath(taDciSynFalse* record) : TovCmdFalsePath(record
     deepCopyDciObjList(record->through, through);
 }
 
-void impl_detail::readWords(TovCmdFalsePath& cmd, WordCursor words) {
-    readOptions(cmd, words, options, ignoreWord);
-}
-
 TovCmdFalsePath::TovCmdFalsePath(char const* line) : TovCmdFalsePath(nullptr) {
-    readLine(*this, line, keywords);
+    readLine<options>(*this, line, {&falsePathKind});
 }
 
 TovCmdFalsePath::~TovCmdFalsePath() {

@@ -12,8 +12,6 @@ namespace {
 
 //   create_generated_clock { -divide_by number | -multiply_by number | -name word | -duty_cycle number
 //                          | -source objects | -master_clock objects | objects }
-constexpr std::string_view keywords[] = {"create_generated_clock"};
-
 void readInteger(std::string& out, std::string_view value) {
     float number = 0;
     if (!parseFloatValue(value, number)) return;
@@ -33,8 +31,9 @@ constexpr Option<TovCmdGenClockDef> options[] = {
     {"-multiply_by", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readInteger(cmd.multiplyBy, value); }},
     {"-name", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { cmd.clockName = value; }},
     {"-duty_cycle", OptionValue::ignoredAtEnd, readDutyCycle},
-    {"-source", OptionValue::ignoredAtEnd, readInto<&TovCmdGenClockDef::sources, true>},
-    {"-master_clock", OptionValue::ignoredAtEnd, readInto<&TovCmdGenClockDef::masterClock, true>},
+    objects<&TovCmdGenClockDef::sources, true>("-source"),
+    objects<&TovCmdGenClockDef::masterClock, true>("-master_clock"),
+    objects<&TovCmdGenClockDef::targets, true>(anyOtherWord),
 };
 
 void appendInteger(std::string& line, char const* format, std::string const& text) {
@@ -44,12 +43,13 @@ void appendInteger(std::string& line, char const* format, std::string const& tex
 
 }  // namespace
 
-void impl_detail::readWords(TovCmdGenClockDef& cmd, WordCursor words) {
-    readOptions(cmd, words, options, readInto<&TovCmdGenClockDef::targets, true>);
-}
+CommandKind const impl_detail::genClockKind = kindOf<TovCmdGenClockDef, options>(
+    TOVCMD_GENCLOCK, "create_generated_clock",
+    "create_generated_clock -divide_by 2 -multiply_by 3 -duty_cycle 50 -source [get_pins {u_pll/CLKI}] "
+    "-master_clock [get_clocks {clk}] -name clk_2 [get_pins {u_pll/CLKOP}]");
 
 TovCmdGenClockDef::TovCmdGenClockDef(char const* line) : TovCmdGenClockDef(nullptr, nullptr) {
-    readLine(*this, line, keywords);
+    readLine<options>(*this, line, {&genClockKind});
 }
 
 TovCmdGenClockDef::TovCmdGenClockDef(taDciSynClk* record) : TovCmdGenClockDef(record->name, record->text) {

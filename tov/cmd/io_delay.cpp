@@ -11,17 +11,16 @@ using namespace impl_detail;
 namespace {
 
 //   ( set_input_delay | set_output_delay ) { -max | -min | -clock objects | number | objects }
-constexpr std::string_view keywords[] = {"set_input_delay", "set_output_delay"};
+void readDelayOrObjects(TovCmdIODelay& cmd, std::string_view word) {
+    if (!parseFloatValue(word, cmd.delay)) readObjs(cmd.objects, word, false);
+}
 
 constexpr Option<TovCmdIODelay> options[] = {
     {"-max", OptionValue::none, [](auto& cmd, auto) { cmd.max = true; }},
     {"-min", OptionValue::none, [](auto& cmd, auto) { cmd.min = true; }},
-    {"-clock", OptionValue::ignoredAtEnd, readInto<&TovCmdIODelay::clock, false>},
+    objects<&TovCmdIODelay::clock>("-clock"),
+    {anyOtherWord, OptionValue::none, readDelayOrObjects, appendList<&TovCmdIODelay::objects>},
 };
-
-void readDelayOrObjects(TovCmdIODelay& cmd, std::string_view word) {
-    if (!parseFloatValue(word, cmd.delay)) readObjs(cmd.objects, word, false);
-}
 
 // The blank after the clock is always written, even at the end of a line without objects.
 void appendDelay(std::string& line, TovCmdIODelay const& cmd) {
@@ -35,6 +34,13 @@ void appendDelay(std::string& line, TovCmdIODelay const& cmd) {
 
 }  // namespace
 
+CommandKind const impl_detail::inputDelayKind = kindOf<TovCmdInputDelay, options>(
+    TOVCMD_INPUTDELAY, "set_input_delay", "set_input_delay -max -min 2.5 -clock [get_clocks {clk}] [get_ports {d[0]}]");
+
+CommandKind const impl_detail::outputDelayKind =
+    kindOf<TovCmdOutputDelay, options>(TOVCMD_OUTPUTDELAY, "set_output_delay",
+                                       "set_output_delay -max -min 2.5 -clock [get_clocks {clk}] [get_ports {q[0]}]");
+
 TovCmdIODelay::TovCmdIODelay(float delay_, char const* label_, char* note_)
     : TovCmd(note_), delay(delay_), label(orEmpty(label_)) {}
 
@@ -46,12 +52,8 @@ TovCmdIODelay::TovCmdIODelay(taDciSynIo* record)
     deepCopyDciObjList(record->objects, objects);
 }
 
-void impl_detail::readWords(TovCmdIODelay& cmd, WordCursor words) {
-    readOptions(cmd, words, options, readDelayOrObjects);
-}
-
 TovCmdIODelay::TovCmdIODelay(char const* line) : TovCmdIODelay(0, nullptr, nullptr) {
-    readLine(*this, line, keywords);
+    readLine<options>(*this, line, {&inputDelayKind, &outputDelayKind});
 }
 
 TovCmdIODelay::~TovCmdIODelay() {

@@ -11,19 +11,21 @@ using namespace impl_detail;
 namespace {
 
 //   set_multicycle_path { -from objects | -to objects | number | ignored word }
-constexpr std::string_view keywords[] = {"set_multicycle_path"};
-
-constexpr Option<TovCmdMultiPath> options[] = {
-    {"-from", OptionValue::ignoredAtEnd, readInto<&TovCmdMultiPath::from, false>},
-    {"-to", OptionValue::ignoredAtEnd, readInto<&TovCmdMultiPath::to, false>},
-};
-
 void readMultiplier(TovCmdMultiPath& cmd, std::string_view word) {
     float number = 0;
     if (parseFloatValue(word, number)) cmd.multiplier = truncateToInt(number);
 }
 
+constexpr Option<TovCmdMultiPath> options[] = {
+    objects<&TovCmdMultiPath::from>("-from"),
+    objects<&TovCmdMultiPath::to>("-to"),
+    {anyOtherWord, OptionValue::none, readMultiplier},
+};
+
 }  // namespace
+
+CommandKind const impl_detail::multiPathKind = kindOf<TovCmdMultiPath, options>(
+    TOVCMD_MULTICYCLE, "set_multicycle_path", "set_multicycle_path 2 -from [get_cells {u_a/q}] -to [get_clocks {clk}]");
 
 TovCmdMultiPath::TovCmdMultiPath(int multiplier_, char* note_) : TovCmd(note_), multiplier(multiplier_) {}
 
@@ -33,12 +35,8 @@ TovCmdMultiPath::TovCmdMultiPath(taDciSynMcyc* record)
     deepCopyDciObjList(record->to, to);
 }
 
-void impl_detail::readWords(TovCmdMultiPath& cmd, WordCursor words) {
-    readOptions(cmd, words, options, readMultiplier);
-}
-
 TovCmdMultiPath::TovCmdMultiPath(char const* line) : TovCmdMultiPath(0, nullptr) {
-    readLine(*this, line, keywords);
+    readLine<options>(*this, line, {&multiPathKind});
 }
 
 TovCmdMultiPath::~TovCmdMultiPath() {

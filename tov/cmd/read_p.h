@@ -2,14 +2,21 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <initializer_list>
 #include <iterator>
 #include <memory>
-#include <stdexcept>
+#include <string>
 #include <string_view>
+#include <type_traits>
+#include <typeinfo>
+#include <utility>
+#include <vector>
 
+#include "tov/base/result_p.h"
 #include "tov/base/text_p.h"
 #include "tov/base/tokenizer_p.h"
-#include "tov/cmd/commands.h"
+#include "tov/cmd/command_kind_p.h"
+#include "tov/cmd/missing_value.h"
 #include "tov/cmd/number_p.h"
 #include "tov/cmd/obj_list_p.h"
 
@@ -19,77 +26,124 @@ namespace kiri::tov::impl_detail {
 enum class OptionValue {
     none,
     ignoredAtEnd,  ///< a word; at the end of the line the option is ignored
-    throwsAtEnd    ///< a word; at the end of the line std::out_of_range is thrown
+    requiredAtEnd  ///< a word; a line that ends here is refused
 };
 
-/// An option of a command line: its word, and what it does to the command.
+/// An option of a command line: its word, what it does to the command, and the object lists that it fills.
 template <class Cmd>
 struct Option {
-    std::string_view word;
+    using Command = Cmd;
+
+    std::string_view word;  ///< a literal; anyOtherWord as the last row of a table
     OptionValue value;
     void (*apply)(Cmd& cmd, std::string_view value);
+    /// Appends the lists to those of the command; null for an option without objects.
+    void (*appendLists)(Cmd& cmd, char const* role, std::vector<TovReferences>& lists) = nullptr;
 };
 
-/// Reads the words after the keyword: options by the table, any other word by `readOther`. Empty words between
-/// options are skipped; as the value of an option an empty word counts.
-template <class Cmd, std::size_t Options>
-void readOptions(Cmd& cmd, WordCursor words, Option<Cmd> const (&options)[Options],
-                 void (*readOther)(Cmd& cmd, std::string_view word)) {
+template <auto list, class Cmd>
+void appendList(Cmd& cmd, char const* role, std::vector<TovReferences>& lists) {
+    lists.push_back({role, &(cmd.*list)});
+}
+
+/// The row for words that are not options. Without it they are ignored.
+inline constexpr std::string_view anyOtherWord = "";
+
+template <class Member>
+struct MemberClass;
+
+template <class Class, class Field>
+struct MemberClass<Field Class::*> {
+    using Type = Class;
+};
+
+/// An option whose value names the objects of a list; with `source` ports and nets are those of clock sources.
+template <auto list, bool source = false, class Cmd = typename MemberClass<decltype(list)>::Type>
+constexpr Option<Cmd> objects(std::string_view word) {
+    return {word, word == anyOtherWord ? OptionValue::none : OptionValue::ignoredAtEnd,
+            [](Cmd& cmd, std::string_view value) { readObjs(cmd.*list, value, source); }, appendList<list, Cmd>};
+}
+
+/// The class that a table of options describes.
+template <auto const& options>
+using CommandOf = typename std::decay_t<decltype(options[0])>::Command;
+
+/// Reads the words after the keyword by a table of options, which has the object lists in the order of writing. Empty
+/// words between options are skipped; as the value of an option an empty word counts.
+template <auto const& options>
+Result readWords(CommandOf<options>& cmd, WordCursor words, std::string_view keyword) {
+    constexpr auto const& last = options[std::size(options) - 1];
     std::string_view word;
     while (words.next(word)) {
         if (word.empty()) continue;
-        Option<Cmd> const* option = std::end(options);
+        auto const* option = std::end(options);
         if (word.front() == '-') {
             option = std::find_if(std::begin(options), std::end(options),
-                                  [word](Option<Cmd> const& o) { return o.word == word; });
+                                  [word](auto const& candidate) { return candidate.word == word; });
         }
         if (option == std::end(options)) {
-            readOther(cmd, word);
+            if constexpr (last.word == anyOtherWord) last.apply(cmd, word);
             continue;
         }
         std::string_view value;
         if (option->value != OptionValue::none && !words.next(value)) {
-            if (option->value == OptionValue::throwsAtEnd) throw std::out_of_range("vector::_M_range_check");
-            return;
+            if (option->value == OptionValue::ignoredAtEnd) break;
+            return {failureMissingValue, std::string(keyword).append(" ends in ").append(word)};
         }
         option->apply(cmd, value);
     }
+    return {};
 }
 
-/// Read the words of a command's line after the keyword.
-void readWords(TovCmdClockDef& cmd, WordCursor words);
-void readWords(TovCmdGenClockDef& cmd, WordCursor words);
-void readWords(TovCmdClockGroupDef& cmd, WordCursor words);
-void readWords(TovCmdIODelay& cmd, WordCursor words);
-void readWords(TovCmdTimingDelay& cmd, WordCursor words);
-void readWords(TovCmdMultiPath& cmd, WordCursor words);
-void readWords(TovCmdFalsePath& cmd, WordCursor words);
+// The command is empty where the first word of the line is longer than the keyword.
+template <class Cmd, auto const& options>
+Result makeCommand(CommandKind const& kind, WordCursor words, std::unique_ptr<TovCmd>& cmd) {
+    auto made = std::make_unique<Cmd>(static_cast<char const*>(nullptr));
+    Result result = readWords<options>(*made, words, kind.keyword);
+    if (result.ok()) cmd = std::move(made);
+    return result;
+}
 
-/// Makes the attribute of a line; null unless the line has six or seven words.
-std::unique_ptr<TovCmdAttr> makeAttribute(WordCursor line);
+/// A class derived from `Cmd` may save another line.
+template <class Cmd>
+void appendCommand(std::string& line, TovCmd& cmd, TOV& document) {
+    if (typeid(cmd) == typeid(Cmd)) {
+        static_cast<Cmd&>(cmd).appendSaveString(line);
+    } else {
+        line += cmd.toSaveString(&document);
+    }
+}
 
-/// Reads a line whose first word is one of `keywords`. Another line leaves the command as it is. A command that is read
-/// is disabled; the loader sets `enabled` afterwards.
+template <auto const& options>
+bool appendLists(TovCmd& cmd, std::vector<TovReferences>& lists) {
+    auto* const own = dynamic_cast<CommandOf<options>*>(&cmd);
+    if (own == nullptr) return false;
+    lists.reserve(std::size(options));
+    for (auto const& option : options) {
+        if (option.appendLists != nullptr) option.appendLists(*own, option.word.data(), lists);
+    }
+    return true;
+}
+
+/// States the kind of a class whose lines `options` describes.
+template <class Cmd, auto const& options>
+constexpr CommandKind kindOf(TOVCMD_TYPE list, std::string_view keyword, std::string_view sample) {
+    return {list, keyword, sample, &typeid(Cmd), makeCommand<Cmd, options>, appendCommand<Cmd>, appendLists<options>};
+}
+
+/// Reads a line whose first word is the keyword of one of `kinds`. Another line leaves the command as it is. A command
+/// that is read is disabled; the loader sets `enabled` afterwards. Throws TovMissingValue.
 ///
 /// The constructors that read a line or a record first delegate to the one from values: the command is complete then,
 /// and its destructor frees its lists if the reading throws.
-template <class Cmd, std::size_t Keywords>
-void readLine(Cmd& cmd, char const* line, std::string_view const (&keywords)[Keywords]) {
+template <auto const& options>
+void readLine(CommandOf<options>& cmd, char const* line, std::initializer_list<CommandKind const*> kinds) {
     WordCursor words(orEmpty(line));
     std::string_view word;
-    if (!words.next(word) || std::find(std::begin(keywords), std::end(keywords), word) == std::end(keywords)) return;
+    if (!words.next(word)) return;
+    if (std::none_of(kinds.begin(), kinds.end(), [word](auto* kind) { return kind->keyword == word; })) return;
     cmd.enabled = false;
-    readWords(cmd, words);
-}
-
-/// For commands that skip the words they do not know.
-template <class Cmd>
-void ignoreWord(Cmd&, std::string_view) {}
-
-/// For options and words that name objects.
-template <auto list, bool source, class Cmd>
-void readInto(Cmd& cmd, std::string_view value) {
-    readObjs(cmd.*list, value, source);
+    if (!readWords<options>(cmd, words, word).ok()) throw TovMissingValue();
 }
 
 }  // namespace kiri::tov::impl_detail

@@ -6,6 +6,7 @@
 
 #include "tov/base/text_p.h"
 #include "tov/base/tokenizer_p.h"
+#include "tov/cmd/command_kind_p.h"
 #include "tov/cmd/commands.h"
 #include "tov/cmd/obj_list_p.h"
 
@@ -14,14 +15,6 @@ namespace kiri::tov {
 using namespace impl_detail;
 
 namespace {
-
-std::vector<TovReferences> groupsOf(TovCmdClockGroupDef& cmd) {
-    std::vector<TovReferences> groups;
-    for (ppStlList<taDciObj*>* group : cmd.groups) {
-        if (group != nullptr) groups.push_back({"-group", group});
-    }
-    return groups;
-}
 
 // The first word of a plain name without its braces, or the first name of a query that is kept as a plain name.
 std::string_view firstName(std::string_view expression) {
@@ -58,18 +51,17 @@ std::string clockOf(std::string const& name, ppStlList<taDciObj*> const& targets
 }  // namespace
 
 std::vector<TovReferences> referencesOf(TovCmd& cmd) {
-    if (auto* c = dynamic_cast<TovCmdIODelay*>(&cmd)) return {{"-clock", &c->clock}, {"", &c->objects}};
-    if (auto* c = dynamic_cast<TovCmdFalsePath*>(&cmd)) {
-        return {{"-from", &c->from}, {"-to", &c->to}, {"-through", &c->through}};
+    std::vector<TovReferences> lists;
+    for (CommandKind const& kind : commandKinds) {
+        if (typeid(cmd) != *kind.type) continue;
+        kind.appendLists(cmd, lists);
+        return lists;
     }
-    if (auto* c = dynamic_cast<TovCmdMultiPath*>(&cmd)) return {{"-from", &c->from}, {"-to", &c->to}};
-    if (auto* c = dynamic_cast<TovCmdTimingDelay*>(&cmd)) return {{"-from", &c->from}, {"-to", &c->to}};
-    if (auto* c = dynamic_cast<TovCmdClockDef*>(&cmd)) return {{"", &c->targets}};
-    if (auto* c = dynamic_cast<TovCmdGenClockDef*>(&cmd)) {
-        return {{"-source", &c->sources}, {"-master_clock", &c->masterClock}, {"", &c->targets}};
+    // A class derived from one of the library's has its lists.
+    for (CommandKind const& kind : commandKinds) {
+        if (kind.appendLists(cmd, lists)) break;
     }
-    if (auto* c = dynamic_cast<TovCmdClockGroupDef*>(&cmd)) return groupsOf(*c);
-    return {};
+    return lists;
 }
 
 void replaceReferences(ppStlList<taDciObj*>& list, std::string const& expression, bool source) {

@@ -11,16 +11,15 @@ using namespace impl_detail;
 namespace {
 
 //   ( set_max_delay | set_min_delay ) { -from objects | -to objects | number | ignored word }
-constexpr std::string_view keywords[] = {"set_max_delay", "set_min_delay"};
-
-constexpr Option<TovCmdTimingDelay> options[] = {
-    {"-from", OptionValue::ignoredAtEnd, readInto<&TovCmdTimingDelay::from, false>},
-    {"-to", OptionValue::ignoredAtEnd, readInto<&TovCmdTimingDelay::to, false>},
-};
-
 void readDelay(TovCmdTimingDelay& cmd, std::string_view word) {
     parseFloatValue(word, cmd.delay);
 }
+
+constexpr Option<TovCmdTimingDelay> options[] = {
+    objects<&TovCmdTimingDelay::from>("-from"),
+    objects<&TovCmdTimingDelay::to>("-to"),
+    {anyOtherWord, OptionValue::none, readDelay},
+};
 
 void appendLine(std::string& line, TovCmdTimingDelay const& cmd, char const* format) {
     beginSaveLine(line, cmd);
@@ -31,6 +30,12 @@ void appendLine(std::string& line, TovCmdTimingDelay const& cmd, char const* for
 
 }  // namespace
 
+CommandKind const impl_detail::maxDelayKind = kindOf<TovCmdMaxDelay, options>(
+    TOVCMD_MAXDELAY, "set_max_delay", "set_max_delay 2.5 -from [get_pins {u_a/q/Q}] -to [get_pins {u_b/q/D}]");
+
+CommandKind const impl_detail::minDelayKind = kindOf<TovCmdMinDelay, options>(
+    TOVCMD_MINDELAY, "set_min_delay", "set_min_delay 0.4 -from [get_ports {a}] -to [get_nets {n}]");
+
 TovCmdTimingDelay::TovCmdTimingDelay(float delay_, char* note_) : TovCmd(note_), delay(delay_) {}
 
 TovCmdTimingDelay::TovCmdTimingDelay(taDciSynMax* record)
@@ -39,12 +44,8 @@ TovCmdTimingDelay::TovCmdTimingDelay(taDciSynMax* record)
     deepCopyDciObjList(record->to, to);
 }
 
-void impl_detail::readWords(TovCmdTimingDelay& cmd, WordCursor words) {
-    readOptions(cmd, words, options, readDelay);
-}
-
 TovCmdTimingDelay::TovCmdTimingDelay(char const* line) : TovCmdTimingDelay(0, nullptr) {
-    readLine(*this, line, keywords);
+    readLine<options>(*this, line, {&maxDelayKind, &minDelayKind});
 }
 
 TovCmdTimingDelay::~TovCmdTimingDelay() {

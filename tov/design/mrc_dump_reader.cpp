@@ -2,7 +2,6 @@
 
 #include <QObject>
 #include <algorithm>
-#include <cerrno>
 #include <initializer_list>
 #include <memory>
 #include <new>
@@ -113,25 +112,27 @@ bool MrcDumpReader::doRead(char const* path) {
 
 bool MrcDumpReader::doRead(char const* path, TovProgress const& progress, std::string* error) {
     clear();
-    Outcome outcome = readPath(path, progress);
-    if (error != nullptr) *error = std::move(outcome.problem);
-    return outcome.accepted;
+    Result const result = readPath(path, progress);
+    if (error != nullptr) *error = result.message();
+    // A dump that is cut short or not well formed leaves what comes before that place.
+    return result.ok() || result.is(failureMalformed);
 }
 
 /// Opens the dump and reads it; throws what came out of the caller's function.
-MrcDumpReader::Outcome MrcDumpReader::readPath(char const* path, TovProgress const& progress) {
-    File const input = openForReading(path);
-    if (!input.isOpen()) return {false, systemText(errno)};
+Result MrcDumpReader::readPath(char const* path, TovProgress const& progress) {
+    File input;
+    Result result = openForReading(path, input);
+    if (!result.ok()) return result;
     ProgressMeter meter(progress, bytesLeft(input));
-    Outcome outcome = readFile(input, meter);
-    if (outcome.problem.empty()) meter.finish();
-    if (!meter.stopped()) return outcome;
+    result = readFile(input, meter);
+    if (result.ok()) meter.finish();
+    if (!meter.stopped()) return result;
     meter.rethrow();
-    return {false, stoppedText};
+    return stoppedLoad();
 }
 
 /// Parses an open dump. The error of a refused root is raised again for the caller.
-MrcDumpReader::Outcome MrcDumpReader::readFile(File const& input, ProgressMeter& meter) {
+Result MrcDumpReader::readFile(File const& input, ProgressMeter& meter) {
     MeteredFile file(input, meter);
     bool accepted = false;
     QString problem;
@@ -141,7 +142,8 @@ MrcDumpReader::Outcome MrcDumpReader::readFile(File const& input, ProgressMeter&
         problem = problemText();
     }
     if (!accepted) raiseError(problem);
-    return {accepted, errorText(problem.toStdString())};
+    if (problem.isEmpty()) return {};
+    return {accepted ? failureMalformed : failureRefusedRoot, errorText(problem.toStdString())};
 }
 
 /// Moves to the next child of the current element; false at the element's end tag and at the end of what can be read.

@@ -12,6 +12,7 @@ namespace kiri::tov::impl_detail {
 
 class File;
 class ProgressMeter;
+class Result;
 
 /// Reads a design dump into a tree, in one forward pass. Beyond the tree it needs memory for the element that is read
 /// and for the base name of each bus. A reader is used by one thread at a time.
@@ -34,14 +35,8 @@ private:
     template <class Bus>
     using BusMap = std::map<std::string, Bus*>;
 
-    /// How a dump was read.
-    struct Outcome {
-        bool accepted;        // the result of the load
-        std::string problem;  // why the dump was not read whole; empty if it was
-    };
-
-    Outcome readPath(char const* path, TovProgress const& progress);
-    Outcome readFile(File const& input, ProgressMeter& meter);
+    Result readPath(char const* path, TovProgress const& progress);
+    Result readFile(File const& input, ProgressMeter& meter);
     bool nextChild();
     void readUnknownElement();
     void raiseInvalidTag();

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <utility>
 
 #include "tov/io/error_text_p.h"
 #include "tov/io/file_p.h"
@@ -16,7 +17,9 @@ namespace kiri::tov::impl_detail {
 
 namespace {
 
-constexpr char notRegular[] = "not a regular file";
+Result notRegular() {
+    return {failureNotRegular, "not a regular file"};
+}
 
 /// The place of a file: the folder and the name in it.
 struct Place {
@@ -43,23 +46,22 @@ Place followLinks(char const* path) {
 }
 
 // A folder in which the process may make files but that it may not list can be used, not synchronised.
-File openFolder(std::string const& path) {
-    File folder = openFile(path.c_str(), O_RDONLY | O_DIRECTORY);
-    if (!folder.isOpen() && errno == EACCES) folder = openFile(path.c_str(), O_PATH | O_DIRECTORY);
-    return folder;
+Result openFolder(std::string const& path, File& folder) {
+    Result result = openFile(path.c_str(), O_RDONLY | O_DIRECTORY, folder);
+    return result.is(EACCES) ? openFile(path.c_str(), O_PATH | O_DIRECTORY, folder) : std::move(result);
 }
 
-bool synchronise(File const& file) {
+Result synchronise(File const& file) {
     while (::fsync(file.descriptor()) != 0) {
-        if (errno != EINTR) return false;
+        if (errno != EINTR) return systemFailure(errno);
     }
-    return true;
+    return {};
 }
 
-bool synchroniseFolder(File const& folder) {
-    if (synchronise(folder)) return true;
-    bool const opensAlone = errno == EBADF;  // see openFolder
-    return opensAlone || errno == EINVAL || errno == ENOTSUP;
+Result synchroniseFolder(File const& folder) {
+    Result result = synchronise(folder);
+    bool const opensAlone = result.is(EBADF);  // see openFolder
+    return opensAlone || result.is(EINVAL) || result.is(ENOTSUP) ? Result() : std::move(result);
 }
 
 /// The status of a file, if there is one.
@@ -78,16 +80,16 @@ class Target {
 public:
     explicit Target(char const* path) : path_(path), place_(path) {}
 
-    /// Finds the file and its rights. Returns why it cannot be replaced, in one line; "" if it can.
-    std::string find() {
+    /// Finds the file and its rights. Fails if it cannot be replaced.
+    Result find() {
         // Other programs may replace the file meanwhile: then look again.
         constexpr int looks = 1000;
         for (int i = 0; i < looks; ++i) {
             bool settled = true;
-            std::string why = look(settled);
-            if (settled) return why;
+            Result result = look(settled);
+            if (settled) return result;
         }
-        return systemText(EBUSY);
+        return systemFailure(EBUSY);
     }
 
     bool exists() const { return exists_; }
@@ -97,33 +99,34 @@ public:
 
 private:
     // One look. It is settled if the path leads to the same file before and after.
-    std::string look(bool& settled) {
+    Result look(bool& settled) {
         // While the file is open, no other one gets its inode number.
-        File const file = openFile(path_, O_PATH);
-        if (!file.isOpen() && errno != ENOENT) return systemText(errno);
+        File file;
+        Result opened = openFile(path_, O_PATH, file);
+        if (!opened.ok() && !opened.is(ENOENT)) return opened;
         Status before{file.isOpen(), {}};
-        if (before.exists && ::fstat(file.descriptor(), &before.info) != 0) return systemText(errno);
-        if (before.exists && !S_ISREG(before.info.st_mode)) return notRegular;
+        if (before.exists && ::fstat(file.descriptor(), &before.info) != 0) return systemFailure(errno);
+        if (before.exists && !S_ISREG(before.info.st_mode)) return notRegular();
         exists_ = before.exists;
         place_ = followLinks(path_);
-        folder_ = openFolder(place_.folder);
-        if (!folder_.isOpen()) return systemText(errno);
-        if (place_.name.empty()) return systemText(ENOENT);
-        std::string why = examine(before);
+        opened = openFolder(place_.folder, folder_);
+        if (!opened.ok()) return opened;
+        if (place_.name.empty()) return systemFailure(ENOENT);
+        Result result = examine(before);
         Status after{};
         after.exists = ::stat(path_, &after.info) == 0;
         settled = before == after;
-        return why;
+        return result;
     }
 
-    std::string examine(Status const& expected) {
+    Result examine(Status const& expected) {
         Status found{};
         int const folder = folder_.descriptor();
         found.exists = ::fstatat(folder, name(), &found.info, AT_SYMLINK_NOFOLLOW) == 0;
         // A file without a name of its own, such as an open one that was deleted, cannot be replaced.
-        if (!(found == expected)) return notRegular;
+        if (!(found == expected)) return notRegular();
         if (!found.exists) return {};
-        if (::faccessat(folder, name(), W_OK, AT_EACCESS) != 0) return systemText(errno);
+        if (::faccessat(folder, name(), W_OK, AT_EACCESS) != 0) return systemFailure(errno);
         return rights_.read(place_.folder + place_.name, found.info);
     }
 
@@ -135,37 +138,39 @@ private:
 };
 
 // Write the text and set the rights before the file gets the name.
-std::string fill(TemporaryFile& file, Target const& target, std::string_view text) {
-    if (!file.write(text)) return systemText(errno);
+Result fill(TemporaryFile& file, Target const& target, std::string_view text) {
+    Result result = file.write(text);
     // After the text: writing clears some of the rights.
-    std::string why = target.exists() ? target.rights().giveTo(file.file()) : std::string();
-    if (!why.empty()) return why;
-    return synchronise(file.file()) ? std::string() : systemText(errno);
+    if (result.ok() && target.exists()) result = target.rights().giveTo(file.file());
+    return result.ok() ? synchronise(file.file()) : std::move(result);
 }
 
-std::string replace(Target& target, std::string_view text) {
-    std::string why = target.find();
-    if (!why.empty()) return why;
+Result replace(Target& target, std::string_view text) {
+    Result result = target.find();
+    if (!result.ok()) return result;
     for (TemporaryFile::Kind const kind : {TemporaryFile::unnamed, TemporaryFile::named}) {
+        TemporaryFile file(target.folder());
         // The text is not shown to anyone before the file has the rights of the old one.
-        TemporaryFile file(kind, target.folder(), target.exists() ? 0600 : 0666);
-        if (!file.isOpen()) continue;
-        why = fill(file, target, text);
-        if (!why.empty()) return why;
-        if (!file.giveName()) continue;
-        bool const replaced = file.rename(target.name()) && synchroniseFolder(target.folder());
-        return replaced ? std::string() : systemText(errno);
+        result = file.open(kind, target.exists() ? 0600 : 0666);
+        if (!result.ok()) continue;
+        result = fill(file, target, text);
+        if (!result.ok()) return result;
+        result = file.giveName();
+        if (!result.ok()) continue;
+        result = file.rename(target.name());
+        return result.ok() ? synchroniseFolder(target.folder()) : std::move(result);
     }
-    return systemText(errno);
+    return result;
 }
 
 }  // namespace
 
-std::string replaceFile(char const* path, std::string_view text) {
-    if (path == nullptr) return "no path";
+Result replaceFile(char const* path, std::string_view text) {
+    if (path == nullptr) return {ENOENT, "no path"};
     Target target(path);
-    std::string const why = replace(target, text);
-    return why.empty() ? why : errorText(std::string(path) + ": " + why);
+    Result const result = replace(target, text);
+    if (result.ok()) return {};
+    return {result.code(), errorText(std::string(path) + ": " + result.message())};
 }
 
 }  // namespace kiri::tov::impl_detail

@@ -1,12 +1,13 @@
 #pragma once
 
-#include <string>
 #include <string_view>
+
+#include "tov/base/result_p.h"
 
 namespace kiri::tov::impl_detail {
 
 /// Replaces the file at `path` by a new one with that text, or leaves everything as it is, see
-/// TOV::saveAtomically. Returns why it was not replaced, in one line; "" if it was.
-std::string replaceFile(char const* path, std::string_view text);
+/// TOV::saveAtomically. The text of a failure is one line that begins with the path.
+Result replaceFile(char const* path, std::string_view text);
 
 }  // namespace kiri::tov::impl_detail

@@ -82,6 +82,14 @@ std::string systemText(int error) {
     return ::strerror_l(error, plain.get());
 }
 
+Result systemFailure(int error) {
+    return {error, systemText(error)};
+}
+
+Result stoppedLoad() {
+    return {failureStopped, "The caller stopped the load"};
+}
+
 std::string errorText(std::string_view text) {
     std::string line;
     while (!text.empty()) {

@@ -3,16 +3,18 @@
 #include <string>
 #include <string_view>
 
+#include "tov/base/result_p.h"
+
 namespace kiri::tov::impl_detail {
-
-/// The error of a stopped load.
-inline constexpr char stoppedText[] = "The caller stopped the load";
-
-/// The error of a check that its visitor stopped.
-inline constexpr char stoppedCheckText[] = "The caller stopped the check";
 
 /// Returns the system's text for an errno, in English whatever the locale is.
 std::string systemText(int error);
+
+/// The failure of a system call: an errno and its text.
+Result systemFailure(int error);
+
+/// The failure of a load that the caller stopped.
+Result stoppedLoad();
 
 /// Returns a text for users: one line of UTF-8, at most 1,000 bytes. Control characters and invalid UTF-8 become "?".
 /// Leaves out the middle of a longer text.

@@ -6,6 +6,8 @@
 
 #include <cerrno>
 
+#include "tov/io/error_text_p.h"
+
 namespace kiri::tov::impl_detail {
 
 namespace {
@@ -16,13 +18,6 @@ auto uninterrupted(Call call) {
     auto result = call();
     while (result < 0 && errno == EINTR) result = call();
     return result;
-}
-
-// 0, or why an open file cannot be read.
-int refusalOf(File const& file) {
-    struct stat info {};
-    if (::fstat(file.descriptor(), &info) != 0) return errno;
-    return S_ISDIR(info.st_mode) ? EISDIR : 0;
 }
 
 }  // namespace
@@ -36,29 +31,31 @@ bool exists(char const* path) {
     return path != nullptr && ::stat(path, &info) == 0;
 }
 
-File openFile(char const* path, int flags) {
-    if (path == nullptr) {
-        errno = ENOENT;
-        return {};
-    }
-    return File(uninterrupted([&] { return ::open(path, flags | O_CLOEXEC, 0666); }));
+Result openFile(char const* path, int flags, File& file) {
+    if (path == nullptr) return systemFailure(ENOENT);
+    file = File(uninterrupted([&] { return ::open(path, flags | O_CLOEXEC, 0666); }));
+    return file.isOpen() ? Result() : systemFailure(errno);
 }
 
-File openForReading(char const* path) {
-    File file = openFile(path, O_RDONLY);
-    int const error = file.isOpen() ? refusalOf(file) : 0;
-    if (error == 0) return file;
-    file = {};
-    errno = error;
-    return {};
+Result openForReading(char const* path, File& file) {
+    File opened;
+    Result result = openFile(path, O_RDONLY, opened);
+    if (!result.ok()) return result;
+    struct stat info {};
+    if (::fstat(opened.descriptor(), &info) != 0) return systemFailure(errno);
+    if (S_ISDIR(info.st_mode)) return systemFailure(EISDIR);
+    file = std::move(opened);
+    return result;
 }
 
-File openForWriting(char const* path) {
-    return openFile(path, O_WRONLY | O_CREAT | O_TRUNC);
+Result openForWriting(char const* path, File& file) {
+    return openFile(path, O_WRONLY | O_CREAT | O_TRUNC, file);
 }
 
-ssize_t readSome(File const& file, char* to, std::size_t size) {
-    return uninterrupted([&] { return ::read(file.descriptor(), to, size); });
+Result readSome(File const& file, char* to, std::size_t size, std::size_t& got) {
+    ssize_t const bytes = uninterrupted([&] { return ::read(file.descriptor(), to, size); });
+    got = bytes < 0 ? 0 : static_cast<std::size_t>(bytes);
+    return bytes < 0 ? systemFailure(errno) : Result();
 }
 
 bool rewind(File const& file) {
@@ -67,13 +64,13 @@ bool rewind(File const& file) {
            ::lseek(file.descriptor(), 0, SEEK_SET) == 0;
 }
 
-bool writeAll(File const& file, std::string_view text) {
+Result writeAll(File const& file, std::string_view text) {
     while (!text.empty()) {
         ssize_t const written = uninterrupted([&] { return ::write(file.descriptor(), text.data(), text.size()); });
-        if (written < 0) return false;
+        if (written < 0) return systemFailure(errno);
         text.remove_prefix(static_cast<std::size_t>(written));
     }
-    return true;
+    return {};
 }
 
 std::uint64_t bytesLeft(File const& file) {

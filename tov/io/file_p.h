@@ -1,11 +1,11 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <utility>
+
+#include "tov/base/result_p.h"
 
 namespace kiri::tov::impl_detail {
 
@@ -30,28 +30,29 @@ private:
 };
 
 // A path's bytes go to the system as they are, whatever the locale is. A null path names nothing (ENOENT). No other
-// program inherits an open file. Where a function fails, the reason is in errno.
+// program inherits an open file. Where a function
+// fails, its result has the errno.
 
 /// Returns whether something exists at `path`.
 bool exists(char const* path);
 
 /// Opens a file with the flags of open(2).
-File openFile(char const* path, int flags);
+Result openFile(char const* path, int flags, File& file);
 
 /// Opens a file for reading; refuses a directory (EISDIR).
-File openForReading(char const* path);
+Result openForReading(char const* path, File& file);
 
 /// Opens a file for writing: makes it if there is none, and empties it if there is one.
-File openForWriting(char const* path);
+Result openForWriting(char const* path, File& file);
 
-/// Reads up to `size` bytes; 0 at the end of the file, -1 if that fails.
-ssize_t readSome(File const& file, char* to, std::size_t size);
+/// Reads up to `size` bytes; `got` is 0 at the end of the file.
+Result readSome(File const& file, char* to, std::size_t size, std::size_t& got);
 
 /// Goes back to the start of a file, to read it again. False for anything but a regular file.
 bool rewind(File const& file);
 
-/// Writes all of `text`; false if that fails.
-bool writeAll(File const& file, std::string_view text);
+/// Writes all of `text`.
+Result writeAll(File const& file, std::string_view text);
 
 /// Bytes from the read position to the end as the file is now; 0 for a file without a size, such as a pipe.
 std::uint64_t bytesLeft(File const& file);

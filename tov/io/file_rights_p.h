@@ -12,14 +12,12 @@ namespace kiri::tov::impl_detail {
 /// The rights of a file: owner, group, permission bits, access list and other extended attributes.
 class FileRights {
 public:
-    // Each returns why it fails, in one line; "" on success.
-
     /// Reads the rights of the file at `path`, whose status is `status`.
-    std::string read(std::string const& path, struct stat const& status);
+    Result read(std::string const& path, struct stat const& status);
 
     /// Sets the rights of a file that the process has made. It never gets a right that is not among them: where the
     /// group cannot be set, another group has what both the old group and all others had.
-    std::string giveTo(File const& file) const;
+    Result giveTo(File const& file) const;
 
 private:
     struct Attribute {

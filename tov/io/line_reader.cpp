@@ -1,7 +1,6 @@
 #include "tov/io/line_reader_p.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <new>
 
@@ -34,7 +33,7 @@ bool LineReader::next(std::string_view& line) {
         searched = size;
         if (fill()) continue;
         line = take(end_ - begin_);
-        if (line.empty() || error_ != 0 || stopped()) return false;
+        if (line.empty() || !result_.ok() || stopped()) return false;
         ++number_;
         return true;
     }
@@ -52,25 +51,25 @@ std::string_view LineReader::take(std::size_t size) {
 // Reads a chunk after the unconsumed bytes, which move to the front of the buffer. A line that fills the buffer makes
 // it grow by an eighth: that is all the memory that a line needs beyond its own size.
 bool LineReader::fill() {
-    if (error_ != 0) return false;
+    if (!result_.ok()) return false;
     std::size_t const unconsumed = end_ - begin_;
     if (begin_ > 0) std::memmove(buffer_.get(), buffer_.get() + begin_, unconsumed);
     begin_ = 0;
     end_ = unconsumed;
     if (unconsumed + 1 == capacity_) resize(capacity_ + std::max(chunkSize, capacity_ / 8));
     std::size_t const space = capacity_ - unconsumed - 1;
-    ssize_t const got = read(buffer_.get() + unconsumed, std::min(space, chunkSize));
-    if (got < 0) error_ = errno;
-    if (got <= 0 || (meter_ != nullptr && !meter_->add(static_cast<std::size_t>(got)))) return false;
-    end_ += static_cast<std::size_t>(got);
+    std::size_t got = 0;
+    result_ = read(buffer_.get() + unconsumed, std::min(space, chunkSize), got);
+    if (got == 0 || (meter_ != nullptr && !meter_->add(got))) return false;
+    end_ += got;
     return true;
 }
 
-ssize_t LineReader::read(char* to, std::size_t size) {
-    if (file_ != nullptr) return readSome(*file_, to, size);
-    std::size_t const got = text_.copy(to, size);
+Result LineReader::read(char* to, std::size_t size, std::size_t& got) {
+    if (file_ != nullptr) return readSome(*file_, to, size, got);
+    got = text_.copy(to, size);
     text_.remove_prefix(got);
-    return static_cast<ssize_t>(got);
+    return {};
 }
 
 // The C library may grow and cut a large block where it is, so that there are never two of it.

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include "tov/io/file_p.h"
 #include "tov/io/progress_meter_p.h"
@@ -26,8 +27,8 @@ public:
     /// Returns how many lines next() has returned.
     std::size_t number() const { return number_; }
 
-    /// Returns the errno of a failed read; 0 if none failed.
-    int error() const { return error_; }
+    /// Returns how the reading ended: a failure if the system could not read.
+    Result takeResult() { return std::move(result_); }
 
 private:
     struct Free {
@@ -35,7 +36,7 @@ private:
     };
 
     bool fill();
-    ssize_t read(char* to, std::size_t size);
+    Result read(char* to, std::size_t size, std::size_t& got);
     void resize(std::size_t capacity);
     std::string_view take(std::size_t size);
 
@@ -49,7 +50,7 @@ private:
     std::size_t begin_ = 0;  // start of the unconsumed bytes
     std::size_t end_ = 0;    // their end; the buffer has room for a byte after it
     std::size_t number_ = 0;
-    int error_ = 0;
+    Result result_;
 };
 
 }  // namespace kiri::tov::impl_detail

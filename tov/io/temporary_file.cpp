@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <string>
 
+#include "tov/io/error_text_p.h"
+
 namespace kiri::tov::impl_detail {
 
 namespace {
@@ -26,11 +28,9 @@ public:
         ::pthread_sigmask(SIG_BLOCK, &signal_, &before_);
     }
     ~SizeLimitWithoutSignal() {
-        int const error = errno;
         timespec const now{};
         if (!wasPending_) ::sigtimedwait(&signal_, nullptr, &now);
         ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
-        errno = error;
     }
     SizeLimitWithoutSignal(SizeLimitWithoutSignal const&) = delete;
     SizeLimitWithoutSignal& operator=(SizeLimitWithoutSignal const&) = delete;
@@ -43,34 +43,36 @@ private:
 
 }  // namespace
 
-TemporaryFile::TemporaryFile(Kind kind, File const& folder, mode_t mode) : folder_(folder) {
-    int const at = folder.descriptor();
+Result TemporaryFile::open(Kind kind, mode_t mode) {
+    int const at = folder_.descriptor();
     constexpr int flags = O_WRONLY | O_CLOEXEC;
     file_ = File(kind == unnamed ? ::openat(at, ".", flags | O_TMPFILE, mode)
                                  : makeName([&] { return ::openat(at, name_, flags | O_CREAT | O_EXCL, mode); }));
+    return file_.isOpen() ? Result() : systemFailure(errno);
 }
 
 TemporaryFile::~TemporaryFile() {
     if (name_[0] != '\0') ::unlinkat(folder_.descriptor(), name_, 0);
 }
 
-bool TemporaryFile::write(std::string_view text) {
+Result TemporaryFile::write(std::string_view text) {
     SizeLimitWithoutSignal const guard;
     return writeAll(file_, text);
 }
 
-bool TemporaryFile::giveName() {
-    if (name_[0] != '\0') return true;
+Result TemporaryFile::giveName() {
+    if (name_[0] != '\0') return {};
     std::string const source = "/proc/self/fd/" + std::to_string(file_.descriptor());
-    return makeName(
-               [&] { return ::linkat(AT_FDCWD, source.c_str(), folder_.descriptor(), name_, AT_SYMLINK_FOLLOW); }) >= 0;
+    int const linked =
+        makeName([&] { return ::linkat(AT_FDCWD, source.c_str(), folder_.descriptor(), name_, AT_SYMLINK_FOLLOW); });
+    return linked >= 0 ? Result() : systemFailure(errno);
 }
 
-bool TemporaryFile::rename(char const* name) {
+Result TemporaryFile::rename(char const* name) {
     int const at = folder_.descriptor();
-    if (::renameat(at, name_, at, name) != 0) return false;
+    if (::renameat(at, name_, at, name) != 0) return systemFailure(errno);
     name_[0] = '\0';
-    return true;
+    return {};
 }
 
 /// Calls `make` with new names until one is not in use; returns the last result, and clears the name if that is a

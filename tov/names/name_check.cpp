@@ -1,8 +1,6 @@
 #include "tov/names/name_check.h"
 
-#include <cerrno>
 #include <optional>
-#include <stdexcept>
 #include <utility>
 
 #include "tov/constraint_line_p.h"
@@ -31,11 +29,9 @@ public:
             ConstraintLine const line(text);
             if (line.kind == nullptr) continue;
             if (line.kind->list != TOVCMD_CLOCK && line.kind->list != TOVCMD_GENCLOCK) continue;
-            try {
-                clocks_.addForGood(*line.makeCommand());
-            } catch (std::out_of_range const&) {
-                return;
-            }
+            std::unique_ptr<TovCmd> cmd;
+            if (!line.makeCommand(cmd).ok()) return;
+            clocks_.addForGood(*cmd);
         }
     }
 
@@ -107,15 +103,15 @@ private:
     bool stopped_ = false;
 };
 
-std::string contentOf(File const& file, int& error) {
+// Reads a file to its end, or to where that fails.
+Result readAll(File const& file, std::string& text) {
     constexpr std::size_t chunk = std::size_t{64} * 1024;
-    std::string text;
     for (std::size_t size = 0;; size = text.size()) {
         text.resize(size + chunk);
-        ssize_t const got = readSome(file, text.data() + size, chunk);
-        if (got < 0) error = errno;
-        text.resize(size + static_cast<std::size_t>(got < 0 ? 0 : got));
-        if (got <= 0) return text;
+        std::size_t got = 0;
+        Result result = readSome(file, text.data() + size, chunk, got);
+        text.resize(size + got);
+        if (got == 0) return result;
     }
 }
 
@@ -131,14 +127,14 @@ char const* nameOf(taDciObjTyp type) {
     return "object";
 }
 
-/// Checks the lines of an open file. Returns why that did not reach the end; an empty text if it did.
-std::string checkLines(File const& file, TovCheckOptions const& options, TovFindingVisitor const& visit) {
-    int error = 0;
+/// Checks the lines of an open file. Fails if that does not reach the end.
+Result checkLines(File const& file, TovCheckOptions const& options, TovFindingVisitor const& visit) {
+    Result result;
     std::optional<MissingNames> names;
     std::optional<std::string> text;
     if (options.names != nullptr) {
         names.emplace(*options.names, options.match);
-        if (!rewind(file)) text = contentOf(file, error);
+        if (!rewind(file)) result = readAll(file, text.emplace());
         names->readClocks(text ? LineReader(*text) : LineReader(file));
         if (!text) rewind(file);
     }
@@ -147,23 +143,23 @@ std::string checkLines(File const& file, TovCheckOptions const& options, TovFind
     FileCheck checker(names, visit);
     bool goesOn = true;
     for (std::string_view line; goesOn && lines.next(line);) goesOn = checker.check(line);
-    if (error == 0) error = lines.error();
-    if (goesOn && error == 0 && !meter.stopped()) meter.finish();
+    if (result.ok()) result = lines.takeResult();
+    if (goesOn && result.ok() && !meter.stopped()) meter.finish();
     meter.rethrow();
-    if (meter.stopped()) return stoppedText;
-    if (checker.isStopped()) return stoppedCheckText;
-    return error == 0 ? std::string() : systemText(error);
+    if (meter.stopped()) return stoppedLoad();
+    if (checker.isStopped()) return {failureStopped, "The caller stopped the check"};
+    return result;
 }
 
 }  // namespace
 
 bool checkTovFile(char const* path, TovCheckOptions const& options, TovFindingVisitor const& visit,
                   std::string* error) {
-    File const file = openForReading(path);
-    std::string problem = file.isOpen() ? checkLines(file, options, visit) : systemText(errno);
-    bool const isWhole = problem.empty();
-    if (error != nullptr) error->swap(problem);
-    return isWhole;
+    File file;
+    Result result = openForReading(path, file);
+    if (result.ok()) result = checkLines(file, options, visit);
+    if (error != nullptr) *error = result.message();
+    return result.ok();
 }
 
 bool checkTovFile(char const* path, TovCheckOptions const& options, std::vector<TovFinding>& findings,
