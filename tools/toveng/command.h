@@ -36,5 +36,6 @@ int coverage(Arguments const& arguments);
 int diff(Arguments const& arguments);
 int objects(Arguments const& arguments);
 int format(Arguments const& arguments);
+int serve(Arguments const& arguments);
 
 }  // namespace tool

@@ -35,6 +35,7 @@ constexpr Command commands[] = {
     {"objects", objects, 1, any, "--design DUMP [OPTION...] WORD...",
      "Lists the objects of the design that words stand for."},
     {"format", format, 1, 1, "[OPTION...] FILE [-o OUT]", "Writes a constraint file as a save writes it."},
+    {"serve", serve, 0, 0, "[OPTION...]", "Checks constraint files in an editor, as a language server."},
 };
 
 struct Option {
@@ -45,9 +46,9 @@ struct Option {
 };
 
 constexpr Option options[] = {
-    {"check coverage objects", "design", "DUMP", "the dump of the design that is constrained"},
-    {"check objects", "match", "HOW", "how words meet the levels of a name: levels, local or flat"},
-    {"check", "ignore", "CODE,...", "leave findings of these codes out"},
+    {"check coverage objects serve", "design", "DUMP", "the dump of the design that is constrained"},
+    {"check objects serve", "match", "HOW", "how words meet the levels of a name: levels, local or flat"},
+    {"check serve", "ignore", "CODE,...", "leave findings of these codes out"},
     {"check", "format", "FORMAT", "the form of the findings: text, json or sarif"},
     {"coverage diff", "format", "FORMAT", "the form of the result: text or json"},
     {"check", "max", "N", "print the first N findings only"},
@@ -55,6 +56,9 @@ constexpr Option options[] = {
     {"objects", "constraints", "FILE", "list the commands of the file that refer to each object, too"},
     {"format", "check", "", "write nothing: status 1 if the file would change"},
     {"format", "lossy", "", "also where something would be lost"},
+    {"serve", "select", "CODE,...", "show findings of these codes only"},
+    {"serve", "log", "FILE", "write the conversation with the editor to this file"},
+    {"serve", "stdio", "", "use standard input and output, as always"},
     {"format", "o", "OUT", "write to this file, not to the one that was read"},
 };
 

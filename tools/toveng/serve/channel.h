@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QJsonObject>
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <mutex>
+#include <optional>
+#include <variant>
+#include <vector>
+
+#include "serve/design_loader.h"
+
+namespace tool::lsp {
+
+/// A message from the client.
+struct Incoming {
+    enum class Form { object, other, broken };
+
+    Form form = Form::broken;  ///< `other` is JSON, `broken` is neither JSON nor a header with a length
+    QJsonObject message;
+    std::size_t size = 0;  ///< in bytes, as received
+    bool isCancelled = false;
+};
+
+/// The client has closed its end.
+struct EndOfInput {};
+
+using Event = std::variant<Incoming, DesignEvent, EndOfInput>;
+
+/// Hands events over from the threads that make them to the one that works.
+class Channel {
+public:
+    /// Messages of the client wait outside while those inside are larger than this.
+    static constexpr std::size_t limit = std::size_t{16} << 20;
+
+    /// Adds events that came together. Waits first while there is no room, unless the channel is closed. A
+    /// "$/cancelRequest" marks the request that it is for, if that is still here.
+    void push(std::vector<Event> events);
+    /// Takes the next event; waits for it, but no longer than a time.
+    std::optional<Event> take(std::chrono::milliseconds most);
+    /// Lets push() wait no longer.
+    void close();
+
+private:
+    void add(Event event);
+
+    std::mutex mutex_;
+    std::condition_variable arrived_;
+    std::condition_variable taken_;
+    std::deque<Event> events_;
+    std::size_t size_ = 0;
+    bool closed_ = false;
+};
+
+}  // namespace tool::lsp

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QString>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "serve/position.h"
+
+namespace tool::lsp {
+
+/// A place in a document: a line of the text, which ends at a line feed, and a byte in it.
+struct Place {
+    std::size_t line = 0;
+    std::size_t byte = 0;
+};
+
+inline bool operator<(Place a, Place b) {
+    return a.line != b.line ? a.line < b.line : a.byte < b.byte;
+}
+
+/// Lines that an edit replaced.
+struct Splice {
+    std::size_t first;    ///< the first line that changed
+    std::size_t removed;  ///< how many lines went
+    std::size_t added;    ///< how many came in their place
+};
+
+/// A text kept by lines. Its lines end at line feeds, as those of a constraint file; for the client a carriage return
+/// without a line feed ends a line, too, and positions are converted accordingly.
+class Text {
+public:
+    Text() { replaceAll({}); }
+
+    std::size_t lineCount() const { return lines_.size(); }
+    /// Returns a line without its line feed, and without the carriage return before that.
+    std::string_view line(std::size_t index) const;
+    /// Returns the place of the client's position: at the end of a line that is shorter, nothing beyond the last line.
+    std::optional<Place> placeAt(std::size_t line, std::size_t character, Encoding encoding) const;
+    /// Returns a place as the client's position.
+    QJsonObject position(Place place, Encoding encoding) const;
+    QJsonObject range(Place start, Place end, Encoding encoding) const;
+    /// The whole of a line, or of what is on it apart from white space at its ends.
+    QJsonObject lineRange(std::size_t line, Encoding encoding) const;
+
+    /// Replaces what is between two places, of which `start` is not after `end`.
+    Splice replace(Place start, Place end, std::string_view text);
+    Splice replaceAll(std::string_view text);
+    std::string text() const;
+
+private:
+    struct Line {
+        std::string text;         // with the carriage return of its end
+        std::size_t returns = 0;  // that are alone: each ends a line of the client's
+    };
+
+    bool isLast(std::size_t index) const { return index + 1 == lines_.size(); }
+    std::size_t countReturns(std::size_t index) const;
+    std::size_t clientLine(Place place) const;
+
+    std::vector<std::unique_ptr<Line>> lines_;  // one at least
+    std::size_t returns_ = 0;
+};
+
+}  // namespace tool::lsp

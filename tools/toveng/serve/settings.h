@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QJsonValue>
+#include <QString>
+#include <QStringList>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tov/names/design_names.h"
+
+namespace tool::lsp {
+
+/// What a user may set. A key that is not set is taken from the layer below.
+struct Settings {
+    std::optional<QString> design;
+    std::optional<QStringList> files;
+    std::optional<kiri::tov::TovNameMatch> match;
+    std::optional<QStringList> ignore;  ///< known codes
+    std::optional<QStringList> select;  ///< known codes
+
+    /// Reads the keys of an object, and of the object below its key "toveng", which come first. Appends a sentence to
+    /// `problems` for each value that cannot be used; the rest of the settings is.
+    static Settings read(QJsonValue const& value, QStringList& problems);
+
+    /// Takes what is not set from `below`.
+    void fillFrom(Settings const& below);
+};
+
+/// The settings of a session, in layers.
+class SettingLayers {
+public:
+    enum Layer { commandLine, initialization, pushed, pulled };
+
+    /// Replaces a layer.
+    void set(Layer layer, QJsonValue const& value);
+    void set(Layer layer, Settings settings);
+
+    /// Returns the settings in force: each key from the highest layer that has it.
+    Settings merged() const;
+
+    /// What is wrong in the layers, a sentence each.
+    QStringList problems() const;
+
+private:
+    Settings layers_[pulled + 1];
+    QStringList problems_[pulled + 1];
+};
+
+}  // namespace tool::lsp

@@ -1,0 +1,52 @@
+#include "serve/workspace.h"
+
+#include <QUrl>
+
+namespace tool::lsp {
+
+Client Client::of(QJsonObject const& params) {
+    QJsonValue const can = params.value("capabilities");
+    auto const isTrue = [&](std::initializer_list<char const*> fields) { return at(can, fields).toBool(); };
+    Client client;
+    if (at(can, {"general", "positionEncodings"}).toArray().contains("utf-8")) client.encoding = Encoding::utf8;
+    client.readsMarkdown = at(can, {"textDocument", "hover", "contentFormat"}).toArray().contains("markdown");
+    client.nestsSymbols = isTrue({"textDocument", "documentSymbol", "hierarchicalDocumentSymbolSupport"});
+    client.versionsEdits = isTrue({"workspace", "workspaceEdit", "documentChanges"});
+    client.hasSettings = isTrue({"workspace", "configuration"});
+    client.watchesFiles = isTrue({"workspace", "didChangeWatchedFiles", "dynamicRegistration"});
+    client.knowsBasePaths = isTrue({"workspace", "didChangeWatchedFiles", "relativePatternSupport"});
+    client.showsProgress = isTrue({"window", "workDoneProgress"});
+    return client;
+}
+
+OpenDocument& Workspace::documentIn(QJsonObject const& params) const {
+    QString const uri = textIn(objectIn(params, "textDocument"), "uri");
+    auto const found = documents.find(uri);
+    if (found == documents.end()) throw RpcError{ErrorCode::invalidParams, "the document is not open: " + uri};
+    return *found->second;
+}
+
+Place Workspace::placeIn(OpenDocument const& document, QJsonObject const& position) const {
+    std::optional<Place> const place =
+        document.text.placeAt(numberIn(position, "line"), numberIn(position, "character"), client.encoding);
+    if (!place) throw RpcError{ErrorCode::invalidParams, "the position is beyond the last line"};
+    return *place;
+}
+
+QJsonObject Workspace::edit(OpenDocument const& document, QJsonArray const& edits) const {
+    if (!client.versionsEdits) return {{"changes", QJsonObject{{document.uri, edits}}}};
+    QJsonValue const version = document.version ? QJsonValue(*document.version) : QJsonValue();
+    QJsonObject const target{{"uri", document.uri}, {"version", version}};
+    return {{"documentChanges", QJsonArray{QJsonObject{{"textDocument", target}, {"edits", edits}}}}};
+}
+
+std::string pathOf(QString const& uri) {
+    QUrl const url(uri);
+    return url.isLocalFile() ? url.toLocalFile().toUtf8().toStdString() : std::string();
+}
+
+QString uriOf(std::string const& path) {
+    return QString::fromUtf8(QUrl::fromLocalFile(QString::fromStdString(path)).toEncoded());
+}
+
+}  // namespace tool::lsp

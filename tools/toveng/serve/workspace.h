@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "serve/design_loader.h"
+#include "serve/document.h"
+#include "serve/rpc.h"
+
+namespace tool::lsp {
+
+/// What the client can do.
+struct Client {
+    /// Reads the parameters of "initialize".
+    static Client of(QJsonObject const& params);
+
+    Encoding encoding = Encoding::utf16;
+    bool readsMarkdown = false;
+    bool nestsSymbols = false;
+    bool versionsEdits = false;   ///< takes edits for a version of a document
+    bool hasSettings = false;     ///< answers workspace/configuration
+    bool watchesFiles = false;    ///< where it is asked to
+    bool knowsBasePaths = false;  ///< of the patterns of files to watch
+    bool showsProgress = false;
+};
+
+/// A file that each document forms a set with.
+struct SetFile {
+    std::string path;
+    std::string name;                ///< as the user wrote it
+    std::vector<std::string> lines;  ///< UTF-8
+};
+
+/// A document that the client has opened.
+struct OpenDocument {
+    QString uri;
+    std::string path;  ///< empty for what is not a file
+    std::optional<qint64> version;
+    Text text;
+    bool isDirty = true;  ///< has changed since its diagnostics were sent
+};
+
+/// What the features work on.
+struct Workspace {
+    Client client;
+    DesignPtr design;  ///< null until it is loaded
+    kiri::tov::TovNameMatch match = kiri::tov::TOVMATCH_LEVELS;
+    std::vector<SetFile> files;
+    std::map<QString, std::unique_ptr<OpenDocument>> documents;
+
+    /// Returns the document that a request's "textDocument" names; RpcError if it is not open.
+    OpenDocument& documentIn(QJsonObject const& params) const;
+    /// Returns the place of a request's position; RpcError if it is beyond the last line.
+    Place placeIn(OpenDocument const& document, QJsonObject const& position) const;
+
+    /// Returns text edits of a document as an edit of the workspace, for the document's version where the client minds.
+    QJsonObject edit(OpenDocument const& document, QJsonArray const& edits) const;
+
+    QJsonObject range(OpenDocument const& document, Place start, Place end) const {
+        return document.text.range(start, end, client.encoding);
+    }
+};
+
+/// "file:///home/a.tov" as a path; empty for any other scheme.
+std::string pathOf(QString const& uri);
+QString uriOf(std::string const& path);
+
+}  // namespace tool::lsp
