@@ -14,8 +14,8 @@ constexpr char const* rewriteKind = "refactor.rewrite";
 /// Collects the actions of the kinds that the client asks for.
 class Actions {
 public:
-    Actions(Workspace const& workspace, OpenDocument const& document, QJsonArray only) :
-        workspace_(workspace), document_(document), only_(std::move(only)) {}
+    Actions(Workspace const& workspace, OpenDocument const& document, QJsonArray only)
+        : workspace_(workspace), document_(document), only_(std::move(only)) {}
 
     /// Whether a kind is asked for, by itself or by one that it belongs to.
     bool wants(QString const& kind) const {

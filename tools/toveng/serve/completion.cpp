@@ -35,10 +35,10 @@ bool isPlain(std::string_view name) {
 /// Collects what begins with the word that is being written.
 class Items {
 public:
-    Items(Workspace const& workspace, OpenDocument const& document, Place place, OpenEnd const& end) :
-        typed_(document.text.line(place.line).substr(end.begin, place.byte - end.begin)),
-        isBraced_(end.isBraced),
-        range_(workspace.range(document, {place.line, end.begin}, place)) {}
+    Items(Workspace const& workspace, OpenDocument const& document, Place place, OpenEnd const& end)
+        : typed_(document.text.line(place.line).substr(end.begin, place.byte - end.begin)),
+          isBraced_(end.isBraced),
+          range_(workspace.range(document, {place.line, end.begin}, place)) {}
 
     std::string_view typed() const { return typed_; }
     bool isFull() const { return items_.size() == itemsAtMost; }

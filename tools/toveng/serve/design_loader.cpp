@@ -57,8 +57,8 @@ NameList const& Design::list(taDciObjTyp type) const {
     return none;
 }
 
-DesignLoader::DesignLoader(std::function<void(DesignEvent event)> report) :
-    report_(std::move(report)), thread_([this] { run(); }) {}
+DesignLoader::DesignLoader(std::function<void(DesignEvent event)> report)
+    : report_(std::move(report)), thread_([this] { run(); }) {}
 
 DesignLoader::~DesignLoader() {
     stop();

@@ -71,7 +71,7 @@ private:
     std::function<void(DesignEvent event)> report_;
     std::mutex mutex_;
     std::condition_variable wake_;
-    std::optional<Job> job_;            // the next one
+    std::optional<Job> job_;  // the next one
     std::vector<DesignPtr> disposed_;
     bool ends_ = false;
     std::atomic<int> current_{0};  // the number that is wanted; a load with another one stops

@@ -52,7 +52,8 @@ QString plural(std::size_t count, std::string_view title) {
 void addNodes(Page& page, Workspace const& workspace, Subject const& subject, TovNameMatch match) {
     bool isFound = false;
     for (taDciObjTyp type : nodeTypes) {
-        bool const isAsked = subject.isClock() ? type == taDciObjClock : subject.type() == taDciObjName || subject.type() == type;
+        bool const isAsked =
+            subject.isClock() ? type == taDciObjClock : subject.type() == taDciObjName || subject.type() == type;
         if (!isAsked) continue;
         std::vector<TovNode const*> nodes;
         workspace.design->names().find(type, subject.text(), nodes, subject.isClock() ? TOVMATCH_FLAT : match);
@@ -65,7 +66,8 @@ void addNodes(Page& page, Workspace const& workspace, Subject const& subject, To
         page.add(QString("%1 of the design:").arg(plural(nodes.size(), typeTitle(type))));
         page.addList(names, nodes.size());
     }
-    if (!isFound && !subject.isClock()) page.add(QString("No such %1 in the design.").arg(textOf(typeTitle(subject.type()))));
+    if (!isFound && !subject.isClock())
+        page.add(QString("No such %1 in the design.").arg(textOf(typeTitle(subject.type()))));
 }
 
 void addClocks(Page& page, Workspace const& workspace, OpenDocument const& document, Subject const& subject) {
@@ -94,7 +96,7 @@ void addUses(Page& page, Subject const& subject) {
     std::size_t count = 0;
     for (Use const& use : subject.uses()) {
         bool const isHere = use.line == subject.use().line && use.begin == subject.use().begin;
-        if (isHere || ++count > shownAtMost) continue;
+        if (isHere || use.isDefinition || ++count > shownAtMost) continue;
         lines.append(QString::number(use.line + 1));
     }
     if (count == 0) {

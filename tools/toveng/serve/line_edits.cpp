@@ -62,7 +62,8 @@ public:
 
     std::size_t lineCount() const {
         std::size_t count = 1;
-        for (Objects const& objects : all_) count = std::min(count * std::max<std::size_t>(objects.size(), 1), limit + 1);
+        for (Objects const& objects : all_)
+            count = std::min(count * std::max<std::size_t>(objects.size(), 1), limit + 1);
         return count;
     }
 

@@ -144,7 +144,8 @@ private:
             return addWord(begin, at_, WordKind::query);
         }
         if (group.query != nullptr && text.front() == '-' && group.isQuery) {
-            group.isLocal = group.isLocal || (text.size() > 1 && std::string_view("-hierarchical").substr(0, text.size()) == text);
+            group.isLocal =
+                group.isLocal || (text.size() > 1 && std::string_view("-hierarchical").substr(0, text.size()) == text);
             if (selectsByOther(text)) group.isJudged = false;
             group.skipsNext = selectsByOther(text) || text == "-hsc";
             return addWord(begin, at_, WordKind::option);
@@ -180,12 +181,15 @@ private:
             addWord(begin, begin + text.size(), takesNames ? WordKind::name : WordKind::other, query->query->type);
             return;
         }
-        bool const isInQuery = std::any_of(groups_.begin(), groups_.end(), [](Group const& group) { return group.isQuery; });
+        bool const isInQuery =
+            std::any_of(groups_.begin(), groups_.end(), [](Group const& group) { return group.isQuery; });
         Operand const operand = role_ == nullptr ? Operand::objects : role_->operand;
         bool const isAttribute = result_.command != nullptr && result_.command->keyword == "#attribute";
-        if (isInQuery || result_.command == nullptr || isAttribute) return addWord(begin, begin + text.size(), WordKind::other);
+        if (isInQuery || result_.command == nullptr || isAttribute)
+            return addWord(begin, begin + text.size(), WordKind::other);
         if (operand == Operand::name) return addWord(begin, begin + text.size(), WordKind::clockName, taDciObjClock);
-        bool const isValue = operand == Operand::number || operand == Operand::edges || (role_ == nullptr && isNumber(text));
+        bool const isValue =
+            operand == Operand::number || operand == Operand::edges || (role_ == nullptr && isNumber(text));
         if (isValue) return addWord(begin, begin + text.size(), WordKind::value);
         addWord(begin, begin + text.size(), WordKind::name, operand == Operand::clocks ? taDciObjClock : taDciObjName);
     }
@@ -217,7 +221,8 @@ private:
         Group const& group = groups_.back();
         end.query = group.query;
         end.isBraced = group.close != ']';
-        end.isQueryWord = group.isQuery && (!group.hasWord || (isInWord && result_.words.back().kind == WordKind::query));
+        end.isQueryWord =
+            group.isQuery && (!group.hasWord || (isInWord && result_.words.back().kind == WordKind::query));
     }
 
     std::string_view line_;
@@ -225,7 +230,7 @@ private:
     LineWords result_;
     std::vector<Group> groups_;
     OptionInfo const* role_ = nullptr;
-    bool inOperand_ = false;         // the operand of `role_` has begun
+    bool inOperand_ = false;        // the operand of `role_` has begun
     bool hasOtherCommand_ = false;  // the first word is no command of the file
 };
 

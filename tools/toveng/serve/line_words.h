@@ -18,22 +18,22 @@ struct Word {
     std::size_t end;
     WordKind kind;
     std::string_view text;
-    taDciObjTyp type;            ///< of a name: what it is looked for as
-    OptionInfo const* role;      ///< the option before it; null for what a command takes by itself
-    bool isLocal = false;        ///< its query is hierarchical
-    bool isJudged = true;        ///< its query names objects by nothing but their names
-    bool isBraced = false;       ///< in braces or quotes
+    taDciObjTyp type;        ///< of a name: what it is looked for as
+    OptionInfo const* role;  ///< the option before it; null for what a command takes by itself
+    bool isLocal = false;    ///< its query is hierarchical
+    bool isJudged = true;    ///< its query names objects by nothing but their names
+    bool isBraced = false;   ///< in braces or quotes
 };
 
 /// Where a line ends that is still being written.
 struct OpenEnd {
     bool isComment = false;
-    bool isFirstWord = false;     ///< the command is not written yet
-    bool isQueryWord = false;     ///< a bracket has just opened
-    bool isBraced = false;        ///< in braces or quotes
+    bool isFirstWord = false;          ///< the command is not written yet
+    bool isQueryWord = false;          ///< a bracket has just opened
+    bool isBraced = false;             ///< in braces or quotes
     QueryInfo const* query = nullptr;  ///< the query that is open
     OptionInfo const* role = nullptr;  ///< the option whose operand comes
-    std::size_t begin = 0;        ///< of the word that is being written, which may be empty
+    std::size_t begin = 0;             ///< of the word that is being written, which may be empty
 };
 
 /// The words of a line, with what each of them refers to. Views into the line.

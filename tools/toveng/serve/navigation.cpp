@@ -79,8 +79,8 @@ QJsonValue documentHighlight(Workspace const& workspace, QJsonObject const& para
     if (!subject) return {};
     QJsonArray highlights;
     for (Use const& use : subject->uses()) {
-        highlights.append(QJsonObject{{"range", rangeOf(workspace, document, use)},
-                                      {"kind", use.isDefinition ? write : read}});
+        highlights.append(
+            QJsonObject{{"range", rangeOf(workspace, document, use)}, {"kind", use.isDefinition ? write : read}});
     }
     return highlights;
 }

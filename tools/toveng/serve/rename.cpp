@@ -40,7 +40,8 @@ void refuseUnlessFree(Workspace const& workspace, OpenDocument const& document, 
                          });
     if (!isPlain) refuse(quoted(name) + " cannot be the name of a clock.");
     auto const isTaken = [&](std::vector<ClockDefinition> const& clocks) {
-        return std::any_of(clocks.begin(), clocks.end(), [&](auto const& clock) { return standsFor(name, clock.name); });
+        return std::any_of(clocks.begin(), clocks.end(),
+                           [&](auto const& clock) { return standsFor(name, clock.name); });
     };
     std::vector<SetFile const*> const files = filesBeside(workspace, document);
     bool const isInFile = std::any_of(files.begin(), files.end(), [&](auto* file) { return isTaken(clocksIn(*file)); });

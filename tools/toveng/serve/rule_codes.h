@@ -1,3 +1,17 @@
 #pragma once
+
 #include <string>
-namespace tool::lsp { inline bool isRuleCode(std::string const&) { return true; } }
+
+#include "tov/check.h"
+
+namespace tool::lsp {
+
+/// Whether a text is the code of a finding.
+inline bool isRuleCode(std::string const& text) {
+    for (int kind = kiri::tov::TOVFINDING_DROPPED_LINE; kind <= kiri::tov::TOVFINDING_MISSING_NAME; ++kind) {
+        if (text == kiri::tov::findingCode(static_cast<kiri::tov::TovFindingKind>(kind))) return true;
+    }
+    return false;
+}
+
+}  // namespace tool::lsp

@@ -70,14 +70,14 @@ int serve(Arguments const& arguments) {
     lsp::Input const input(STDIN_FILENO, channel, log);
     lsp::Output output(out, input, log);
     DesignLoader loader([&channel](DesignEvent event) { channel.push({Event(std::move(event))}); });
-    Server server({[&](QByteArray const& message) { output.send(message); },
-                   [](std::string const& line) { complain(line); },
-                   [&](int number, std::string path) {
-                       if (number == 0) return loader.stop();
-                       loader.load(number, std::move(path));
-                   },
-                   [&](DesignPtr design) { loader.dispose(std::move(design)); }},
-                  settings, QDir::currentPath().toStdString());
+    Server server(
+        {[&](QByteArray const& message) { output.send(message); }, [](std::string const& line) { complain(line); },
+         [&](int number, std::string path) {
+             if (number == 0) return loader.stop();
+             loader.load(number, std::move(path));
+         },
+         [&](DesignPtr design) { loader.dispose(std::move(design)); }},
+        settings, QDir::currentPath().toStdString());
     try {
         work(server, channel);
     } catch (Output::Closed const&) {

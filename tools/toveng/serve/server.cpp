@@ -49,8 +49,8 @@ Server::NotificationRow const Server::notifications[] = {
     {"workspace/didChangeWatchedFiles", &Server::changeWatchedFiles},
 };
 
-Server::Server(Outside outside, Settings commandLine, std::string folder) :
-    outside_(std::move(outside)), folder_(std::move(folder)) {
+Server::Server(Outside outside, Settings commandLine, std::string folder)
+    : outside_(std::move(outside)), folder_(std::move(folder)) {
     layers_.set(SettingLayers::commandLine, std::move(commandLine));
 }
 

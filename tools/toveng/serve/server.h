@@ -5,8 +5,8 @@
 #include <QJsonObject>
 #include <QStringList>
 #include <chrono>
-#include <functional>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>

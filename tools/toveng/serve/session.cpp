@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "input.h"
-#include "text.h"
 #include "serve/server.h"
+#include "text.h"
 
 namespace tool::lsp {
 

@@ -10,8 +10,8 @@
 #include <cstring>
 #include <utility>
 
-#include "text.h"
 #include "serve/framing.h"
+#include "text.h"
 
 namespace tool::lsp {
 

@@ -42,12 +42,12 @@ std::optional<Subject> Subject::at(Workspace const& workspace, OpenDocument cons
     return Subject(workspace, document, place.line, *word);
 }
 
-Subject::Subject(Workspace const& workspace, OpenDocument const& document, std::size_t line, Word const& word) :
-    workspace_(&workspace),
-    document_(&document),
-    text_(word.text),
-    type_(word.type),
-    use_{line, word.begin, word.end, word.kind == WordKind::clockName, isPattern(word.text)} {
+Subject::Subject(Workspace const& workspace, OpenDocument const& document, std::size_t line, Word const& word)
+    : workspace_(&workspace),
+      document_(&document),
+      text_(word.text),
+      type_(word.type),
+      use_{line, word.begin, word.end, word.kind == WordKind::clockName, isPattern(word.text)} {
     findClocks(word);
     if (!isClock_) findNodes(word);
 }
@@ -81,7 +81,8 @@ void Subject::findNodes(Word const& word) {
     workspace_->design->names().find(type_, text_, nodes_, matchOf(word));
     nodeSet_.insert(nodes_.begin(), nodes_.end());
     tryAll_ = nodes_.size() > most;
-    for (std::size_t i = 0; i < nodes_.size() && !tryAll_; ++i) addNames(workspace_->design->names().nameOf(*nodes_[i]));
+    for (std::size_t i = 0; i < nodes_.size() && !tryAll_; ++i)
+        addNames(workspace_->design->names().nameOf(*nodes_[i]));
 }
 
 // A plain word for an object is its path, a block that holds it, or its last levels. Bits read as their base.
@@ -137,8 +138,8 @@ std::vector<Use> Subject::uses() const {
         for (Word const& word : words.words) {
             bool const isDefinition = isClock_ && defines && clock->begin == word.begin;
             if (!isDefinition && !isUse(word)) continue;
-            uses.push_back({i, word.begin, word.end, isDefinition || word.kind == WordKind::clockName,
-                            isPattern(word.text)});
+            uses.push_back(
+                {i, word.begin, word.end, isDefinition || word.kind == WordKind::clockName, isPattern(word.text)});
         }
     }
     return uses;

@@ -63,7 +63,7 @@ private:
     std::vector<kiri::tov::TovNode const*> nodes_;
     std::unordered_set<std::string> names_;  // of the clocks, or what a plain word for one of the nodes may be
     std::unordered_set<kiri::tov::TovNode const*> nodeSet_;
-    bool tryAll_ = false;  // `names_` does not have them all
+    bool tryAll_ = false;                                   // `names_` does not have them all
     mutable std::unordered_map<std::string, bool> judged_;  // words of objects
 };
 
