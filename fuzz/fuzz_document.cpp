@@ -1,7 +1,9 @@
 // A whole constraint file: loaded, checked, saved, and loaded again.
 
+#include <algorithm>
+
 #include "fuzz/settle.h"
-#include "tov/check.h"
+#include "tov/names/name_check.h"
 #include "tov/tov.h"
 
 namespace {
@@ -10,9 +12,15 @@ using namespace kiri::tov;
 
 // The check finds where a load ends.
 void requireChecked(std::string const& path, bool loads) {
-    std::vector<TovFinding> findings;
-    fuzz::require(checkTovFile(path.c_str(), findings), "an existing file is checked");
-    bool const ends = !findings.empty() && findings.back().kind == TOVFINDING_ENDS_LOAD;
+    bool ends = false;
+    auto const visit = [&ends](TovFinding const& finding, std::string const& line, auto const&) {
+        std::string const message = findingMessage(finding, line);
+        bool const isLine = std::none_of(message.begin(), message.end(), [](char c) { return c >= 0 && c < ' '; });
+        fuzz::require(isLine && !message.empty() && message.size() <= 1000, "a message is one line", line, message);
+        ends = finding.kind == TOVFINDING_ENDS_LOAD;
+        return true;
+    };
+    fuzz::require(checkTovFile(path.c_str(), TovCheckOptions(), visit), "an existing file is checked");
     fuzz::require(ends != loads, "the check finds what ends the load");
 }
 

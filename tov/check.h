@@ -18,7 +18,8 @@ enum TovFindingKind : int {
     /// with unequal numbers of "[" and "]", or of "{" and "}".
     TOVFINDING_MISTAKEN_WORD = 5,
     TOVFINDING_ENDS_LOAD = 6,  ///< the load ends here by an exception
-    /// The saved line is read back as something else: as no command, as several, or as one that saves another line.
+    /// The saved line is read back, as a file, as something else: as no command, as several lines, or as a command that
+    /// saves another line.
     TOVFINDING_UNSTABLE_LINE = 7,
     TOVFINDING_MISSING_NAME = 8  ///< names an object that is not in the design; only checks with names find it
 };

@@ -176,7 +176,12 @@ bool LineChecker::checkText(std::string_view rawLine, Texts& texts) {
     saved_.clear();
     line.kind->append(saved_, *cmd_, document_);
     bool const isPlain = checkNames(line.command, texts[TOVFINDING_MISTAKEN_WORD]);
-    if (saved_ == line.text) return true;
+    if (saved_ == line.text) {
+        // As a file, a line that holds a line feed is two lines.
+        bool const isOneLine = isPlain || saved_.find('\n') == std::string::npos;
+        if (!isOneLine) texts[TOVFINDING_UNSTABLE_LINE] = saved_.substr(0, shownSize);
+        return true;
+    }
     std::size_t const prefix = startsWith(saved_, disablePrefix) ? disablePrefix.size() : 0;
     words_.compare(line.command, std::string_view(saved_).substr(prefix));
     addWords(texts[TOVFINDING_LOST_WORD], words_.lost());

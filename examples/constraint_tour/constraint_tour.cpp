@@ -9,10 +9,9 @@
 #include <iostream>
 #include <sstream>
 #include <string>
-#include <vector>
 
-#include "tov/check.h"
 #include "tov/cmd/commands.h"
+#include "tov/names/name_check.h"
 #include "tov/tov.h"
 
 using namespace kiri::tov;
@@ -83,14 +82,16 @@ std::string contentOf(std::string const& path) {
 // Reports what of the file the saved one will not have.
 void printFindings(char const* path) {
     constexpr std::size_t findingsShown = 20;
-    std::vector<TovFinding> findings;
-    checkTovFile(path, findings);
-    std::printf("what a load and a save of the file do not keep: %zu findings\n", findings.size());
-    for (std::size_t i = 0; i < findings.size() && i < findingsShown; ++i) {
-        TovFinding const& finding = findings[i];
-        std::printf("  line %zu, %s: %s\n", finding.line, findingCode(finding.kind), cut(finding.text).c_str());
-    }
-    if (findings.size() > findingsShown) std::printf("  ...\n");
+    std::size_t count = 0;
+    std::puts("what a load and a save of the file do not keep:");
+    auto const show = [&count](TovFinding const& finding, std::string const& line, auto const&) {
+        if (++count > findingsShown) return true;
+        std::printf("  line %zu: %s [%s]\n", finding.line, findingMessage(finding, line).c_str(),
+                    findingCode(finding.kind));
+        return true;
+    };
+    checkTovFile(path, TovCheckOptions(), show);
+    std::printf("  %zu findings\n", count);
 }
 
 bool saveTo(TOV& document, std::string const& path) {
