@@ -17,6 +17,8 @@ public:
     bool has(char const* option) const { return parser_.isSet(option); }
     /// Returns the last value of an option; empty if the option is not there.
     std::string value(char const* option) const { return parser_.value(option).toLatin1().toStdString(); }
+    /// Returns all values of an option that may come several times.
+    std::vector<std::string> values(char const* option) const;
     /// What is no option.
     std::vector<std::string> words() const;
     /// Returns the place of an option's value in `choices`, whose first entry is the default. Throws Trouble for any
@@ -37,5 +39,6 @@ int diff(Arguments const& arguments);
 int objects(Arguments const& arguments);
 int format(Arguments const& arguments);
 int serve(Arguments const& arguments);
+int import(Arguments const& arguments);
 
 }  // namespace tool

@@ -36,6 +36,7 @@ constexpr Command commands[] = {
      "Lists the objects of the design that words stand for."},
     {"format", format, 1, 1, "[OPTION...] FILE [-o OUT]", "Writes a constraint file as a save writes it."},
     {"serve", serve, 0, 0, "[OPTION...]", "Checks constraint files in an editor, as a language server."},
+    {"import", import, 1, any, "[OPTION...] [-o OUT] FILE...", "Runs SDC, which is Tcl, and writes a constraint file."},
 };
 
 struct Option {
@@ -60,6 +61,13 @@ constexpr Option options[] = {
     {"serve", "log", "FILE", "write the conversation with the editor to this file"},
     {"serve", "stdio", "", "use standard input and output, as always"},
     {"format", "o", "OUT", "write to this file, not to the one that was read"},
+    {"import", "define", "NAME=VALUE", "set a global variable before"},
+    {"import", "root", "DIR", "the folder that source may read, not those of the files"},
+    {"import", "time-unit", "UNIT", "the unit of times before set_units: ns, ps, 10ps"},
+    {"import", "limit", "SECONDS", "end the run after so long (60)"},
+    {"import", "drop", "OPTION,...", "write calls without these options that take no value: add_delay, setup"},
+    {"import", "format", "FORMAT", "the form of the findings: text or json"},
+    {"import", "o", "OUT", "write to this file, not to standard output"},
 };
 
 bool isOf(Option const& option, Command const& command) {
@@ -132,6 +140,12 @@ int run(int argc, char** argv) {
 }
 
 }  // namespace
+
+std::vector<std::string> Arguments::values(char const* option) const {
+    std::vector<std::string> values;
+    for (QString const& value : parser_.values(option)) values.push_back(value.toLatin1().toStdString());
+    return values;
+}
 
 std::vector<std::string> Arguments::words() const {
     std::vector<std::string> words;

@@ -1,0 +1,87 @@
+#include "comments.h"
+
+#include <algorithm>
+
+#include "tov/check.h"
+#include "tov/make_command.h"
+
+namespace tool::sdc {
+
+namespace {
+
+/// Drops a "\" at the end, which would take the next line into the comment.
+void dropContinuation(std::string& text) {
+    std::size_t const last = text.find_last_not_of('\\');
+    std::size_t const count = text.size() - (last == std::string::npos ? 0 : last + 1);
+    if (count % 2 != 0) text.pop_back();
+}
+
+template <class Visit>
+void forEachLine(std::string_view text, Visit const& visit) {
+    for (;;) {
+        std::size_t const end = text.find('\n');
+        visit(text.substr(0, end));
+        if (end == std::string_view::npos) return;
+        text.remove_prefix(end + 1);
+    }
+}
+
+/// Returns whether a line is more than a comment: an attribute or a disabled command.
+bool isCommand(std::string const& line) {
+    try {
+        return kiri::tov::makeCommand(line) != nullptr;
+    } catch (std::out_of_range const&) {
+        return true;
+    }
+}
+
+std::string heldComment(std::string_view text, bool isAfterCommand) {
+    std::string held(text);
+    dropContinuation(held);
+    std::string lines;
+    forEachLine(held, [&](std::string_view view) {
+        std::string const line(view);
+        bool const isKept = kiri::tov::checkTovLine(line).empty() && !(isAfterCommand && isCommand(line));
+        lines.append(isKept ? "" : "# ").append(line).append("\n");
+    });
+    return lines;
+}
+
+}  // namespace
+
+std::string commented(std::string_view text) {
+    std::string comment;
+    comment.reserve(text.size() + 3);
+    forEachLine(text, [&](std::string_view line) {
+        if (!comment.empty()) comment += '\n';
+        comment.append("# ").append(line);
+    });
+    dropContinuation(comment);
+    return comment + '\n';
+}
+
+std::string commentsIn(std::string_view text, bool startsInLine) {
+    std::string comments;
+    bool isAfterCommand = startsInLine;
+    std::size_t lineStart = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\n' || text[i] == '#') {
+            std::size_t end = i;
+            if (text[i] == '#') {
+                while (end < text.size() && text[end] != '\n') end += text[end] == '\\' ? 2 : 1;
+                end = std::min(end, text.size());
+                std::size_t const start = isAfterCommand ? i : lineStart;
+                comments += heldComment(text.substr(start, end - start), isAfterCommand);
+            }
+            lineStart = end + 1;
+            isAfterCommand = false;
+            i = end;
+        } else if (text[i] == '\\') {
+            lineStart = i + 2;  // of a line that goes on, which is blank so far
+            ++i;
+        }
+    }
+    return comments;
+}
+
+}  // namespace tool::sdc

@@ -1,0 +1,10 @@
+#include "../command.h"
+#include "../text.h"
+
+namespace tool {
+
+int import(Arguments const&) {
+    throw Trouble("import: this toveng was built without Tcl");
+}
+
+}  // namespace tool
