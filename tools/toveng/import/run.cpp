@@ -48,6 +48,29 @@ char const* endOfBroken(Tcl_Parse const& parse, char const* end) {
     return at;
 }
 
+constexpr int deepest = 500;
+
+/// Returns the end of the line in which the brackets of a command get too deep for Tcl to read; null if none do.
+char const* endOfDeep(char const* at, char const* end) {
+    int depth = 0;
+    for (; at < end && (*at != '\n' || depth > 0); ++at) {
+        if (*at == '\\') ++at;
+        else if (*at == '[' && ++depth > deepest) return std::find(at, end, '\n');
+        else if (*at == ']' && depth > 0) --depth;
+    }
+    return nullptr;
+}
+
+/// Returns whether a text has brackets within brackets so often that its commands need a look.
+bool isDeep(std::string const& text) {
+    int depth = 0;
+    for (char c : text) {
+        if (c == '[' && ++depth > deepest) return true;
+        if (c == ']' && depth > 0) --depth;
+    }
+    return false;
+}
+
 }  // namespace
 
 Run::Run(Request const& request, Outbox& out, Plan plan)
@@ -92,16 +115,21 @@ void Run::runText(File file, std::string const& bytes) {
     std::string const converted = isPlain ? std::string() : fromBytes(bytes);
     std::string const& text = isPlain ? bytes : converted;
 
+    bool const mayBeDeep = isDeep(text);
     char const* at = text.data();
     char const* const end = at + text.size();
     std::size_t line = 1;
     bool startsInLine = false;
     while (at < end) {
         Parse parse;
-        bool const isParsed = Tcl_ParseCommand(interp_, at, static_cast<int>(end - at), 0, &parse) == TCL_OK;
+        char const* const deepEnd = mayBeDeep ? endOfDeep(at, end) : nullptr;
+        bool const isParsed = deepEnd == nullptr &&
+                              Tcl_ParseCommand(interp_, at, static_cast<int>(end - at), 0, &parse) == TCL_OK;
+        if (deepEnd != nullptr) Tcl_SetObjResult(interp_, newText("too many nested brackets"));
         std::string const error = isParsed ? std::string() : bytesOf(Tcl_GetObjResult(interp_));
         char const* const start = parse.commandStart == nullptr ? at : parse.commandStart;
-        char const* next = isParsed ? start + parse.commandSize : endOfBroken(parse, end);
+        char const* next = isParsed ? start + parse.commandSize : deepEnd;
+        if (next == nullptr) next = endOfBroken(parse, end);
         bool const endsInSemicolon = isParsed && parse.commandSize > 0 && parse.term == next - 1 && *parse.term == ';';
         std::string_view const between(at, static_cast<std::size_t>(start - at));
         if (parse.commentSize > 0) keepComments(between, startsInLine);
