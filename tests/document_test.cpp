@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "support.h"
+#include "tov/edit.h"
 
 namespace {
 
@@ -93,32 +94,77 @@ TEST(Document, SavesListsThatACallerMixed) {
     }
 }
 
-TEST(Document, CommandsOfACallersClassAreWrittenAndGoListByList) {
-    struct Witness : TovCmdFalsePath {
-        Witness(TOV& owner, TOVCMD_TYPE list, std::string& report)
-            : TovCmdFalsePath(nullptr), document(owner), place(static_cast<char>('a' + list)), told(report) {}
-        // The library's own commands are no longer in any list.
-        ~Witness() override { told += document.getTovCmdList(TOVCMD_ATTRIBUTE)->size() == 2 ? place : '!'; }
-        std::string toSaveString(TOV*) override { return told += place, std::string(); }
-        TOV& document;
-        char place;
-        std::string& told;
+// A command of a caller's class, which looks at its document while it is saved and deleted.
+struct Witness : TovCmdFalsePath {
+    Witness(TOV& owner, TOVCMD_TYPE in, std::string& report)
+        : TovCmdFalsePath(nullptr), document(owner), list(in), told(report) {}
+    ~Witness() override { told += "deleted " + rest(); }
+    std::string toSaveString(TOV*) override { return told += "saved ", "witness"; }
+
+    // The lines of the later lists, and the comments.
+    std::string rest() {
+        std::string text = keywordOf(list) + std::string("\n");
+        forEachCommand(document, [&](TOVCMD_TYPE in, TovCmd& cmd) {
+            if (in > list) text += cmd.toSaveString(&document) + '\n';
+        });
+        return text + document.sdcCommentText + document.attributeCommentText;
+    }
+
+    TOV& document;
+    TOVCMD_TYPE list;
+    std::string& told;
+};
+
+TEST(Document, CommandsOfACallersClassFindTheLaterListsAndTheCommentsWhole) {
+    support::TempDir const dir;
+    std::string const file =
+        support::write(dir / "in", "# c\n#attribute a b c d e\n# a\nset_max_delay 1\ncreate_clock");
+    struct {
+        char const* name;
+        std::function<void(std::unique_ptr<TOV>&)> work;
+    } const ends[] = {
+        {"~TOV", [](auto& document) { document.reset(); }},
+        {"reset", [](auto& document) { document->reset(); }},
+        {"load", [&](auto& document) { document->load(file.c_str()); }},
+        {"read", [&](auto& document) { document->read(file.c_str()); }},
     };
+    for (auto const& end : ends) {
+        for (TOVCMD_TYPE list : {TOVCMD_CLOCK, TOVCMD_MINDELAY, TOVCMD_ATTRIBUTE}) {
+            for (bool pushed : {false, true}) {
+                SCOPED_TRACE(end.name + std::string(": ") + keywordOf(list) + (pushed ? " pushed" : " added"));
+                std::string told;
+                auto document = std::make_unique<TOV>();
+                document->load(file.c_str());
+                auto witness = std::make_unique<Witness>(*document, list, told);
+                std::string const expected = "deleted " + witness->rest();
+                if (pushed) {
+                    document->getTovCmdList(list)->push_front(witness.release());
+                } else {
+                    addCommand(*document, list, std::move(witness));
+                }
+                end.work(document);
+                EXPECT_EQ(told, expected);
+            }
+        }
+    }
+}
+
+TEST(Document, CommandsOfACallersClassGoListByList) {
     std::string told;
     TOV document;
     for (int round = 0; round < 2; ++round) {
-        for (TOVCMD_TYPE type : {TOVCMD_ATTRIBUTE, TOVCMD_FALSEPATH, TOVCMD_MAXDELAY, TOVCMD_CLOCK}) {
-            std::list<TovCmd*>& list = *document.getTovCmdList(type);
-            list.push_back(new TovCmdMaxDelay(1, nullptr));
-            list.push_back(new Witness(document, type, told));
-            list.push_back(new TovCmdAttr("#attribute a b c d e"));
+        for (TOVCMD_TYPE list : {TOVCMD_ATTRIBUTE, TOVCMD_FALSEPATH, TOVCMD_CLOCK}) {
+            addCommand(document, list, std::make_unique<Witness>(document, list, told));
+            addCommand(document, list, std::make_unique<TovCmdAttr>("#attribute a b c d e"));
         }
     }
     document.toSaveString();
-    EXPECT_EQ(std::exchange(told, {}), "bbggjjkk");
+    EXPECT_EQ(std::exchange(told, {}), "saved saved saved saved saved saved ");
     document.reset();
-    EXPECT_EQ(told, "bbggjjkk");
-    for (TOVCMD_TYPE type : allLists) EXPECT_TRUE(document.getTovCmdList(type)->empty());
+    std::string lists;
+    for (auto at = told.find("deleted "); at != told.npos; at = told.find("deleted ", at + 1)) lists += told[at + 8];
+    EXPECT_EQ(lists, "ccss##");
+    forEachCommand(document, [](TOVCMD_TYPE, TovCmd&) { FAIL(); });
 }
 
 TEST(Document, ParsingAddsCommandsAndResetKeepsTheCommentsAlone) {

@@ -1,11 +1,14 @@
 #pragma once
 
 #include <algorithm>
-#include <functional>
+#include <cstdint>
 #include <iterator>
+#include <tuple>
 #include <typeinfo>
+#include <utility>
 
 #include "tov/cmd/command_kind_p.h"
+#include "tov/document_lists_p.h"
 #include "tov/tov.h"
 
 namespace kiri::tov::impl_detail {
@@ -17,48 +20,69 @@ inline bool isLibraryCommand(CommandKind const& kind, TovCmd const& cmd) {
                                              [&type](CommandKind const& other) { return type == *other.type; });
 }
 
+/// A place in a list. Places are ordered as their commands were appended; those that a caller inserted come first, by
+/// their addresses.
+struct ListPlace {
+    std::list<TovCmd*>::iterator at;
+
+    std::uintptr_t address() const { return reinterpret_cast<std::uintptr_t>(&*at); }
+    friend bool operator<(ListPlace const& a, ListPlace const& b) {
+        return std::make_tuple(DocumentLists::orderOf(*a.at), a.address()) <
+               std::make_tuple(DocumentLists::orderOf(*b.at), b.address());
+    }
+};
+
 /// Calls visit(kind, place in the list) for the commands of all lists of a document, null entries skipped. It walks
-/// the lists together: each list in its own order, and of the lists' next places the one at the lowest address first.
+/// the lists together, each in its own order, and about in the order in which the commands were appended.
 ///
-/// A load leaves the commands on the heap in the order of their lines, each followed by its place in the list. Where
-/// the kinds of the lines alternate, a walk list by list crosses the whole heap once for each list and waits for memory
-/// at each step; this walk crosses it once. It compares the address of a place, which the place before it holds, and
-/// does not touch the command, which would be another step across the heap.
+/// A load takes the heap's blocks in the order of the lines: mostly one after the other, the place in the list after
+/// its command, and elsewhere for a while where an earlier document left a gap. A walk list by list crosses the whole
+/// heap once for each list and waits for memory at each step; this walk crosses it once.
+///
+/// Of the lists' next places it takes the one that follows the last place within 4 KiB. Its address is known from the
+/// place before it; what it holds is another step across the heap. Only where no place follows as closely does it
+/// look at the next commands of all lists, for the one that was appended first.
 ///
 /// `visit` may erase the place from its list. Where it returns false, the walk ends, and its result is false.
 template <class Visit>
 bool visitInMemoryOrder(TOV& document, Visit visit) {
     struct Rest {
         CommandKind const* kind;
-        std::list<TovCmd*>::iterator at;
+        ListPlace next;
         std::list<TovCmd*>::iterator end;
-
-        TovCmd* const* address() const { return &*at; }
     };
-    constexpr std::less<TovCmd* const*> below;
+    constexpr std::uintptr_t near = 4096;
 
     Rest rests[std::size(commandKinds)];
     Rest* end = rests;
     for (CommandKind const& kind : commandKinds) {
-        std::list<TovCmd*>& list = *document.getTovCmdList(kind.list);
-        if (!list.empty()) *end++ = {&kind, list.begin(), list.end()};
+        std::list<TovCmd*>& list = DocumentLists::of(document)[kind];
+        if (!list.empty()) *end++ = {&kind, {list.begin()}, list.end()};
     }
+    std::uintptr_t last = 0;
     while (end != rests) {
-        Rest* lowest = rests;
-        TovCmd* const* limit = nullptr;  // up to here the lowest rest stays the lowest; null: to its end
-        for (Rest* rest = rests + 1; rest != end; ++rest) {
-            TovCmd* const* higher = rest->address();
-            if (below(higher, lowest->address())) {
-                higher = lowest->address();
-                lowest = rest;
+        Rest* closest = nullptr;
+        std::uintptr_t step = near;
+        std::uintptr_t limit = near;  // a place of the closest list stays the closest if its step is smaller
+        for (Rest* rest = rests; rest != end; ++rest) {
+            std::uintptr_t distance = rest->next.address() - last;  // a lower address is far
+            if (distance < step) {
+                std::swap(distance, step);
+                closest = rest;
             }
-            if (limit == nullptr || below(higher, limit)) limit = higher;
+            limit = std::min(limit, distance);
         }
+        if (closest == nullptr) {
+            limit = 0;
+            closest = std::min_element(rests, end, [](Rest const& a, Rest const& b) { return a.next < b.next; });
+        }
+        std::uintptr_t const start = last;
         do {
-            auto const place = lowest->at++;
-            if (*place != nullptr && !visit(*lowest->kind, place)) return false;
-        } while (lowest->at != lowest->end && (limit == nullptr || below(lowest->address(), limit)));
-        if (lowest->at == lowest->end) *lowest = *--end;
+            auto const place = closest->next.at++;
+            last = ListPlace{place}.address();
+            if (*place != nullptr && !visit(*closest->kind, place)) return false;
+        } while (closest->next.at != closest->end && closest->next.address() - start < limit);
+        if (closest->next.at == closest->end) *closest = *--end;
     }
     return true;
 }

@@ -4,21 +4,32 @@
 #include <stdexcept>
 
 #include "tov/cmd/command_kind_p.h"
+#include "tov/command_walk_p.h"
+#include "tov/document_lists_p.h"
 
 namespace kiri::tov {
 
 using namespace impl_detail;
 
-char const* keywordOf(TOVCMD_TYPE list) {
+namespace {
+
+CommandKind const* kindOfList(TOVCMD_TYPE list) {
     for (CommandKind const& kind : commandKinds) {
-        if (kind.list == list) return kind.keyword.data();
+        if (kind.list == list) return &kind;
     }
-    return "";
+    return nullptr;
+}
+
+}  // namespace
+
+char const* keywordOf(TOVCMD_TYPE list) {
+    CommandKind const* const kind = kindOfList(list);
+    return kind == nullptr ? "" : kind->keyword.data();
 }
 
 void forEachCommand(TOV& document, std::function<void(TOVCMD_TYPE list, TovCmd& cmd)> const& visit) {
     for (CommandKind const& kind : commandKinds) {
-        std::list<TovCmd*>& list = *document.getTovCmdList(kind.list);
+        std::list<TovCmd*>& list = DocumentLists::of(document)[kind];
         auto at = list.begin();
         for (std::size_t left = list.size(); left > 0; --left) {
             // Step first: `visit` may take the command out of the list.
@@ -29,10 +40,11 @@ void forEachCommand(TOV& document, std::function<void(TOVCMD_TYPE list, TovCmd& 
 }
 
 TovCmd& addCommand(TOV& document, TOVCMD_TYPE list, std::unique_ptr<TovCmd> cmd) {
-    std::list<TovCmd*>* const cmds = document.getTovCmdList(list);
-    if (cmds == nullptr || cmd == nullptr) throw std::invalid_argument("addCommand: no such list, or no command");
-    cmds->push_back(cmd.get());
-    return *cmd.release();
+    CommandKind const* const kind = kindOfList(list);
+    if (kind == nullptr || cmd == nullptr) throw std::invalid_argument("addCommand: no such list, or no command");
+    DocumentLists& lists = DocumentLists::of(document);
+    if (!isLibraryCommand(*kind, *cmd)) lists.foreign = true;
+    return lists.append(*kind, std::move(cmd));
 }
 
 }  // namespace kiri::tov

@@ -14,8 +14,10 @@ namespace kiri::tov {
 TOVENG_API char const* keywordOf(TOVCMD_TYPE list);
 
 /// Calls `visit` with each command of the document and its list, in the order in which a save writes them; null entries
-/// are skipped. `visit` may change the command, take it out of its list, and append others: those in a later list are
-/// visited as well, those in the same list are not. Rethrows what `visit` throws.
+/// are skipped. `visit` may change any command, take the visited one out of its list, and append others: those in a
+/// later list are visited as well, those in the same list are not. Of the other commands of the same list it may take
+/// out none; the other lists are free to edit: an earlier one is done, and a later one is walked as it is then.
+/// Rethrows what `visit` throws.
 TOVENG_API void forEachCommand(TOV& document, std::function<void(TOVCMD_TYPE list, TovCmd& cmd)> const& visit);
 
 /// Appends a command to a list of the document, which owns it from then on, and returns it. std::invalid_argument for a

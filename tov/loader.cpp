@@ -14,7 +14,7 @@
 #include <string>
 
 #include "tov/constraint_line_p.h"
-#include "tov/edit.h"
+#include "tov/document_lists_p.h"
 #include "tov/file_headers_p.h"
 #include "tov/io/error_text_p.h"
 #include "tov/io/file_p.h"
@@ -43,7 +43,7 @@ public:
         std::unique_ptr<TovCmd> cmd;
         Result result = line.makeCommand(cmd);
         if (cmd == nullptr) return result;
-        addCommand(document_, line.kind->list, std::move(cmd));
+        DocumentLists::of(document_).append(*line.kind, std::move(cmd));
         enterSection(line.kind->list == TOVCMD_ATTRIBUTE);
         return result;
     }

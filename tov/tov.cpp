@@ -1,7 +1,10 @@
 #include "tov/tov.h"
 
+#include <utility>
+
 #include "tov/cmd/missing_value.h"
 #include "tov/command_walk_p.h"
+#include "tov/document_lists_p.h"
 #include "tov/file_headers_p.h"
 #include "tov/io/atomic_file_p.h"
 #include "tov/io/file_p.h"
@@ -19,35 +22,62 @@ void throwMissingValue(Result const& result) {
     if (result.is(failureMissingValue)) throw TovMissingValue();
 }
 
+// A destructor of a caller's class finds no deleted command in the list.
 void freeCommands(std::list<TovCmd*>& list) {
-    for (TovCmd* cmd : list) delete cmd;
-    list.clear();
+    while (!list.empty()) {
+        TovCmd* const cmd = list.front();
+        list.pop_front();
+        delete cmd;
+    }
+}
+
+// A document whose lists no caller has had access to holds the library's commands alone: it need not be walked.
+bool holdsCallersCommand(TOV& document) {
+    return DocumentLists::of(document).foreign &&
+           !visitInMemoryOrder(document, [](CommandKind const& kind, std::list<TovCmd*>::iterator place) {
+               return isLibraryCommand(kind, **place);
+           });
+}
+
+// Nobody observes the destruction of the library's own commands, so they go in the order of memory.
+void freeLibraryCommands(TOV& document) {
+    DocumentLists& lists = DocumentLists::of(document);
+    visitInMemoryOrder(document, [&lists](CommandKind const& kind, std::list<TovCmd*>::iterator place) {
+        delete *place;
+        lists[kind].erase(place);
+        return true;
+    });
+    for (std::list<TovCmd*>& list : lists.lists) list.clear();  // null entries
+}
+
+void empty(TOV& document, bool observed) {
+    DocumentLists& lists = DocumentLists::of(document);
+    if (observed) {
+        for (std::list<TovCmd*>& list : lists.lists) freeCommands(list);
+    } else {
+        freeLibraryCommands(document);
+    }
+    lists.appended = 0;
+    delete std::exchange(document.dci, nullptr);
 }
 
 }  // namespace
 
-TOV::TOV() : cmdLists_(new std::list<TovCmd*>[std::size(commandKinds)]) {}
+TOV::TOV() : lists_(std::make_unique<DocumentLists>()) {}
 
-// The large blocks go first: the C library merges all small blocks freed so far when a large one follows them, which
-// makes the destruction several times as long.
+// Unless a destructor of a caller's class may read them, the large blocks go first: the C library merges all small
+// blocks freed so far when a large one follows them, which makes the destruction several times as long.
 TOV::~TOV() {
-    std::string().swap(sdcCommentText);
-    std::string().swap(attributeCommentText);
-    reset();
+    bool const observed = holdsCallersCommand(*this);
+    if (!observed) {
+        std::string().swap(sdcCommentText);
+        std::string().swap(attributeCommentText);
+    }
+    empty(*this, observed);
 }
 
-// Nobody observes the destruction of the library's own commands, so delete them first, in the order of memory. Then
-// delete those of a caller's classes list by list.
 void TOV::reset() {
-    visitInMemoryOrder(*this, [this](CommandKind const& kind, std::list<TovCmd*>::iterator place) {
-        if (!isLibraryCommand(kind, **place)) return true;
-        delete *place;
-        getTovCmdList(kind.list)->erase(place);
-        return true;
-    });
-    for (CommandKind const& kind : commandKinds) freeCommands(*getTovCmdList(kind.list));
-    delete dci;
-    dci = nullptr;
+    empty(*this, holdsCallersCommand(*this));
 }
 
 bool TOV::load(char const* path) {
@@ -81,7 +111,7 @@ bool TOV::read(char const* path, TovProgress const& progress, std::string* error
 bool TOV::parseTovFile(char const* path) {
     if (!exists(path)) return false;
     // The other lists keep their commands: the file's are added to them.
-    freeCommands(*getTovCmdList(TOVCMD_ATTRIBUTE));
+    freeCommands((*lists_)[attributeKind]);
     Result const result = readTovFile(*this, path, {});
     throwMissingValue(result);
     return result.ok();
@@ -107,7 +137,9 @@ bool TOV::saveAtomically(char const* path, std::string* error) {
 
 std::list<TovCmd*>* TOV::getTovCmdList(TOVCMD_TYPE type) {
     auto const index = static_cast<std::size_t>(type) - 1;  // TOVCMD_NONE wraps around
-    return index < std::size(commandKinds) ? &cmdLists_[index] : nullptr;
+    if (index >= std::size(commandKinds)) return nullptr;
+    lists_->foreign = true;
+    return &lists_->lists[index];
 }
 
 ppStlList<char*>* TOV::getErrorList() {

@@ -12,6 +12,9 @@
 namespace kiri::tov {
 
 class TovCmd;
+namespace impl_detail {
+struct DocumentLists;
+}
 
 /// A constraint file in memory: its commands by kind and in file order, and its comments.
 ///
@@ -26,13 +29,15 @@ class TovCmd;
 class TOVENG_API TOV {
 public:
     TOV();
-    /// Deletes the commands and `dci`.
+    /// Resets the document; a destructor of a caller's class finds the comments as they are.
     ~TOV();
     TOV(TOV const&) = delete;
     TOV& operator=(TOV const&) = delete;
 
-    /// Deletes all commands and the database object. The comments stay. The library's own commands go first; those of a
-    /// caller's classes then go list by list.
+    /// Deletes all commands and then the database object. The comments stay. Where a list holds a command of a caller's
+    /// class, the commands go list by list in the order of TOVCMD_TYPE, each list from its front: while a command goes,
+    /// it is in no list, and the later commands and lists are whole. Else the order is not specified. load() and read()
+    /// reset in the same way.
     void reset();
 
     /// Replaces the content by that of the file and calls `progress` meanwhile, unless it is empty. Returns true, with
@@ -104,7 +109,9 @@ public:
     std::string attributeCommentText;  ///< comment lines of the attribute section, likewise
 
 private:
-    std::unique_ptr<std::list<TovCmd*>[]> cmdLists_;  // one for each kind; their number is no part of the layout
+    friend struct impl_detail::DocumentLists;
+
+    std::unique_ptr<impl_detail::DocumentLists> lists_;
 
 public:
     taDci* dci = nullptr;  ///< owned; set by the application alone

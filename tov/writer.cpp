@@ -10,6 +10,7 @@
 #include <new>
 
 #include "tov/command_walk_p.h"
+#include "tov/document_lists_p.h"
 #include "tov/file_headers_p.h"
 
 namespace kiri::tov::impl_detail {
@@ -81,19 +82,18 @@ bool appendInMemoryOrder(LinesOfLists& lines, TOV& document) {
 
 // Returns whether a walk list by list crosses the heap only once.
 bool liesListByList(TOV& document) {
-    constexpr std::less<TovCmd* const*> below;
-    TovCmd* const* last = nullptr;
+    std::list<TovCmd*>* before = nullptr;
     for (CommandKind const& kind : commandKinds) {
-        std::list<TovCmd*> const& list = *document.getTovCmdList(kind.list);
+        std::list<TovCmd*>& list = DocumentLists::of(document)[kind];
         if (list.empty()) continue;
-        if (last != nullptr && below(&list.front(), last)) return false;
-        last = &list.back();
+        if (before != nullptr && ListPlace{list.begin()} < ListPlace{std::prev(before->end())}) return false;
+        before = &list;
     }
     return true;
 }
 
 void appendList(std::string& text, CommandKind const& kind, TOV& document) {
-    for (TovCmd* cmd : *document.getTovCmdList(kind.list)) {
+    for (TovCmd* cmd : DocumentLists::of(document)[kind]) {
         if (cmd == nullptr) continue;
         std::size_t const before = text.size();
         kind.append(text, *cmd, document);
@@ -105,7 +105,7 @@ void appendList(std::string& text, CommandKind const& kind, TOV& document) {
 std::size_t usualSizeOf(CommandKind const& kind, TOV& document) {
     constexpr std::size_t enough = 16;
     constexpr std::size_t longest = 1000;  // a few longer lines do not predict the others
-    std::list<TovCmd*> const& list = *document.getTovCmdList(kind.list);
+    std::list<TovCmd*> const& list = DocumentLists::of(document)[kind];
     std::string lines;
     std::size_t count = 0;
     for (TovCmd* cmd : list) {

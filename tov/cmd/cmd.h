@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "platform/dci.h"
@@ -8,6 +9,9 @@
 namespace kiri::tov {
 
 class TOV;
+namespace impl_detail {
+struct DocumentLists;
+}
 
 /// A command of a constraint file. It owns the object references in its lists and frees them when it is destroyed.
 ///
@@ -45,7 +49,13 @@ public:
     static std::string encloseBracket(char const* text);
 
     bool enabled = true;  ///< false: written with the prefix "#disable ", an attribute with "-disable" at its end
-    std::string note;     ///< free text; never written
+
+private:
+    friend struct impl_detail::DocumentLists;
+    std::uint32_t order_ = 0;  // the place among the commands that the library appended to a document; 0: none
+
+public:
+    std::string note;  ///< free text; never written
 
 protected:
     TovCmd() = default;
