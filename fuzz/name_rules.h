@@ -245,7 +245,8 @@ inline bool fitsPath(Word const& word, Levels path, Kind kind, TovNameMatch matc
         unsigned long index = 0;
         std::optional<Levels> const base = withoutIndex(path, &index);
         if (word.isRange) {
-            bool const isIn = base && word.low <= index && index <= word.high && index <= INT_MAX;
+            bool const hasBase = base && (!base->back().empty() || (match == TOVMATCH_FLAT && base->size() > 1));
+            bool const isIn = hasBase && word.low <= index && index <= word.high && index <= INT_MAX;
             if (hasBits && isIn && fitsLevels(word, *base, kind, match)) return true;
         } else if (fitsLevels(word, path, kind, match)) {
             return true;

@@ -46,7 +46,9 @@ protected:
         for (TovNameUse const& use : uses) {
             text += (text.empty() ? "" : "\n") + (use.role + (":" + std::to_string(use.type))) + " " + use.word;
             if (use.match == TOVMATCH_LOCAL) text += " local";
-            if (missing.empty() || missing.front().role != use.role || missing.front().word != use.word) continue;
+            if (missing.empty() || missing.front().role != use.role || missing.front().word != use.word ||
+                missing.front().match != use.match)
+                continue;
             text += " missing";
             missing.erase(missing.begin());
         }

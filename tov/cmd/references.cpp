@@ -1,35 +1,18 @@
 #include "tov/cmd/references.h"
 
 #include <algorithm>
-
 #include <string_view>
 
-#include "tov/base/text_p.h"
-#include "tov/base/tokenizer_p.h"
 #include "tov/cmd/command_kind_p.h"
 #include "tov/cmd/commands.h"
 #include "tov/cmd/obj_list_p.h"
+#include "tov/cmd/object_words_p.h"
 
 namespace kiri::tov {
 
 using namespace impl_detail;
 
 namespace {
-
-// The first word of a plain name without its braces, or the first name of a query that is kept as a plain name.
-std::string_view firstName(std::string_view expression) {
-    bool const isQuery = startsWith(expression, "[");
-    WordCursor words(expression);
-    std::string_view word;
-    if (!words.next(word) || !isQuery) return word;
-    if (!startsWith(word, "get_")) return {};
-    while (words.next(word)) {
-        if (startsWith(word, "-")) continue;
-        WordCursor names(word);
-        if (names.next(word)) return word;
-    }
-    return {};
-}
 
 // What a group or a quoted word holds.
 std::string_view withoutBraces(std::string_view word) {
@@ -41,11 +24,12 @@ std::string_view withoutBraces(std::string_view word) {
 }
 
 std::string clockOf(std::string const& name, ppStlList<taDciObj*> const& targets) {
-    if (!name.empty()) return std::string(withoutBraces(name));
-    if (targets.empty() || targets.front() == nullptr) return {};
-    taDciObj const& target = *targets.front();
-    std::string_view const word = orEmpty(target.name);
-    return std::string(target.type == taDciObjName ? firstName(word) : word);
+    std::string_view const own = withoutBraces(name);
+    if (!own.empty()) return std::string(own);
+    for (ObjectWord const& word : objectWords(targets)) {
+        if (word.isTarget) return std::string(word.text);
+    }
+    return {};
 }
 
 }  // namespace

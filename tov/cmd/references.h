@@ -28,8 +28,9 @@ TOVENG_API std::vector<TovReferences> referencesOf(TovCmd& cmd);
 /// old ones. std::bad_alloc leaves the list as it was.
 TOVENG_API void replaceReferences(ppStlList<taDciObj*>& list, std::string const& expression, bool source);
 
-/// Returns the clock that a TovCmdClockDef or TovCmdGenClockDef defines: its `clockName` without braces or, if that is
-/// empty, the first name in its first target. "" if there is none, and for any other command.
+/// Returns the clock that a TovCmdClockDef or TovCmdGenClockDef defines: its `clockName` without braces and quotes or,
+/// if that is empty, the first name in its targets. Options, the value of -hsc, "list" and the keywords of queries are
+/// not names, and a query with -of_objects or -filter has none. "" if there is none, and for any other command.
 TOVENG_API std::string definedClock(TovCmd& cmd);
 
 }  // namespace kiri::tov

@@ -53,7 +53,7 @@ private:
     };
     using Entries = std::vector<Entry>;
 
-    Questions::Question questionOf(ReferenceWord const& word) const { return Questions::of(word, match_); }
+    Questions::Question questionOf(ReferenceWord const& word) const { return Questions::of(word); }
     TovNameUse useOf(TovCmd& cmd, ReferenceWord const& word) const {
         return {&cmd, word.role, word.type, std::string(word.text), questionOf(word).match};
     }
@@ -91,7 +91,7 @@ std::uint8_t TovDocumentNames::Index::roleIndex(char const* role) {
 void TovDocumentNames::Index::add(TovCmd& cmd) {
     remove(cmd);
     if (unused_ > uses_.size() / 4 + 1000) dropUnused();
-    std::vector<ReferenceWord> const words = referenceWords(cmd);
+    std::vector<ReferenceWord> const words = referenceWords(cmd, match_);
     std::size_t const first = uses_.size();
     if (first + words.size() > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
     try {
@@ -175,7 +175,7 @@ bool TovDocumentNames::Index::isFound(Questions::Question const& question) {
 
 std::vector<TovNameUse> TovDocumentNames::Index::usesIn(TovCmd& cmd) {
     std::vector<TovNameUse> uses;
-    for (ReferenceWord const& word : referenceWords(cmd)) {
+    for (ReferenceWord const& word : referenceWords(cmd, match_)) {
         if (!holdsVariable(word.text) || isFound(questionOf(word))) uses.push_back(useOf(cmd, word));
     }
     return uses;
@@ -183,7 +183,7 @@ std::vector<TovNameUse> TovDocumentNames::Index::usesIn(TovCmd& cmd) {
 
 std::vector<TovNameUse> TovDocumentNames::Index::missingIn(TovCmd& cmd) {
     std::vector<TovNameUse> uses;
-    for (ReferenceWord const& word : referenceWords(cmd)) {
+    for (ReferenceWord const& word : referenceWords(cmd, match_)) {
         if (!holdsVariable(word.text) && !isFound(questionOf(word))) uses.push_back(useOf(cmd, word));
     }
     return uses;

@@ -39,9 +39,9 @@ public:
     std::vector<TovNameUse> const& in(TovCmd& cmd) {
         missing_.clear();
         if (!cmd.enabled) return missing_;
-        for (ReferenceWord const& word : referenceWords(cmd)) {
+        for (ReferenceWord const& word : referenceWords(cmd, match_)) {
             if (holdsVariable(word.text)) continue;
-            Questions::Question const question = Questions::of(word, match_);
+            Questions::Question const question = Questions::of(word);
             if (isFound(questions_.put(question))) continue;
             missing_.push_back({&cmd, word.role, word.type, std::string(word.text), question.match});
         }

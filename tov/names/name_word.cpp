@@ -213,7 +213,7 @@ bool NameWord::fitsAsBit(Part const& part, std::string_view text) const {
     Part const base{part.begin, std::min(part.end, rangeBegin_), std::min(part.wild, rangeBegin_)};
     if (!hasPrefix(base, text)) return false;
     for (auto bit = BitName::of(text); bit; bit = BitName::of(bit->base)) {
-        if (hasRange() && isInRange(bit->index) && fits(base, bit->base)) return true;
+        if (hasRange() && !bit->base.empty() && isInRange(bit->index) && fits(base, bit->base)) return true;
         if (!bit->hasBase()) return false;
         if (fits(part, bit->base)) return true;
     }

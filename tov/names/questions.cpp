@@ -32,10 +32,9 @@ taDciObjTyp lookedForAs(taDciObjTyp type) {
 
 }  // namespace
 
-Questions::Question Questions::of(ReferenceWord const& word, TovNameMatch match) {
-    if (word.isLocal) match = TOVMATCH_LOCAL;
-    bool const isMatch = match == TOVMATCH_LOCAL || match == TOVMATCH_FLAT;
-    return {lookedForAs(word.type), isMatch ? match : TOVMATCH_LEVELS, word.text};
+Questions::Question Questions::of(ReferenceWord const& word) {
+    bool const isMatch = word.match == TOVMATCH_LOCAL || word.match == TOVMATCH_FLAT;
+    return {lookedForAs(word.type), isMatch ? word.match : TOVMATCH_LEVELS, word.text};
 }
 
 std::uint32_t Questions::hashOf(std::string_view word) {

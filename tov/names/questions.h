@@ -28,8 +28,8 @@ public:
         bool isFoundIn(TovDesignNames const& names) const { return names.has(type, std::string(word), match); }
     };
 
-    /// Returns the question of a word, in a document whose words are matched by `match`.
-    static Question of(ReferenceWord const& word, TovNameMatch match);
+    /// Returns the question of a word.
+    static Question of(ReferenceWord const& word);
 
     /// Returns the number of a question; adds it unless it is there.
     Id put(Question const& question);
