@@ -1,6 +1,7 @@
 // How a line and its saved line are compared:
 //
-//   1. Both are split into words. Equal words at the end of both are dropped, which settles most lines.
+//   0. Most lines have the words of the saved line in its order: then nothing differs.
+//   1. Both are split into words. Equal words at the end of both are dropped, which settles most of the rest.
 //   2. What is left is sorted. Equal words are dropped in pairs, the last ones of a line first: the last value of an
 //      option is the one that is saved.
 //   3. The rest of the line is lost, the rest of the saved line is added.
@@ -38,6 +39,34 @@ bool isEqual(Word const& a, Word const& b) {
 bool isLess(Word const& a, Word const& b) {
     if (a.isNumber != b.isNumber) return a.isNumber;
     return a.isNumber ? a.value < b.value : a.text < b.text;
+}
+
+/// Walks over the words of a text.
+class WordWalk {
+public:
+    explicit WordWalk(std::string_view text) : at_(text.data()), end_(at_ + text.size()) {}
+
+    /// Returns the next word; an empty one at the end of the text.
+    std::string_view next() {
+        while (at_ != end_ && WordComparison::endsWord(*at_)) ++at_;
+        char const* const first = at_;
+        while (at_ != end_ && !WordComparison::endsWord(*at_)) ++at_;
+        return {first, static_cast<std::size_t>(at_ - first)};
+    }
+
+private:
+    char const* at_;
+    char const* end_;
+};
+
+// Returns whether two texts have equal words in one order.
+bool haveEqualWords(std::string_view a, std::string_view b) {
+    for (WordWalk left(a), right(b);;) {
+        std::string_view const word = left.next();
+        std::string_view const other = right.next();
+        if (word != other && !isEqual(Word(word), Word(other))) return false;
+        if (word.empty()) return true;
+    }
 }
 
 // Drops equal words at the end of both lines.
@@ -115,17 +144,15 @@ bool WordComparison::endsWord(char c) {
 }
 
 void WordComparison::appendWords(Words& words, std::string_view text) {
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        std::size_t const first = at;
-        while (at < text.size() && !endsWord(text[at])) ++at;
-        if (at > first) words.emplace_back(text.substr(first, at - first));
-    }
+    WordWalk walk(text);
+    for (std::string_view word = walk.next(); !word.empty(); word = walk.next()) words.emplace_back(word);
 }
 
 void WordComparison::compare(std::string_view line, std::string_view saved) {
     lost_.clear();
     changed_.clear();
     added_.clear();
+    if (haveEqualWords(line, saved)) return;
     appendWords(lost_, line);
     appendWords(added_, saved);
     dropCommonEnd(lost_, added_);
