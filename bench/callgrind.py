@@ -49,6 +49,6 @@ def row(operation, path):
 
 def table(profiles):
     """A table with a row for each (operation, path of its profile)."""
-    rows = ["| operation | " + " | ".join(name for name, _ in GROUPS) + " | its dearest own functions |",
+    rows = ["| operation | " + " | ".join(name for name, _ in GROUPS) + " | most expensive own functions |",
             "|---" * (len(GROUPS) + 2) + "|"]
     return "\n".join(rows + [row(operation, path) for operation, path in profiles])

@@ -227,7 +227,7 @@ inline bool fitsLevels(Word const& word, Levels const& path, Kind kind, TovNameM
     return std::equal(word.levels.begin(), word.levels.end(), path.end() - static_cast<std::ptrdiff_t>(size), fits);
 }
 
-/// Returns the path without the index at its end; none if it is no bit.
+/// Returns the path without the index at its end; none if it is not a bit.
 inline std::optional<Levels> withoutIndex(Levels path, unsigned long* index = nullptr) {
     std::string& last = path.back();
     std::size_t const open = last.rfind('[');

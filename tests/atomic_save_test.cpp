@@ -1,4 +1,4 @@
-// The save that replaces a file: what it keeps, what it refuses, and what it leaves behind when something fails.
+// The save that replaces a file: what it keeps, what it refuses, and what it leaves when something fails.
 
 #include <grp.h>
 #include <gtest/gtest.h>

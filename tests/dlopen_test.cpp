@@ -92,7 +92,7 @@ bool worksAndUnloads(void* library, char const* path) {
     return works && gone;
 }
 
-// Whether loads after the first leave nothing behind: no key, and no text of the thread that unloads.
+// Whether loads after the first leave nothing: no key, and no text of the thread that unloads.
 bool givesBack(char const* path) {
     std::string const longText(1'000'000, 'x');
     std::size_t const keys = freeKeys();

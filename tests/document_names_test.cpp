@@ -31,7 +31,7 @@ protected:
         return loaded;
     }
 
-    // Adds the command of a line; what is no line is an expression after "-from".
+    // Adds the command of a line; any other text is an expression after "-from".
     TovCmd& add(std::string const& line) {
         TOVCMD_TYPE list = TOVCMD_NONE;
         if (std::unique_ptr<TovCmd> cmd = makeCommand(line, &list)) return addCommand(document, list, std::move(cmd));

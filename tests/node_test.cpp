@@ -33,7 +33,7 @@ TEST(Node, HierarchyNames) {
     EXPECT_EQ(bus.hierachyName('|'), "u1|q[4:4]");
 }
 
-// The base and the index of a bit's name; what is no bit's name leaves both results alone.
+// The base and the index of a bit's name; any other name leaves both results alone.
 std::string bitOf(std::string const& name) {
     int index = -5;
     std::string base = "before";

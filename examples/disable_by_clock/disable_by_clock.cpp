@@ -34,7 +34,7 @@ public:
     bool isIn(TovCmd& cmd) const { return count(join_->usesIn(cmd)) > count(join_->missingIn(cmd)); }
 
 private:
-    // The targets of a clock and the objects of a delay, which have no role, are no clocks.
+    // Lists without a role, the targets of a clock and the objects of a delay, do not use clocks.
     static std::ptrdiff_t count(std::vector<TovNameUse> const& uses) {
         return std::count_if(uses.begin(), uses.end(), [](TovNameUse const& use) { return *use.role != '\0'; });
     }
