@@ -1,11 +1,12 @@
-#include <QJsonArray>
-#include <array>
-#include <utility>
+#include <fstream>
+#include <iterator>
+#include <list>
+#include <optional>
+#include <set>
 
 #include "command.h"
-#include "findings.h"
+#include "set_check.h"
 #include "text.h"
-#include "tov/version.h"
 
 using namespace kiri::tov;
 
@@ -13,155 +14,144 @@ namespace tool {
 
 namespace {
 
-QJsonObject sarifTool() {
-    QJsonArray rules;
-    for (Code const& code : codes) {
-        bool const isError = code.kind == TOVFINDING_ENDS_LOAD;
-        rules.append(QJsonObject{{"id", code.name},
-                                 {"shortDescription", QJsonObject{{"text", code.text}}},
-                                 {"defaultConfiguration", QJsonObject{{"level", isError ? "error" : "warning"}}}});
+// Sets the codes that any of the lists of an option has.
+CodeSet codesIn(std::vector<std::string> const& lists) {
+    CodeSet codes;
+    for (std::string const& list : lists) {
+        for (QString const& name : toText(list).split(',')) {
+            Rule const* const rule = findRule(name.toStdString());
+            if (rule == nullptr) throw Trouble("unknown code '" + name.toStdString() + "'; toveng(1) has the codes");
+            codes.set(rule->code, true);
+        }
     }
-    return {{"driver", QJsonObject{{"name", "toveng"}, {"version", versionText()}, {"rules", rules}}}};
+    return codes;
 }
 
-// A relative path stays one: whoever reads the report knows the folder.
-QString sarifUri(std::string const& file) {
-    QByteArray const path(file.data(), static_cast<int>(file.size()));
-    return (path.startsWith('/') ? "file://" : "") + QString::fromLatin1(path.toPercentEncoding("/"));
+CodeSet selectedCodes(Arguments const& arguments) {
+    CodeSet codes = arguments.has("select") ? codesIn(arguments.values("select")) : CodeSet(true);
+    CodeSet const ignored = codesIn(arguments.values("ignore"));
+    if (ignored.has(Code::endsLoad)) throw Trouble("ends-load cannot be ignored: what comes after it was not read");
+    for (Rule const& rule : rules) {
+        if (ignored.has(rule.code)) codes.set(rule.code, false);
+    }
+    codes.set(Code::endsLoad, true);
+    return codes;
 }
 
-QJsonObject sarifResult(std::string const& file, TovFinding const& finding, std::string const& message) {
-    QJsonObject const location{{"artifactLocation", QJsonObject{{"uri", sarifUri(file)}}},
-                               {"region", QJsonObject{{"startLine", static_cast<qint64>(finding.line)}}}};
-    return {{"ruleId", codeOf(finding.kind).name},
-            {"ruleIndex", finding.kind - 1},
-            {"level", finding.kind == TOVFINDING_ENDS_LOAD ? "error" : "warning"},
-            {"message", QJsonObject{{"text", toText(message)}}},
-            {"locations", QJsonArray{QJsonObject{{"physicalLocation", location}}}}};
+std::size_t mostIn(Arguments const& arguments) {
+    if (!arguments.has("max")) return ~std::size_t{0};
+    bool isNumber = false;
+    quint64 const most = toText(arguments.value("max")).toULongLong(&isNumber);
+    if (!isNumber) throw Trouble("--max '" + arguments.value("max") + "' is not a number");
+    return most;
 }
 
-QJsonObject jsonFinding(std::string const& file, TovFinding const& finding, std::string const& message) {
-    return {{"file", toText(file)},
-            {"line", static_cast<qint64>(finding.line)},
-            {"code", codeOf(finding.kind).name},
-            {"text", toText(finding.text)},
-            {"message", toText(message)}};
+Baseline readBaseline(std::string const& path) {
+    Input const input(path, Content::any);
+    std::ifstream file(input.path(), std::ios::binary);
+    std::string const text{std::istreambuf_iterator<char>(file), {}};
+    try {
+        return Baseline(QByteArray::fromStdString(text));
+    } catch (Trouble const& trouble) {
+        throw Trouble(path + ": " + trouble.what());
+    }
 }
 
-enum class Form : std::size_t { text, json, sarif };
+// "3 findings: 1 unknown-command, 2 lost-word".
+std::string summary(CheckCounts const& counts, std::size_t count) {
+    if (count == 0) return "no findings";
+    std::string text = std::to_string(count) + (count == 1 ? " finding" : " findings");
+    char const* joint = ": ";
+    for (Rule const& rule : rules) {
+        std::size_t const number = counts.of[indexOf(rule.code)];
+        if (number > 0) text += std::exchange(joint, ", ") + std::to_string(number) + " " + rule.name;
+    }
+    return text;
+}
 
-/// Prints findings as they come, and counts them.
-class Report {
+/// Opens the files of a call and checks them, as one set or each by itself.
+class Run {
 public:
-    /// Prints the first `most` findings.
-    Report(Form form, std::size_t most) : form_(form), most_(most) {
-        if (form_ == Form::json) tool::print("{\"findings\": [");
-        if (form_ != Form::sarif) return;
-        tool::print(
-            R"({"$schema": "https://json.schemastore.org/sarif-2.1.0.json", "version": "2.1.0", "runs": [{"tool": )");
-        tool::print(sarifTool());
-        tool::print(", \"results\": [");
-    }
+    Run(CheckOptions const& options, Report& report) : options_(options), report_(report) {}
 
-    /// Counts a finding, and prints it with the message that `message` makes.
-    template <class Message>
-    void add(std::string const& file, TovFinding const& finding, Message const& message) {
-        if (count_ < most_) print(file, finding, message());
-        ++count_;
-        ++countOf_[static_cast<std::size_t>(finding.kind - 1)];
-    }
-
-    /// Ends the text on standard output. `whole` tells whether all files were read.
-    void finish(bool whole) {
-        if (form_ == Form::json) tool::print("\n]}\n");
-        if (form_ == Form::sarif) {
-            std::string const successful = whole ? "true" : "false";
-            tool::print("\n], \"invocations\": [{\"executionSuccessful\": " + successful + "}]}]}\n");
+    void check(std::vector<std::string> const& names, Design const* design, bool each) {
+        std::vector<std::optional<Input>> inputs;
+        std::uint64_t size = 0;
+        for (std::string const& name : names) {
+            inputs.push_back(open(name));
+            if (inputs.back()) size += inputs.back()->size();
         }
-        flushOutput();
-    }
-
-    std::size_t count() const { return count_; }
-
-    /// "3 findings: 1 unknown-command, 2 lost-word".
-    std::string counts() const {
-        if (count_ == 0) return "no findings";
-        std::string text = std::to_string(count_) + (count_ == 1 ? " finding" : " findings");
-        char const* joint = ": ";
-        for (Code const& code : codes) {
-            std::size_t const count = countOf_[static_cast<std::size_t>(code.kind - 1)];
-            if (count > 0) text += std::exchange(joint, ", ") + std::to_string(count) + " " + code.name;
+        SlowProgress progress(size);
+        std::optional<SetCheck> set;
+        for (std::size_t i = 0; i < inputs.size(); ++i) {
+            if (i == 0 || each) set.emplace(options_, design, report_, counts_);
+            inputs[i] ? set->read(*inputs[i], progress) : set->setCut();
+            progress.clear();
+            if (each || i + 1 == inputs.size()) set->tell();
         }
-        return text;
     }
+
+    CheckCounts const& counts() const { return counts_; }
+    std::size_t opened() const { return opened_; }
 
 private:
-    void print(std::string const& file, TovFinding const& finding, std::string const& message) {
-        if (form_ == Form::text) return printFinding(stdout, file, finding, message);
-        tool::print(count_ == 0 ? "\n" : ",\n");
-        tool::print((form_ == Form::json ? jsonFinding : sarifResult)(file, finding, message));
+    std::optional<Input> open(std::string const& name) {
+        try {
+            Input input(name, Content::constraints);
+            ++opened_;
+            return input;
+        } catch (Trouble const& trouble) {
+            report_.addTrouble(trouble.what());
+            return std::nullopt;
+        }
     }
 
-    Form form_;
-    std::size_t most_;
-    std::size_t count_ = 0;
-    std::array<std::size_t, codeCount> countOf_{};
+    CheckOptions const& options_;
+    Report& report_;
+    CheckCounts counts_;
+    std::size_t opened_ = 0;
 };
 
-/// For each code whether it is left out.
-std::array<bool, codeCount> ignoredIn(QString const& text) {
-    QStringList names = text.split(',');
-    std::array<bool, codeCount> ignored{};
-    for (std::size_t i = 0; i < codeCount; ++i) ignored[i] = names.removeAll(codes[i].name) > 0;
-    if (!names.isEmpty()) throw Trouble("unknown code '" + names.front().toStdString() + "'; toveng(1) has the codes");
-    return ignored;
+std::string baselineSummary(Baseline const& baseline, std::vector<std::string> const& names, CodeSet const& codes,
+                            std::size_t leftOut) {
+    std::set<std::string> files;
+    for (std::string const& name : names) files.insert(toText(name).toStdString());
+    return "; left out by the baseline: " + std::to_string(leftOut) +
+           "; gone from it: " + std::to_string(baseline.gone(files, codes));
 }
 
 }  // namespace
 
-void printFinding(std::FILE* out, std::string const& file, TovFinding const& finding, std::string const& message) {
-    std::fprintf(out, "%s:%zu: warning: %s [%s]\n", printable(file).c_str(), finding.line, printable(message).c_str(),
-                 codeOf(finding.kind).name);
-}
-
 int check(Arguments const& arguments) {
     auto const form = static_cast<Form>(arguments.choose("format", {"text", "json", "sarif"}));
-    TovNameMatch const match = arguments.match();
+    CheckOptions options;
+    options.match = arguments.match();
+    options.codes = selectedCodes(arguments);
+    options.isFolded = !arguments.has("all");
     if (arguments.has("match") && !arguments.has("design")) throw Trouble("--match without --design");
-    std::array<bool, codeCount> ignored{};
-    if (arguments.has("ignore")) ignored = ignoredIn(toText(arguments.value("ignore")));
-    bool isNumber = true;
-    quint64 most = ~quint64{0};
-    if (arguments.has("max")) most = toText(arguments.value("max")).toULongLong(&isNumber);
-    if (!isNumber) throw Trouble("--max '" + arguments.value("max") + "' is no number");
-    Design const* const design = arguments.has("design") ? &keep<Design>(arguments.value("design")) : nullptr;
-
-    Report report(form, most);
-    int suggestions = suggestionsAtMost;
-    std::size_t failed = 0;
-    std::vector<std::string> const files = arguments.words();
-    for (std::string const& file : files) {
-        try {
-            Input const input(file, Content::constraints);
-            forEachFinding(input, design, match, [&](auto const& finding, auto const& line, auto const& missing) {
-                if (ignored[static_cast<std::size_t>(finding.kind - 1)]) return;
-                report.add(file, finding, [&] {
-                    std::string message;
-                    for (TovNameUse const& use : missing) {
-                        if (!message.empty()) message += "; ";
-                        message += missingMessage(use.type, use.word, *design->names, suggestions);
-                    }
-                    return message.empty() ? findingMessage(finding, line) : message;
-                });
-            });
-        } catch (Trouble const& trouble) {
-            complain(std::string("toveng: ") + trouble.what());
-            ++failed;
+    auto const colors = static_cast<Colors>(arguments.choose("color", {"auto", "always", "never"}));
+    Report report(form, mostIn(arguments), lookFor(stdout, colors));
+    Run run(options, report);
+    Baseline baseline;
+    try {
+        if (arguments.has("baseline")) {
+            baseline = readBaseline(arguments.value("baseline"));
+            options.baseline = &baseline;
         }
+        Design const* const design = arguments.has("design") ? &keep<Design>(arguments.value("design")) : nullptr;
+        run.check(arguments.words(), design, arguments.has("each"));
+    } catch (Trouble const& trouble) {
+        report.addTrouble(trouble.what());
     }
-    report.finish(failed == 0);
-    if (failed < files.size()) complain("toveng: " + report.counts());
-    if (failed > 0) return 2;
+    report.finish();
+    if (run.opened() > 0) {
+        std::string text = summary(run.counts(), report.count());
+        if (options.baseline != nullptr) {
+            text += baselineSummary(baseline, arguments.words(), options.codes, run.counts().leftOut);
+        }
+        complain("toveng: " + text);
+    }
+    if (!report.isWhole()) return 2;
     return report.count() == 0 ? 0 : 1;
 }
 

@@ -1,21 +1,27 @@
+#include <QHash>
 #include <QJsonArray>
+#include <QRegularExpression>
 #include <algorithm>
 #include <cstdint>
 #include <functional>
+#include <iterator>
 #include <list>
 #include <map>
 #include <numeric>
+#include <set>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
 #include "command.h"
-#include "findings.h"
+#include "design.h"
+#include "input.h"
 #include "meaning.h"
 #include "text.h"
 #include "tov/cmd/commands.h"
 #include "tov/cmd/references.h"
 #include "tov/edit.h"
+#include "tov/names/document_names.h"
 
 using namespace kiri::tov;
 
@@ -37,9 +43,9 @@ public:
         design.design.getPorts(ports_);
         ports_.remove_if([](TovPortNode const* port) { return dynamic_cast<TovBusPortNode const*>(port) != nullptr; });
         design.design.getClocks(clocks_);
-        for (TovClockNode const* clock : clocks_) {
-            if (clock->parent()->type() == TOV_OBJ_TOP) clockNames_.insert(clock->name());
-        }
+        clocks_.remove_if([this](TovClockNode const* clock) {
+            return clock->parent()->type() != TOV_OBJ_TOP || !clockNames_.insert(clock->name()).second;
+        });
         forEachCommand(document, [this](TOVCMD_TYPE list, TovCmd& cmd) {
             if (cmd.enabled) read(list, cmd);
         });
@@ -57,31 +63,41 @@ public:
             for (TovCmd* cmd : *same) lines.append(saved(cmd));
             repeated.append(lines);
         }
-        return {{"inputs", portsOf(in, inputs_)},
-                {"outputs", portsOf(out, outputs_)},
-                {"clocks", reach(clocks_, defined_, [](TovClockNode const&) { return true; })},
+        return {{"inputs", portsOf(in, inputs_, exceptedInputs_)},
+                {"outputs", portsOf(out, outputs_, exceptedOutputs_)},
+                {"clocks", clocksReached()},
                 {"unmatched", unmatched},
                 {"repeated", repeated}};
     }
 
 private:
-    template <class Node, class Counts>
-    QJsonObject reach(std::list<Node*> const& all, Nodes const& reached, Counts counts) const {
-        qint64 total = 0;
+    // A clock is defined where a definition is on it, or on another one of its name.
+    QJsonObject clocksReached() const {
+        std::unordered_set<std::string> names;
+        for (TovNode const* node : defined_) names.insert(node->name());
         QJsonArray missing;
-        for (Node const* node : all) {
-            if (!counts(*node)) continue;
-            ++total;
-            if (reached.count(node) == 0) missing.append(toText(names_.nameOf(*node)));
+        for (TovClockNode const* clock : clocks_) {
+            if (names.count(clock->name()) == 0) missing.append(toText(names_.nameOf(*clock)));
         }
+        auto const total = static_cast<qint64>(clocks_.size());
         return {{"total", total}, {"constrained", total - missing.size()}, {"missing", missing}};
     }
 
-    QJsonObject portsOf(std::uint32_t direction, Nodes const& delayed) const {
-        return reach(ports_, delayed, [&](TovPortNode const& port) {
-            bool const isClock = clockPorts_.count(&port) != 0 || clockNames_.count(port.name()) != 0;
-            return (port.direction() & direction) != 0 && !isClock;
-        });
+    QJsonObject portsOf(std::uint32_t direction, Nodes const& delayed, Nodes const& excepted) const {
+        qint64 total = 0;
+        QJsonArray missing;
+        QJsonArray exceptions;
+        for (TovPortNode const* port : ports_) {
+            bool const isClock = clockPorts_.count(port) != 0 || clockNames_.count(port->name()) != 0;
+            if ((port->direction() & direction) == 0 || isClock) continue;
+            ++total;
+            if (delayed.count(port) != 0) continue;
+            (excepted.count(port) != 0 ? exceptions : missing).append(toText(names_.nameOf(*port)));
+        }
+        return {{"total", total},
+                {"constrained", total - missing.size() - exceptions.size()},
+                {"missing", missing},
+                {"excepted", exceptions}};
     }
 
     QString saved(TovCmd* cmd) const { return toText(cmd->toSaveString(&document_)); }
@@ -89,6 +105,7 @@ private:
     void read(TOVCMD_TYPE list, TovCmd& cmd) {
         if (list == TOVCMD_INPUTDELAY) readDelay(static_cast<TovCmdIODelay&>(cmd), inputs_);
         if (list == TOVCMD_OUTPUTDELAY) readDelay(static_cast<TovCmdIODelay&>(cmd), outputs_);
+        if (list == TOVCMD_FALSEPATH) readFalsePath(static_cast<TovCmdFalsePath&>(cmd));
         if (list == TOVCMD_CLOCK || list == TOVCMD_GENCLOCK) {
             for (TovNameUse const& use : documentNames_.usesIn(cmd)) {
                 if (list == TOVCMD_CLOCK) addFound(use.type, use, clockPorts_);
@@ -108,15 +125,32 @@ private:
         nodes.insert(found_.begin(), found_.end());
     }
 
-    void readDelay(TovCmdIODelay& cmd, Nodes& delayed) {
-        for (TovNameUse const& use : documentNames_.usesIn(cmd)) addFound(use.type, use, delayed);
-        for (taDciObj* object : cmd.objects) {
+    // Adds the ports that a query of all inputs or outputs stands for.
+    void addAll(ppStlList<taDciObj*> const& list, Nodes& nodes) {
+        for (taDciObj* object : list) {
             std::string const query = TovCmd::toTclString(object);
             std::uint32_t const direction = query == "[all_inputs]" ? in : query == "[all_outputs]" ? out : 0;
             for (TovPortNode const* port : ports_) {
-                if ((port->direction() & direction) != 0) delayed.insert(port);
+                if ((port->direction() & direction) != 0) nodes.insert(port);
             }
         }
+    }
+
+    void readDelay(TovCmdIODelay& cmd, Nodes& delayed) {
+        for (TovNameUse const& use : documentNames_.usesIn(cmd)) addFound(use.type, use, delayed);
+        addAll(cmd.objects, delayed);
+    }
+
+    // A path that is false from a port, or to it, whatever its other end, needs no delay there.
+    void readFalsePath(TovCmdFalsePath& cmd) {
+        bool const isFrom = !cmd.from.empty();
+        if (isFrom == !cmd.to.empty() || !cmd.through.empty()) return;
+        Nodes& excepted = isFrom ? exceptedInputs_ : exceptedOutputs_;
+        for (TovNameUse const& use : documentNames_.usesIn(cmd)) {
+            names_.find(use.type, use.word, found_, use.match);
+            excepted.insert(found_.begin(), found_.end());
+        }
+        addAll(isFrom ? cmd.from : cmd.to, excepted);
     }
 
     // Identifies what a command says of which objects of the design, whatever its words.
@@ -131,7 +165,7 @@ private:
             if (names_.find(use.type, use.word, found_, use.match) == 0) things.insert(hash(use.word));
             for (TovNode const* node : found_) things.insert(hash(names_.nameOf(*node) + std::to_string(node->type())));
         }
-        std::string text = meaning.values;
+        std::string text = meaning.values + meaning.flags;
         // A sum has no order.
         for (auto const& [role, things] : roles) {
             text += role + std::to_string(std::accumulate(things.begin(), things.end(), std::size_t{0})) + '\n';
@@ -153,6 +187,8 @@ private:
     std::unordered_set<std::string> clockNames_;
     Nodes inputs_;
     Nodes outputs_;
+    Nodes exceptedInputs_;
+    Nodes exceptedOutputs_;
     Nodes clockPorts_;
     Nodes defined_;
     std::vector<TovNode const*> found_;
@@ -160,12 +196,47 @@ private:
     std::vector<std::vector<TovCmd*> const*> repeated_;
 };
 
+/// Bits of one name, by their indexes.
+struct Bits {
+    QString name;
+    std::set<qlonglong> indexes;  // none for a name that is no bit
+};
+
+// "gpio[7:1]" in place of seven names: a text for each run of indexes, from high to low.
+QStringList foldedBits(QJsonArray const& names) {
+    static QRegularExpression const bit("^(.+)\\[(0|[1-9][0-9]{0,8})\\]$", QRegularExpression::DotMatchesEverythingOption);
+    std::vector<Bits> groups;
+    QHash<QString, std::size_t> places;
+    for (QJsonValue const name : names) {
+        QRegularExpressionMatch const match = bit.match(name.toString());
+        QString const base = match.hasMatch() ? match.captured(1) + "[" : name.toString();
+        auto const known = places.constFind(base);
+        std::size_t const place = known == places.constEnd() ? groups.size() : *known;
+        if (place == groups.size()) groups.push_back({base, {}});
+        places[base] = place;
+        if (match.hasMatch()) groups[place].indexes.insert(match.captured(2).toLongLong());
+    }
+    QStringList folded;
+    for (Bits const& bits : groups) {
+        if (bits.indexes.empty()) folded.append(bits.name);
+        for (auto high = bits.indexes.rbegin(); high != bits.indexes.rend();) {
+            auto low = high;
+            while (std::next(low) != bits.indexes.rend() && *std::next(low) == *low - 1) ++low;
+            QString const end = low == high ? QString() : ":" + QString::number(*low);
+            folded.append(bits.name + QString::number(*high) + end + "]");
+            high = std::next(low);
+        }
+    }
+    return folded;
+}
+
 void printText(QJsonObject const& result) {
     for (char const* title : {"inputs", "outputs", "clocks"}) {
         QJsonObject const reach = result[title].toObject();
         print(std::string(title) + ": " + std::to_string(reach["constrained"].toInt()) + " of " +
               std::to_string(reach["total"].toInt()) + " constrained\n");
-        for (QJsonValue const name : reach["missing"].toArray()) printLine("  missing", name.toString());
+        for (QString const& name : foldedBits(reach["missing"].toArray())) printLine("  missing", name);
+        for (QString const& name : foldedBits(reach["excepted"].toArray())) printLine("  excepted", name);
     }
     QJsonArray const unmatched = result["unmatched"].toArray();
     print("unmatched: " + std::to_string(unmatched.size()) + "\n");
@@ -192,7 +263,7 @@ bool isWhole(QJsonObject const& result) {
 int coverage(Arguments const& arguments) {
     bool const isJson = arguments.choose("format", {"text", "json"}) == 1;
     TOV& document = keep<TOV>();
-    read(document, Input(arguments.words().front(), Content::constraints), progressBar());
+    readAll(document, arguments.words());
     QJsonObject const result = keep<Coverage>(keep<Design>(arguments.value("design")), document).result();
     isJson ? print(result), print("\n") : printText(result);
     return isWhole(result) ? 0 : 1;

@@ -1,9 +1,11 @@
 #include <QJsonArray>
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <future>
 #include <map>
 #include <tuple>
+#include <utility>
 
 #include "command.h"
 #include "input.h"
@@ -11,6 +13,7 @@
 #include "text.h"
 #include "tov/cmd/references.h"
 #include "tov/edit.h"
+#include "tov/names/name_check.h"
 
 using namespace kiri::tov;
 
@@ -60,7 +63,7 @@ void addSubjects(Entries& entries) {
         Meaning const meaning = meaningOf(entry.list, *entry.cmd);
         bool const isAttribute = entry.list == TOVCMD_ATTRIBUTE;
         bool const isClock = entry.list == TOVCMD_CLOCK || entry.list == TOVCMD_GENCLOCK;
-        std::string const subject = isClock ? definedClock(*entry.cmd) : meaning.objects;
+        std::string const subject = isClock ? definedClock(*entry.cmd) : meaning.flags + '\n' + meaning.objects;
         entry.subject = isAttribute ? entry.line : hash(keywordOf(entry.list) + ('\n' + subject));
         entry.values = hash(isClock ? meaning.objects + meaning.values : meaning.values);
     }
@@ -132,6 +135,31 @@ void printText(QJsonObject const& difference) {
     }
 }
 
+// Says how many lines of a file are compared as what a save would keep of them.
+void printNotCompared(Input const& input) {
+    std::size_t lines = 0;
+    std::size_t last = 0;
+    std::array<std::size_t, TOVFINDING_LOST_WORD + 1> counts{};
+    auto const visit = [&](TovFinding const& finding, std::string const&, std::vector<TovNameUse> const&) {
+        if (finding.kind > TOVFINDING_LOST_WORD) return true;
+        ++counts[finding.kind];
+        if (std::exchange(last, finding.line) != finding.line) ++lines;
+        return true;
+    };
+    checkTovFile(input.path(), TovCheckOptions(), visit);
+    if (lines == 0) return;
+    std::string text;
+    auto const add = [&](TovFindingKind kind, char const* one) {
+        if (counts[kind] == 0) return;
+        text += (text.empty() ? ": " : ", ") + std::to_string(counts[kind]) + " " + one + (counts[kind] == 1 ? "" : "s");
+    };
+    add(TOVFINDING_UNKNOWN_COMMAND, "unknown command");
+    add(TOVFINDING_LOST_WORD, "lost word");
+    add(TOVFINDING_DROPPED_LINE, "dropped line");
+    complain("toveng: " + input.name() + ": " + std::to_string(lines) + (lines == 1 ? " line is" : " lines are") +
+             " not compared as written" + text + "; see toveng check");
+}
+
 }  // namespace
 
 int diff(Arguments const& arguments) {
@@ -146,6 +174,9 @@ int diff(Arguments const& arguments) {
     Entries olds = before.get();
     QJsonObject const result = difference(olds, news);
     isJson ? print(result), print("\n") : printText(result);
+    flushOutput();
+    printNotCompared(oldInput);
+    printNotCompared(newInput);
     bool const isSame =
         std::all_of(result.begin(), result.end(), [](QJsonValue const& list) { return list.toArray().isEmpty(); });
     return isSame ? 0 : 1;

@@ -2,8 +2,10 @@
 #include <iterator>
 
 #include "command.h"
-#include "findings.h"
+#include "input.h"
+#include "report.h"
 #include "text.h"
+#include "tov/names/name_check.h"
 
 using namespace kiri::tov;
 
@@ -16,10 +18,14 @@ constexpr std::size_t findingsShown = 100;
 // Prints what would be lost, and returns how much it is.
 std::size_t printLosses(Input const& input) {
     std::size_t losses = 0;
-    forEachFinding(input, nullptr, TOVMATCH_LEVELS, [&](auto const& finding, auto const& line, auto const&) {
-        if (finding.kind == TOVFINDING_UNKNOWN_COMMAND || ++losses > findingsShown) return;
-        printFinding(stderr, input.name(), finding, findingMessage(finding, line));
-    });
+    std::string error;
+    auto const visit = [&](TovFinding const& finding, std::string const& line, std::vector<TovNameUse> const&) {
+        if (finding.kind == TOVFINDING_UNKNOWN_COMMAND || ++losses > findingsShown) return true;
+        printFinding(stderr, {input.name(), finding.line, findingCode(finding.kind), finding.text,
+                              findingMessage(finding, line)});
+        return true;
+    };
+    if (!checkTovFile(input.path(), TovCheckOptions(), visit, &error)) throw Trouble(input.name() + ": " + error);
     return losses;
 }
 

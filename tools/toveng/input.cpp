@@ -46,6 +46,15 @@ Content classify(std::FILE* file, std::FILE* copy, std::string const& name) {
     return content;
 }
 
+void drawBar(int percent) {
+    constexpr char const* bar = "##################################################";
+    std::fprintf(stderr, "\r[%-50.*s] %3d %%", percent / 2, bar, percent);
+}
+
+void eraseBar() {
+    std::fputs("\r\033[K", stderr);
+}
+
 }  // namespace
 
 Input::Input(std::string const& name, Content content) : name_(name), path_(name) {
@@ -56,9 +65,11 @@ Input::Input(std::string const& name, Content content) : name_(name), path_(name
     if (S_ISDIR(status.st_mode)) fail(name, std::strerror(EISDIR));
     if (isStandardInput || !S_ISREG(status.st_mode)) copy_ = opened(std::tmpfile(), "temporary file");
     Content const found = classify(file.get(), copy_.get(), name);
-    if (content == Content::dump && found != content) fail(name, "no design dump: it does not begin with '<'");
-    if (found == Content::dump && found != content) fail(name, "a design dump where constraints belong");
-    if (found != content) fail(name, "no constraint file: it holds NUL bytes");
+    size_ = static_cast<std::uint64_t>(std::max<off_t>(::ftello(file.get()), 0));
+    bool const fits = content == Content::any || found == content;
+    if (content == Content::dump && !fits) fail(name, "not a design dump: it does not begin with '<'");
+    if (found == Content::dump && !fits) fail(name, "a design dump where constraints belong");
+    if (!fits) fail(name, "not a constraint file: it holds NUL bytes");
     if (copy_ == nullptr) return;
     if (std::fflush(copy_.get()) != 0) fail("temporary file", std::strerror(errno));
     path_ = "/proc/self/fd/" + std::to_string(::fileno(copy_.get()));
@@ -72,16 +83,51 @@ kiri::tov::TovProgress progressBar() {
         int const percent = static_cast<int>(done * 100 / size);
         if (percent == shown) return true;
         shown = percent;
-        constexpr char const* bar = "##################################################";
-        std::fprintf(stderr, "\r[%-50.*s] %3d %%", percent / 2, bar, percent);
-        if (done == size) std::fputs("\r\033[K", stderr);  // a full bar goes
+        drawBar(percent);
+        if (done == size) eraseBar();  // a full bar goes
         return true;
     };
+}
+
+SlowProgress::SlowProgress(std::uint64_t size)
+    : size_(size),
+      next_(std::chrono::steady_clock::now() + std::chrono::seconds(1)),
+      isTerminal_(::isatty(STDERR_FILENO) != 0) {}
+
+SlowProgress::~SlowProgress() {
+    clear();
+}
+
+void SlowProgress::add(std::uint64_t done) {
+    done_ += done;
+    if (!isTerminal_ || size_ == 0) return;
+    auto const now = std::chrono::steady_clock::now();
+    if (now < next_) return;
+    next_ = now + std::chrono::milliseconds(100);
+    isShown_ = true;
+    drawBar(static_cast<int>(std::min(done_, size_) * 100 / size_));
+}
+
+void SlowProgress::clear() {
+    if (isShown_) eraseBar();
+    isShown_ = false;
 }
 
 void read(kiri::tov::TOV& document, Input const& input, kiri::tov::TovProgress const& progress) {
     std::string error;
     if (!document.read(input.path(), progress, &error)) fail(input.name(), error);
+}
+
+void readAll(kiri::tov::TOV& document, std::vector<std::string> const& names) {
+    for (std::string const& name : names) {
+        kiri::tov::TOV& next = keep<kiri::tov::TOV>();
+        read(next, Input(name, Content::constraints), progressBar());
+        for (int list = kiri::tov::TOVCMD_CLOCK; list <= kiri::tov::TOVCMD_ATTRIBUTE; ++list) {
+            auto const kind = static_cast<kiri::tov::TOVCMD_TYPE>(list);
+            auto& commands = *document.getTovCmdList(kind);
+            commands.splice(commands.end(), *next.getTovCmdList(kind));
+        }
+    }
 }
 
 }  // namespace tool

@@ -2,8 +2,12 @@
 //
 // Exit status: 0 if all is well, 1 if there is something to report, 2 for wrong usage and what cannot be read.
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <QCommandLineParser>
 #include <algorithm>
+#include <csignal>
 #include <exception>
 #include <new>
 
@@ -28,10 +32,10 @@ constexpr int any = 1 << 30;
 
 constexpr Command commands[] = {
     {"check", check, 1, any, "[OPTION...] FILE...",
-     "Tells what a load and a save of constraint files would not keep, and the names that the design lacks."},
-    {"coverage", coverage, 1, 1, "--design DUMP [OPTION...] FILE",
-     "Tells what of the design the constraints reach, and what they leave out."},
-    {"diff", diff, 2, 2, "[OPTION...] OLD NEW", "Tells what changes in meaning from one constraint file to another."},
+     "Reports what makes no sense in constraint files, what loading and saving would lose, and missing names."},
+    {"coverage", coverage, 1, any, "--design DUMP [OPTION...] FILE...",
+     "Reports what of the design the constraints reach, and what they leave out."},
+    {"diff", diff, 2, 2, "[OPTION...] OLD NEW", "Reports what changes in meaning from one constraint file to another."},
     {"objects", objects, 1, any, "--design DUMP [OPTION...] WORD...",
      "Lists the objects of the design that words stand for."},
     {"format", format, 1, 1, "[OPTION...] FILE [-o OUT]", "Writes a constraint file as a save writes it."},
@@ -39,33 +43,41 @@ constexpr Command commands[] = {
     {"import", import, 1, any, "[OPTION...] [-o OUT] FILE...", "Runs SDC, which is Tcl, and writes a constraint file."},
 };
 
+enum class Times { once, several };
+
 struct Option {
     char const* commands;  // that have it
     char const* name;
     char const* value;  // what it takes; empty if nothing
     char const* text;
+    Times times = Times::once;
 };
 
 constexpr Option options[] = {
     {"check coverage objects serve", "design", "DUMP", "the dump of the design that is constrained"},
     {"check objects serve", "match", "HOW", "how words meet the levels of a name: levels, local or flat"},
-    {"check serve", "ignore", "CODE,...", "leave findings of these codes out"},
+    {"check", "each", "", "check each file by itself, not all as one set"},
+    {"check serve", "select", "CODE,...", "report findings of these codes only", Times::several},
+    {"check serve", "ignore", "CODE,...", "leave findings of these codes out", Times::several},
+    {"check", "baseline", "FILE", "leave out the findings of an earlier report in JSON"},
+    {"check", "all", "", "report each finding, also where many have one cause"},
     {"check", "format", "FORMAT", "the form of the findings: text, json or sarif"},
-    {"coverage diff", "format", "FORMAT", "the form of the result: text or json"},
+    {"coverage diff objects", "format", "FORMAT", "the form of the result: text or json"},
+    {"check", "color", "WHEN", "colours: auto, always or never"},
     {"check", "max", "N", "print the first N findings only"},
     {"objects", "type", "TYPE", "look for these alone: port, pin, net, cell or clock"},
-    {"objects", "constraints", "FILE", "list the commands of the file that refer to each object, too"},
+    {"objects", "constraints", "FILE", "list the commands of the file that refer to each object, too", Times::several},
     {"format", "check", "", "write nothing: status 1 if the file would change"},
     {"format", "lossy", "", "also where something would be lost"},
-    {"serve", "select", "CODE,...", "show findings of these codes only"},
     {"serve", "log", "FILE", "write the conversation with the editor to this file"},
     {"serve", "stdio", "", "use standard input and output, as always"},
     {"format", "o", "OUT", "write to this file, not to the one that was read"},
-    {"import", "define", "NAME=VALUE", "set a global variable before"},
+    {"import", "define", "NAME=VALUE", "set a global variable before", Times::several},
     {"import", "root", "DIR", "the folder that source may read, not those of the files"},
     {"import", "time-unit", "UNIT", "the unit of times before set_units: ns, ps, 10ps"},
     {"import", "limit", "SECONDS", "end the run after so long (60)"},
-    {"import", "drop", "OPTION,...", "write calls without these options that take no value: add_delay, setup"},
+    {"import", "drop", "OPTION,...", "write calls without these options that take no value: add_delay, setup",
+     Times::several},
     {"import", "format", "FORMAT", "the form of the findings: text or json"},
     {"import", "o", "OUT", "write to this file, not to standard output"},
 };
@@ -117,12 +129,16 @@ int run(Command const& command, QStringList const& arguments) {
     if (!parser.parse(arguments)) throw usageTrouble(parser.errorText().chopped(1).toLatin1().toStdString());
     if (parser.isSet("help")) return printHelp(command), 0;
     if (parser.isSet("version")) return printVersion();
+    for (Option const& option : options) {
+        bool const isRepeated = isOf(option, command) && parser.optionNames().count(option.name) > 1;
+        if (isRepeated && option.times == Times::once) throw usageTrouble(dashed(option.name) + " comes twice");
+    }
     auto const words = parser.positionalArguments().size();
     if (words < command.least || words > command.most) {
         throw usageTrouble("usage is toveng " + std::string(command.name) + " " + command.usage);
     }
     if (std::string(command.usage).find("--design") == 0 && !parser.isSet("design")) {
-        throw usageTrouble("there is no --design");
+        throw usageTrouble("--design is required");
     }
     return command.run(Arguments(parser));
 }
@@ -139,18 +155,27 @@ int run(int argc, char** argv) {
     throw Trouble((name.empty() ? "there is no command" : "unknown command '" + name + "'") + "; see toveng --help");
 }
 
+std::vector<std::string> bytesOf(QStringList const& list) {
+    std::vector<std::string> words;
+    for (QString const& word : list) words.push_back(word.toLatin1().toStdString());
+    return words;
+}
+
+// A file that is opened must not take the number of a closed stream: what is printed would go there.
+void openStreams() {
+    for (int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(stream, F_GETFD) < 0) static_cast<void>(::open("/dev/null", stream == STDIN_FILENO ? O_RDONLY : O_WRONLY));
+    }
+}
+
 }  // namespace
 
 std::vector<std::string> Arguments::values(char const* option) const {
-    std::vector<std::string> values;
-    for (QString const& value : parser_.values(option)) values.push_back(value.toLatin1().toStdString());
-    return values;
+    return bytesOf(parser_.values(option));
 }
 
 std::vector<std::string> Arguments::words() const {
-    std::vector<std::string> words;
-    for (QString const& word : parser_.positionalArguments()) words.push_back(word.toLatin1().toStdString());
-    return words;
+    return bytesOf(parser_.positionalArguments());
 }
 
 std::size_t Arguments::choose(char const* option, std::initializer_list<char const*> choices) const {
@@ -163,6 +188,8 @@ std::size_t Arguments::choose(char const* option, std::initializer_list<char con
 }
 
 int main(int argc, char** argv) {
+    openStreams();
+    std::signal(SIGPIPE, SIG_DFL);  // whoever reads the output may stop; a parent may ignore the signal
     try {
         int const status = run(argc, argv);
         flushOutput();

@@ -15,7 +15,7 @@ bool isPlain(char c) {
 }
 
 void check(bool written) {
-    if (!written) throw Trouble(std::string("standard output: ") + std::strerror(errno));
+    if (!written) throw OutputTrouble(std::string("standard output: ") + std::strerror(errno));
 }
 
 }  // namespace
@@ -48,8 +48,13 @@ std::string shown(std::string_view text, std::size_t most) {
     return start;
 }
 
+void print(std::FILE* out, std::string_view text) {
+    bool const isWritten = std::fwrite(text.data(), 1, text.size(), out) == text.size();
+    check(isWritten || out == stderr);
+}
+
 void print(std::string_view text) {
-    check(std::fwrite(text.data(), 1, text.size(), stdout) == text.size());
+    print(stdout, text);
 }
 
 void printLine(std::string_view title, QString const& line) {

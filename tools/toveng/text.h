@@ -3,6 +3,7 @@
 #include <QJsonObject>
 #include <QString>
 #include <cstddef>
+#include <cstdio>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -11,6 +12,11 @@ namespace tool {
 
 /// Ends a command with status 2: a sentence for standard error, its bytes unchanged.
 struct Trouble : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+/// Ends a command with status 2 because standard output does not take all of it.
+struct OutputTrouble : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
@@ -24,8 +30,9 @@ std::string printable(std::string_view bytes);
 /// of an attribute.
 std::string shown(std::string_view text, std::size_t most = std::string_view::npos);
 
-// Write to standard output; Trouble if that fails.
+// Write to standard output; OutputTrouble if that fails.
 void print(std::string_view text);
+void print(std::FILE* out, std::string_view text);  // any stream; what standard error does not take is lost
 void printLine(std::string_view title, QString const& line);
 void print(QJsonObject const& object);  // in one line, its control characters escaped
 void flushOutput();                     // comes last

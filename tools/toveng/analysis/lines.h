@@ -11,7 +11,7 @@ public:
     virtual ~Lines() = default;
 
     /// Puts a line, counted from 0, into `line`, without the LF or CR LF at its end; false beyond the last one. The
-    /// view is valid while the line is kept: as long as the class that implements this says.
+    /// view is valid until the next call.
     virtual bool get(std::size_t index, std::string_view& line) = 0;
 
 protected:

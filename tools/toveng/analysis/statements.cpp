@@ -48,6 +48,7 @@ Statement StatementScanner::at(std::size_t line) {
     }
 
     bool const mayBeginBlock = !statement.isCommand() && beginsBlock(first.text);
+    bool const endsBlock = startsWith(first.text, "}");
     std::size_t last = line;
     nesting_.clear();
     nesting_.read(first.text);
@@ -63,7 +64,7 @@ Statement StatementScanner::at(std::size_t line) {
         }
         if (nesting_.depth() == 0 || statement.isOpen) break;
         if (mayBeginBlock && nesting_.endsInOpenBrace()) {
-            if (startsWith(first.text, "}")) statement.kind = Statement::Kind::closing;
+            if (endsBlock) statement.kind = Statement::Kind::closing;
             break;
         }
         statement.isOpen = !lookAhead(last);

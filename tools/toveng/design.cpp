@@ -1,7 +1,9 @@
+#include "design.h"
+
 #include <utility>
 
-#include "findings.h"
-#include "tov/names/name_check.h"
+#include "input.h"
+#include "text.h"
 
 using namespace kiri::tov;
 
@@ -16,11 +18,13 @@ constexpr std::pair<taDciObjTyp, char const*> typeTitles[] = {
 
 }  // namespace
 
-std::string missingMessage(taDciObjTyp type, std::string const& word, TovDesignNames const& names, int& suggestions) {
-    TovNameUse const missing{nullptr, "", type, word, TOVMATCH_LEVELS};
-    if (suggestions == 0) return kiri::tov::missingMessage(missing);
-    --suggestions;
-    return kiri::tov::missingMessage(missing, names);
+Design::Design(std::string const& dump) {
+    Input const input(dump, Content::dump);
+    std::string error;
+    if (!design.load(input.path(), progressBar(), &error) || !error.empty()) {
+        throw Trouble(dump + ": not read whole: " + error);
+    }
+    names = std::make_unique<TovDesignNames const>(design, progressBar());
 }
 
 char const* titleOf(taDciObjTyp type) {

@@ -1,0 +1,71 @@
+#include "analysis/set_message.h"
+
+#include <cstdio>
+
+#include "analysis/edit_distance.h"
+#include "tov/names/name_check.h"
+
+using namespace kiri::tov;
+
+namespace tool {
+
+namespace {
+
+std::string number(double value) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%g", value);
+    return text;
+}
+
+}  // namespace
+
+std::string NearNames::messageOf(MissingWord const& word) {
+    bool const isClock = word.isClock;
+    taDciObjTyp const type = isClock ? taDciObjClock : word.type;
+    std::string message = missingMessage({nullptr, "", type, word.text, word.match});
+    Nearest nearest(word.text);
+    if (isClock || word.mayBeClock()) {
+        std::string const clock = clocks_.nearest(word.text);
+        if (!clock.empty()) nearest.add(clock);
+    }
+    if (names_ != nullptr && searches_ > 0) {
+        --searches_;
+        std::string const name = names_->nearest(type, word.text);
+        // The design's name may be near by its path, which is not its text.
+        if (!name.empty() && nearest.word().empty()) return message + "; did you mean `" + name + "`?";
+        if (!name.empty()) nearest.add(name);
+    }
+    return nearest.word().empty() ? message : message + "; did you mean `" + nearest.word() + "`?";
+}
+
+std::string messageOf(SetFinding const& finding, StatementSet const& set, std::size_t place, std::string const& other,
+                      NearNames& near) {
+    std::string message;
+    switch (finding.code) {
+        case Code::undefinedClock:
+        case Code::missingName:
+            for (MissingWord const& word : finding.words) {
+                if (!message.empty()) message += "; ";
+                message += near.messageOf(word);
+            }
+            return message;
+        case Code::redefinedClock:
+            return "the clock is defined before, at " + other + "; remove one of the two or name them apart";
+        case Code::repeated:
+            return "says what " + other + " says; remove one of the two";
+        case Code::overridden:
+            return "overridden at " + other + ", which sets " + number(set.valueOf(finding.other)) + " in place of " +
+                   number(set.valueOf(place)) + "; remove the one that is not meant";
+        case Code::minOverMax: {
+            double const value = set.valueOf(place);
+            double const bound = set.valueOf(finding.other);
+            return value > bound ? "the minimum " + number(value) + " is above the maximum " + number(bound) + " at " + other
+                                 : "the maximum " + number(value) + " is below the minimum " + number(bound) + " at " +
+                                       other;
+        }
+        default:
+            return message;
+    }
+}
+
+}  // namespace tool

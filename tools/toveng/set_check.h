@@ -1,0 +1,87 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "analysis/folding.h"
+#include "analysis/judge.h"
+#include "analysis/set_message.h"
+#include "analysis/statement_set.h"
+#include "baseline.h"
+#include "design.h"
+#include "file_lines.h"
+#include "report.h"
+
+namespace tool {
+
+/// What is told, and how.
+struct CheckOptions {
+    kiri::tov::TovNameMatch match = kiri::tov::TOVMATCH_LEVELS;
+    CodeSet codes{true};           ///< findings of others are left out
+    bool isFolded = true;          ///< findings of one cause are one
+    Baseline* baseline = nullptr;  ///< findings that it has are left out
+};
+
+/// What a check came to.
+struct CheckCounts {
+    std::array<std::size_t, codeCount> of{};
+    std::size_t leftOut = 0;  ///< by the baseline
+
+    void add(Code code) { ++of[indexOf(code)]; }
+};
+
+/// Checks the files of one set. Files are read line by line, a first time for what the commands say of each other, and
+/// where something is found a second time to tell it.
+class SetCheck {
+public:
+    /// `design` is null for a check without names.
+    SetCheck(CheckOptions const& options, Design const* design, Report& report, CheckCounts& counts);
+
+    /// Reads a file; a file that cannot be read is told.
+    void read(Input const& input, SlowProgress& progress);
+    /// Says that a file of the set could not be opened.
+    void setCut() { set_.setCut(); }
+
+    /// Tells what was found, file by file.
+    void tell();
+
+private:
+    /// A statement that others must know, or with something to tell. Its place is that in the set.
+    struct Spot {
+        std::uint32_t line;
+        std::uint32_t count;
+        Statement::Kind kind;
+        bool isOpen;
+        bool hasFindings;  // of its own
+    };
+    struct File {
+        Input input;
+        std::size_t end;  // of its places
+        Folding folding{};
+    };
+
+    void add(Statement const& statement, Judgement const& judgement, File& file);
+    void tell(File& file, std::size_t first);
+    void tell(File& file, std::size_t place, FileLines& lines);
+    void tell(File& file, Finding const& finding, std::vector<SetFinding> const& others, FileLines& lines);
+    void applyBaseline(File& file, Code code);
+    bool isInBaseline(std::string const& file, Code code, std::string const& text, bool isFolded);
+    std::pair<std::string, std::size_t> lineOf(std::size_t place) const;
+
+    CheckOptions const& options_;
+    Design const* design_;
+    Report& report_;
+    CheckCounts& counts_;
+    Judge judge_;
+    StatementSet set_;
+    NearNames near_;
+    std::deque<File> files_;
+    std::vector<Spot> spots_;
+};
+
+}  // namespace tool
