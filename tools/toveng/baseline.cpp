@@ -90,9 +90,9 @@ std::size_t Baseline::gone(std::set<std::string> const& files, CodeSet const& co
     }
     for (auto const& [file, words] : byWords_) {
         auto const found = found_.find(file);
-        bool const isThere = found != found_.end() && std::any_of(words.begin(), words.end(), [&](std::string const& word) {
-                                 return found->second.count(word) > 0;
-                             });
+        bool const isThere = found != found_.end() &&
+                             std::any_of(words.begin(), words.end(),
+                                         [&](std::string const& word) { return found->second.count(word) > 0; });
         if (isJudged(file.first, file.second) && !isThere) ++gone;
     }
     return gone;

@@ -19,8 +19,8 @@ public:
     /// Reads a report of `toveng check --format json`; throws Trouble with the reason if it is none.
     explicit Baseline(QByteArray const& report);
 
-    /// Returns whether the report has a finding that is found again, and takes it; one that stands for several, there or
-    /// here, any number of times. Not for codes that are known by words.
+    /// Returns whether the report has a finding that is found again, and takes it; one that stands for several, there
+    /// or here, any number of times. Not for codes that are known by words.
     bool take(std::string const& file, Code code, std::string const& text, bool isFolded);
 
     /// Returns the first words that the report has of a code that is known by them.
@@ -44,7 +44,7 @@ private:
 
     std::map<Key, Entry> entries_;
     std::map<File, std::set<std::string>> words_;
-    std::map<File, std::set<std::string>> found_;  // of words_
+    std::map<File, std::set<std::string>> found_;                     // of words_
     std::vector<std::pair<File, std::vector<std::string>>> byWords_;  // findings that have these words
 };
 

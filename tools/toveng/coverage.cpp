@@ -204,7 +204,8 @@ struct Bits {
 
 // "gpio[7:1]" in place of seven names: a text for each run of indexes, from high to low.
 QStringList foldedBits(QJsonArray const& names) {
-    static QRegularExpression const bit("^(.+)\\[(0|[1-9][0-9]{0,8})\\]$", QRegularExpression::DotMatchesEverythingOption);
+    static QRegularExpression const bit("^(.+)\\[(0|[1-9][0-9]{0,8})\\]$",
+                                        QRegularExpression::DotMatchesEverythingOption);
     std::vector<Bits> groups;
     QHash<QString, std::size_t> places;
     for (QJsonValue const name : names) {

@@ -151,7 +151,8 @@ void printNotCompared(Input const& input) {
     std::string text;
     auto const add = [&](TovFindingKind kind, char const* one) {
         if (counts[kind] == 0) return;
-        text += (text.empty() ? ": " : ", ") + std::to_string(counts[kind]) + " " + one + (counts[kind] == 1 ? "" : "s");
+        text +=
+            (text.empty() ? ": " : ", ") + std::to_string(counts[kind]) + " " + one + (counts[kind] == 1 ? "" : "s");
     };
     add(TOVFINDING_UNKNOWN_COMMAND, "unknown command");
     add(TOVFINDING_LOST_WORD, "lost word");

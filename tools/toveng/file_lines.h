@@ -39,8 +39,8 @@ private:
     std::string buffer_;
     std::uint64_t bufferOffset_ = 0;  // of its first byte in the file
     std::uint64_t next_ = 0;          // offset of the next line
-    std::size_t searched_ = 0;     // bytes of the next line that hold no line end
-    std::size_t first_ = 0;        // number of the first line that is held
+    std::size_t searched_ = 0;        // bytes of the next line that hold no line end
+    std::size_t first_ = 0;           // number of the first line that is held
     std::deque<Line> held_;
     bool isAtEnd_ = false;
 };

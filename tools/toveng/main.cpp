@@ -164,7 +164,8 @@ std::vector<std::string> bytesOf(QStringList const& list) {
 // A file that is opened must not take the number of a closed stream: what is printed would go there.
 void openStreams() {
     for (int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        if (::fcntl(stream, F_GETFD) < 0) static_cast<void>(::open("/dev/null", stream == STDIN_FILENO ? O_RDONLY : O_WRONLY));
+        if (::fcntl(stream, F_GETFD) < 0)
+            static_cast<void>(::open("/dev/null", stream == STDIN_FILENO ? O_RDONLY : O_WRONLY));
     }
 }
 

@@ -114,11 +114,14 @@ int objects(Arguments const& arguments) {
         std::vector<TovNode const*> nodes;
         for (taDciObjTyp type : types) {
             design.names->find(type, word, nodes, match);
-            for (TovNode const* node : nodes) found.push_back({type, design.names->nameOf(*node), join.commandsOf(*node)});
+            for (TovNode const* node : nodes)
+                found.push_back({type, design.names->nameOf(*node), join.commandsOf(*node)});
         }
         if (types.back() == taDciObjClock) {
             clocks.forEach(word, [&](std::string const& name) {
-                auto const isOfDesign = [&](Found const& known) { return known.type == taDciObjClock && known.name == name; };
+                auto const isOfDesign = [&](Found const& known) {
+                    return known.type == taDciObjClock && known.name == name;
+                };
                 if (std::any_of(found.begin(), found.end(), isOfDesign)) return;
                 found.push_back({taDciObjClock, name, clocks.commandsOf(name)});
             });

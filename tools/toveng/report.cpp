@@ -21,7 +21,8 @@ constexpr char const* green = "\033[1;32m";
 constexpr char const* plain = "\033[0m";
 
 bool isWordEnd(std::string_view text, std::size_t at) {
-    return at >= text.size() || isSpace(text[at]) || std::string_view("[]{}\";").find(text[at]) != std::string_view::npos;
+    return at >= text.size() || isSpace(text[at]) ||
+           std::string_view("[]{}\";").find(text[at]) != std::string_view::npos;
 }
 
 // The place of a word that is in the line once, else npos.
@@ -65,8 +66,8 @@ Look lookFor(std::FILE* out, Colors colors) {
     bool const isTerminal = ::isatty(::fileno(out)) != 0;
     char const* const noColor = std::getenv("NO_COLOR");
     char const* const terminal = std::getenv("TERM");
-    bool const mayHave = (noColor == nullptr || *noColor == '\0') &&
-                         (terminal == nullptr || std::string_view(terminal) != "dumb");
+    bool const mayHave =
+        (noColor == nullptr || *noColor == '\0') && (terminal == nullptr || std::string_view(terminal) != "dumb");
     return {colors == Colors::always || (colors == Colors::atTerminal && isTerminal && mayHave), isTerminal};
 }
 
@@ -76,14 +77,14 @@ void printFinding(std::FILE* out, Told const& finding, Look const& look) {
         return look.hasColors ? color + text + plain : text;
     };
     print(out, inColor(bold, printable(finding.file) + ":" + std::to_string(finding.line) + ":") + " " +
-                   inColor(isError ? red : magenta, "warning:") + " " + printable(finding.message) + " [" + finding.code +
-                   "]\n");
+                   inColor(isError ? red : magenta, "warning:") + " " + printable(finding.message) + " [" +
+                   finding.code + "]\n");
     if (look.hasSource && !finding.source.empty()) printSource(out, finding, look);
 }
 
 QJsonObject jsonOf(Told const& finding) {
-    return {{"file", toText(finding.file)}, {"line", static_cast<qint64>(finding.line)},
-            {"code", toText(finding.code)}, {"text", toText(finding.text)},
+    return {{"file", toText(finding.file)},       {"line", static_cast<qint64>(finding.line)},
+            {"code", toText(finding.code)},       {"text", toText(finding.text)},
             {"message", toText(finding.message)}, {"count", static_cast<qint64>(finding.count)}};
 }
 

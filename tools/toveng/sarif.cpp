@@ -3,6 +3,7 @@
 #include <QCryptographicHash>
 #include <QJsonArray>
 
+#include "analysis/folding.h"
 #include "text.h"
 #include "tov/version.h"
 
@@ -25,9 +26,8 @@ QJsonObject textOf(std::string const& text) {
 }
 
 QJsonObject placeOf(std::string const& file, std::size_t line) {
-    return {{"physicalLocation",
-             QJsonObject{{"artifactLocation", QJsonObject{{"uri", uriOf(file)}}},
-                         {"region", QJsonObject{{"startLine", static_cast<qint64>(line)}}}}}};
+    return {{"physicalLocation", QJsonObject{{"artifactLocation", QJsonObject{{"uri", uriOf(file)}}},
+                                             {"region", QJsonObject{{"startLine", static_cast<qint64>(line)}}}}}};
 }
 
 }  // namespace
@@ -47,9 +47,11 @@ QJsonObject sarifTool() {
 
 QJsonObject SarifResults::add(Told const& finding) {
     Rule const* const rule = findRule(finding.code);
-    std::string const identity = finding.file + '\0' + finding.code + '\0' + finding.text;
-    QByteArray const hashed = QByteArray(identity.data(), static_cast<int>(identity.size())) + '\0' +
-                              QByteArray::number(++seen_[identity]);
+    // The first words of many commands change with each one.
+    bool const isByWords = finding.count > 1 && rule != nullptr && Folding::isByWords(rule->code);
+    std::string const identity = finding.file + '\0' + finding.code + '\0' + (isByWords ? "" : finding.text);
+    QByteArray const hashed =
+        QByteArray(identity.data(), static_cast<int>(identity.size())) + '\0' + QByteArray::number(++seen_[identity]);
     QByteArray const fingerprint = QCryptographicHash::hash(hashed, QCryptographicHash::Sha256).toHex().left(32);
     QJsonObject result{{"ruleId", toText(finding.code)},
                        {"level", levelOf(finding.severity)},

@@ -50,7 +50,8 @@ void SetCheck::read(Input const& input, SlowProgress& progress) {
             at = statement.end();
             lines.forgetBefore(at);
             constexpr std::uint64_t step = 65536;
-            if (lines.bytesRead() - done >= step) progress.add(lines.bytesRead() - std::exchange(done, lines.bytesRead()));
+            if (lines.bytesRead() - done >= step)
+                progress.add(lines.bytesRead() - std::exchange(done, lines.bytesRead()));
         }
         if (!isWhole) set_.setCut();
     } catch (Trouble const& trouble) {
@@ -65,7 +66,8 @@ void SetCheck::read(Input const& input, SlowProgress& progress) {
 void SetCheck::add(Statement const& statement, Judgement const& judgement, File& file) {
     Facts const& facts = judgement.facts;
     bool const hasFindings = !judgement.findings.empty();
-    if (!hasFindings && !facts.isCompared && facts.missing.empty() && facts.clocks.empty() && !facts.hidesClocks) return;
+    if (!hasFindings && !facts.isCompared && facts.missing.empty() && facts.clocks.empty() && !facts.hidesClocks)
+        return;
     spots_.push_back({static_cast<std::uint32_t>(statement.first), static_cast<std::uint32_t>(statement.count),
                       statement.kind, statement.isOpen, hasFindings});
     set_.append(facts);

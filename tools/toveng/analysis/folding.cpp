@@ -80,12 +80,12 @@ std::string foldedMessage(Code code, Cause const& cause, std::string const& mess
     std::string const number = std::to_string(cause.count);
     if (code == Code::unknownCommand) {
         return number + " commands are not of this format: " + counted(cause.words) +
-               "; a save keeps their lines as comments";
+               "; a save keeps them as comments; `toveng import` runs the Tcl";
     }
     if (code == Code::continuedLine) {
         std::string const places = cause.ranges.empty() ? "" : " (lines " + rangesText(cause) + ")";
-        return number + " commands go on in the next line or leave something open: " + counted(cause.words) + places +
-               "; the format has one line for a command; `toveng import` joins them";
+        return number + " commands go on in the next line or are never closed: " + counted(cause.words) + places +
+               "; a command is one line here; `toveng import` joins the lines";
     }
     return message + " (" + number + " times in this file)";
 }

@@ -101,9 +101,17 @@ std::string joinedLines(Statement const& statement, Lines& lines) {
     return joined;
 }
 
-std::string linesText(Statement const& statement) {
+std::string continuedMessage(Statement const& statement) {
     std::string const first = std::to_string(statement.first + 1);
-    return statement.count == 1 ? "line " + first : "lines " + first + " to " + std::to_string(statement.end());
+    std::string const last = std::to_string(statement.end());
+    if (statement.isOpen) {
+        std::string const lines = statement.count == 1 ? "line " + first : "lines " + first + " to " + last;
+        return lines +
+               ": the command goes on and never ends: a brace, bracket or quote is never closed, or `\\` ends the last "
+               "line";
+    }
+    return "the command goes on to line " + last + " (lines " + first + " to " + last +
+           "): a command is one line here; write it in one, or let `toveng import` join the lines";
 }
 
 std::string tooLong(std::string_view words) {
@@ -226,12 +234,9 @@ void Judge::judgeOther(Statement const& statement, std::string const& joined, Ju
 void Judge::judgeContinued(Statement const& statement, std::string const& joined, Lines& lines, Judgement& out) const {
     if (!findMisspelt(statement, joined, out)) {
         if (statement.isCommand()) {
-            std::string const message =
-                statement.count == 1 && statement.isOpen
-                    ? linesText(statement) + " leaves something open that nothing closes: a command is one line"
-                    : linesText(statement) + " are one command: this format has a line for each";
             CommandText const first(joined);
-            out.findings.push_back({statement.first, Code::continuedLine, std::string(first.keyword), message});
+            out.findings.push_back(
+                {statement.first, Code::continuedLine, std::string(first.keyword), continuedMessage(statement)});
             addClocks(joined, out.facts);
         } else {
             judgeOther(statement, joined, out, Detail::messages);

@@ -59,9 +59,9 @@ std::string messageOf(SetFinding const& finding, StatementSet const& set, std::s
         case Code::minOverMax: {
             double const value = set.valueOf(place);
             double const bound = set.valueOf(finding.other);
-            return value > bound ? "the minimum " + number(value) + " is above the maximum " + number(bound) + " at " + other
-                                 : "the maximum " + number(value) + " is below the minimum " + number(bound) + " at " +
-                                       other;
+            return value > bound
+                       ? "the minimum " + number(value) + " is above the maximum " + number(bound) + " at " + other
+                       : "the maximum " + number(value) + " is below the minimum " + number(bound) + " at " + other;
         }
         default:
             return message;
