@@ -80,6 +80,22 @@ TEST(Check, LooksAtGroupsOfManyWordsOnce) {
     EXPECT_EQ(findings[2].text.size(), 1000U);
 }
 
+// Repetitions beyond 64 KB of a group are dropped, the first two are not.
+TEST(Check, CountsRepetitionsOfAGroup) {
+    auto const repetitionsOf = [](std::size_t words, std::string const& last) {
+        std::string group;
+        for (std::size_t i = 1; i < words; ++i) group += "a ";
+        std::string const line = "set_clock_groups -asynchronous -group {" + group + last + "}";
+        std::vector<TovFinding> const findings = checkTovLine(line);
+        EXPECT_EQ(findings.front().kind, TOVFINDING_CHANGED_VALUE);
+        std::string const& added = findings.front().text;
+        return (static_cast<std::size_t>(std::count(added.begin(), added.end(), ' ')) + 1) / words;
+    };
+    EXPECT_EQ(repetitionsOf(16'384, "a"), 1U);   // twice 32,769 bytes
+    EXPECT_EQ(repetitionsOf(16'383, "aa"), 2U);  // twice 32,768 bytes, and one more
+    EXPECT_EQ(repetitionsOf(40'000, "a"), 1U);
+}
+
 // The messages of all findings of a line, a line for each.
 std::string messagesFor(std::string const& line) {
     std::string text;
@@ -105,6 +121,18 @@ TEST(Check, CutsMessages) {
             EXPECT_LE(messages.size(), 3000U);
             EXPECT_EQ(messages.find("n\xe4"), messages.npos) << "not UTF-8";
         }
+    }
+}
+
+TEST(Check, CutsWordsInMessages) {
+    std::string const euro = "\xe2\x82\xac";
+    for (auto const& [word, shown] : std::vector<std::pair<std::string, std::string>>{
+             {std::string(199, 'x') + "y", std::string(199, 'x') + "y"},
+             {std::string(200, 'x') + "y", std::string(200, 'x') + "..."},
+             {std::string(198, 'x') + euro, std::string(198, 'x') + "..."},
+             {std::string(197, 'x') + euro + "y", std::string(197, 'x') + euro + "..."},
+         }) {
+        EXPECT_EQ(messagesFor(word).find("`" + shown + "` is not"), 0U) << messagesFor(word);
     }
 }
 

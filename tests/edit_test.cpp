@@ -55,7 +55,7 @@ TEST(Edit, MakesCommandsAsALoadDoes) {
 // Short names are copied in another way than long ones.
 TEST(Edit, KeepsNamesOfAnyLength) {
     ppStlList<taDciObj*> list;
-    for (std::size_t size = 120; size < 260; ++size) {
+    for (std::size_t size = 40; size < 260; ++size) {
         std::string const name(size, 'n');
         replaceReferences(list, "[get_ports {" + name + " b}]", false);
         EXPECT_EQ(support::textOf(list), name + ":5 b:5");

@@ -20,12 +20,19 @@ using support::TempDir;
 // Lines around the sizes in which a file is read, with the last line complete or not.
 TEST(Files, MayHaveLinesOfAnyLength) {
     EXPECT_EQ(bodyOf("\n" + std::string(20'000, 'n')), std::string(20'000, 'n') + "\n~\n");
-    for (std::size_t size : {32748U, 32749U, 65516U, 65517U, 65518U, 3000000U}) {
-        std::string const name(size, 'n');
-        std::string const text = "set_false_path -to " + name + "\nset_false_path -to b\n" + name;
-        std::string const body = "set_false_path -to  " + name + "\nset_false_path -to  b\n" + name;
-        EXPECT_TRUE(bodyOf(text) == body + "\n~\n") << size;
-        EXPECT_TRUE(bodyOf(text + "\n") == body + "\n~\n") << size;
+    std::vector<std::size_t> sizes = {3'000'000};
+    for (std::size_t const chunks : {1, 2, 4}) {
+        for (std::size_t beside = 0; beside < 5; ++beside) sizes.push_back(chunks * 16'384 + beside - 2);
+    }
+    for (std::size_t const size : sizes) {
+        std::string const begin = "set_false_path -to ";
+        std::string const name(size - begin.size(), 'n');
+        std::string const body = begin + " " + name + "\n" + begin + " b\n" + name + "\n~\n";
+        for (std::string const end : {"\n", "\r\n"}) {
+            std::string const text = begin + name + end + begin + "b" + end + name;
+            EXPECT_TRUE(bodyOf(text) == body) << size;
+            EXPECT_TRUE(bodyOf(text + end) == body) << size;
+        }
     }
 }
 

@@ -66,6 +66,23 @@ TEST_F(Io, ClosesOnce) {
     }
 }
 
+// The arguments of each call: a file is read in chunks, and no other program inherits it.
+TEST_F(Io, OpensFiles) {
+    std::string const path = support::write(dir / "in", std::string(20'000, '\n'));
+    TOV document;
+    calls::start();
+    EXPECT_TRUE(document.read(path.c_str()));
+    EXPECT_EQ(calls::lines, "open in CLOEXEC\nread in 16384\nread in 16384\nread in 16384\nclose in\n");
+    calls::start();
+    EXPECT_TRUE(document.save((dir / "out").c_str()));
+    std::string const size = std::to_string(document.toSaveString().size());
+    EXPECT_EQ(calls::lines, "open out WRONLY|CREAT|TRUNC|CLOEXEC 0666\nwrite out " + size + "\nclose out\n");
+    support::write(path, emptyDump);
+    calls::start();
+    EXPECT_TRUE(TovDesign().load(path.c_str()));
+    EXPECT_EQ(calls::lines, "open in CLOEXEC\nclose in\n");
+}
+
 TEST_F(Io, SaysWhatFailed) {
     std::string const path = support::write(dir / "in", "set_false_path\n" + std::string(50'000, 'x') + "\ny");
     EXPECT_EQ(errorOf(path, false, {{"read", calls::failing(3, EIO)}}), "Input/output error");
@@ -94,6 +111,27 @@ TEST_F(Io, TellsErrorsInAShortLine) {
     EXPECT_EQ(refused.find("Line 1 Column 3005: Tag xxx"), 0U);
     std::string const end = "x\xc3\xa9y is not valid tag";
     EXPECT_EQ(refused.substr(refused.size() - end.size()), end);
+}
+
+// Of a text of more than 1,000 bytes the middle is left out, and no character is cut.
+TEST_F(Io, CutsErrorsBetweenCharacters) {
+    for (std::size_t size = 955; size < 970; ++size) {
+        std::string const tag(size, 'x');
+        std::string const message = "Line 1 Column " + std::to_string(size + 3) + ": Tag " + tag + " is not valid tag";
+        std::string const error = errorOf(support::write(dir / "x", "<" + tag + "/>"), true);
+        std::string const cut = message.substr(0, 498) + "..." + message.substr(message.size() - 498);
+        EXPECT_EQ(error, message.size() <= 1000 ? message : cut);
+    }
+    for (std::size_t before = 0; before < 4; ++before) {
+        std::string tag = std::string(before, 'x');
+        for (int i = 0; i < 600; ++i) tag += "\xe4\xb8\xad";
+        std::string const error = errorOf(support::write(dir / "wide", "<" + tag + "/>"), true);
+        EXPECT_EQ(error.find('?'), error.npos) << "a character is cut";
+        EXPECT_TRUE(error.size() > 994 && error.size() <= 1000) << error.size();
+        std::size_t const middle = error.find("...");
+        EXPECT_EQ((middle - error.find("\xe4")) % 3, 0U);
+        EXPECT_EQ((error.rfind("\xad") - middle) % 3, 2U);
+    }
 }
 
 TEST_F(Io, UsesAnyDescriptor) {

@@ -52,6 +52,20 @@ TEST(Objects, CopyDeeply) {
     EXPECT_TRUE(to.empty());
 }
 
+// A name of up to 43 bytes is in its record, a longer one is shared by the copies of the record.
+TEST(Objects, KeepNamesOfCopies) {
+    for (std::size_t const size : {1U, 42U, 43U, 44U, 45U, 127U, 128U}) {
+        std::string const name = "x" + std::string(size - 1, 'y');
+        ppStlList<taDciObj*> from = TovCmd::fromTclString(name, false);
+        ppStlList<taDciObj*> to;
+        deepCopyDciObjList(from, to);
+        EXPECT_EQ(from.front()->name == to.front()->name, size > 43);
+        freeDciObjList(from);
+        EXPECT_EQ(textOf(to), name + ":59");
+        freeDciObjList(to);
+    }
+}
+
 TEST(Texts, AreEnclosed) {
     support::expectRows("brackets", [](std::string const& text) { return TovCmd::encloseBracket(text.c_str()); });
     support::expectRows("quotes", encloseDoubleQuotes);

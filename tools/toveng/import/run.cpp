@@ -54,9 +54,12 @@ constexpr int deepest = 500;
 char const* endOfDeep(char const* at, char const* end) {
     int depth = 0;
     for (; at < end && (*at != '\n' || depth > 0); ++at) {
-        if (*at == '\\') ++at;
-        else if (*at == '[' && ++depth > deepest) return std::find(at, end, '\n');
-        else if (*at == ']' && depth > 0) --depth;
+        if (*at == '\\')
+            ++at;
+        else if (*at == '[' && ++depth > deepest)
+            return std::find(at, end, '\n');
+        else if (*at == ']' && depth > 0)
+            --depth;
     }
     return nullptr;
 }
@@ -123,8 +126,8 @@ void Run::runText(File file, std::string const& bytes) {
     while (at < end) {
         Parse parse;
         char const* const deepEnd = mayBeDeep ? endOfDeep(at, end) : nullptr;
-        bool const isParsed = deepEnd == nullptr &&
-                              Tcl_ParseCommand(interp_, at, static_cast<int>(end - at), 0, &parse) == TCL_OK;
+        bool const isParsed =
+            deepEnd == nullptr && Tcl_ParseCommand(interp_, at, static_cast<int>(end - at), 0, &parse) == TCL_OK;
         if (deepEnd != nullptr) Tcl_SetObjResult(interp_, newText("too many nested brackets"));
         std::string const error = isParsed ? std::string() : bytesOf(Tcl_GetObjResult(interp_));
         char const* const start = parse.commandStart == nullptr ? at : parse.commandStart;
