@@ -87,6 +87,6 @@ struct FindingCauses {
 };
 
 /// Explains a finding of the kinds 3, 4, 5 and 7.
-FindingCauses causesOf(TovFinding const& finding, std::string_view line);
+FindingCauses causesOf(TovFinding const& finding, std::string_view text);
 
 }  // namespace kiri::tov::impl_detail

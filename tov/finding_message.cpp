@@ -159,7 +159,9 @@ std::string explain(TovFinding const& finding, std::string const& line) {
         } else if (finding.kind == TOVFINDING_CHANGED_VALUE) {
             said += " and writes " + quoted(saved);
         }
-        message += said + ": " + text;
+        message += said;
+        message += ": ";
+        message += text;
     }
     return message;
 }

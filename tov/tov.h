@@ -72,13 +72,13 @@ public:
     /// Writes toSaveString() so that the file at `path` is either the old one, byte for byte, or the new one, complete
     /// and on the disk: a new file in the same folder takes the old one's place when it is whole. Returns
     /// true, with an empty `error`, if the file was replaced, and the folder synchronised as far as its file system
-    /// offers that. Returns false if anything fails: no other file is left behind, and `error`, unless null, says why
+    /// offers that. Returns false if anything fails: no other file is left, and `error`, unless null, says why
     /// in one line. The old file is there then, except when the folder could not be synchronised (an input/output
     /// error): the new file has taken its place, and a power failure may bring the old one back.
     ///
-    /// A symbolic link stays, and what it leads to is replaced, or made if it does not exist. What is no regular file
-    /// and what the process may not write is refused. Other names of the old file (hard links) keep the old text. Where
-    /// several programs save one path at once, each save is whole, and the last one wins.
+    /// A symbolic link stays, and what it leads to is replaced, or made if it does not exist. Anything but
+    /// a regular file that the process may write is refused. Other names of the old file (hard links) keep the old
+    /// text. Where several programs save one path at once, each save is whole, and the last one wins.
     ///
     /// Owner, group and permission bits are kept where the process may set them. Nobody gets a right that the old file
     /// did not grant: where the group cannot be kept, the new group and all others have what both the old group and all

@@ -118,7 +118,7 @@ bool isNumber(Word const& word) {
     return word.isNumber;
 }
 
-// A save writes an infinite number as a word that is no number to the commands.
+// A save writes an infinite number as a word that commands do not read as a number.
 bool isSavedNumber(Word const& word) {
     return word.isNumber || word.text == "inf" || word.text == "-inf";
 }

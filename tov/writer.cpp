@@ -120,7 +120,7 @@ std::size_t usualSizeOf(CommandKind const& kind, TOV& document) {
 }
 
 // Requests large pages for a large text, where the system has them: page faults for each 4 KiB cost time, see
-// docs/performance.md. A large size is a guess: where there is no room for it, there may be for the text.
+// docs/performance.md. A large size is a guess: if there is no room for it, there may be for the text.
 void reserve(std::string& text, std::size_t size) {
     constexpr std::uintptr_t page = 4096;
     constexpr std::size_t large = std::size_t{4} << 20;

@@ -60,7 +60,7 @@ private:
 
     std::string_view takeEnclosed();
 
-    char const* at_;  // the next word, or the end; the last character is no white space
+    char const* at_;  // the next word, or the end; the last character is not white space
     char const* end_;
 };
 

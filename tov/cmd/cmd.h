@@ -32,7 +32,7 @@ public:
     virtual std::string toSaveString(TOV* document) = 0;
 
     /// Reads an object expression such as "[ get_ports { a b } ]". The caller owns the object references returned. With
-    /// `source`, ports and nets get the type taDciObjSourcePort or taDciObjSourceNet. Each word that is no query
+    /// `source`, ports and nets get the type taDciObjSourcePort or taDciObjSourceNet. Each word that is not a query
     /// becomes a reference of type taDciObjName named by the whole `text`. Assigning the result to a list does not free
     /// the references in that list: replaceReferences does both.
     static ppStlList<taDciObj*> fromTclString(std::string const& text, bool source);

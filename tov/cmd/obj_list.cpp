@@ -92,7 +92,7 @@ void readObjs(ppStlList<taDciObj*>& list, std::string_view expression, bool sour
                 addName(list, name, source ? query->sourceType : query->type);
             }
         } else if (whole == nullptr) {
-            // Every word that is no query becomes a reference to the whole expression. The copies share its text.
+            // Any word but a query becomes a reference to the whole expression. The copies share its text.
             addName(list, expression, taDciObjName);
             whole = list.back();
         } else {

@@ -117,7 +117,7 @@ public:
             if (text_[at_] == '[') return ++at_, opening;
             if (text_[at_] == ']' && depth > 0) {
                 ++at_;
-                takeWord(depth - 1);  // what is glued to the result of a command is no word
+                takeWord(depth - 1);  // what is glued to the result of a command is not a word
                 return closing;
             }
             text = takeWord(depth);

@@ -47,7 +47,7 @@ void appendList(Cmd& cmd, char const* role, std::vector<TovReferences>& lists) {
 }
 
 /// The row for words that are not options. Without it they are ignored.
-inline constexpr std::string_view anyOtherWord = "";
+inline constexpr std::string_view anyOtherWord;
 
 template <class Member>
 struct MemberClass;
@@ -127,7 +127,7 @@ bool appendLists(TovCmd& cmd, std::vector<TovReferences>& lists) {
 
 /// States the kind of a class whose lines `options` describes.
 template <class Cmd, auto const& options>
-constexpr CommandKind kindOf(TOVCMD_TYPE list, std::string_view keyword, std::string_view sample) {
+constexpr CommandKind kindOf(TOVCMD_TYPE list, std::string_view keyword, std::string_view sample) noexcept {
     return {list, keyword, sample, &typeid(Cmd), makeCommand<Cmd, options>, appendCommand<Cmd>, appendLists<options>};
 }
 

@@ -9,7 +9,7 @@ namespace kiri::tov {
 
 namespace {
 
-/// Returns where the bracket of a bit name's index opens; npos if `name` is no bit name.
+/// Returns where the bracket of a bit name's index opens; npos if `name` is not a bit name.
 std::size_t indexBracket(std::string_view name) {
     if (name.empty() || name.back() != ']') return std::string_view::npos;
     std::size_t const close = name.size() - 1;

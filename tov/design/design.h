@@ -45,7 +45,7 @@ public:
     /// After an exception it is as it was.
     bool load(char const* path, TovProgress const& progress, std::string* error = nullptr);
 
-    /// The root of the nodes, for whoever walks them without the copies that queries make; null for an empty design.
+    /// The root of the nodes, for walks without the copies that queries make; null for an empty design.
     TovTopNode const* top() const { return top_.get(); }
 
     /// Each query replaces `out` and returns its length. An empty design returns 0 and leaves `out` alone, as does

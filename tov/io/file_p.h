@@ -13,7 +13,7 @@ namespace kiri::tov::impl_detail {
 class File {
 public:
     File() = default;
-    /// Takes over `descriptor`; a negative one is no open file.
+    /// Takes over `descriptor`; a negative one means that no file is open.
     explicit File(int descriptor) : descriptor_(descriptor) {}
     File(File&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
     File& operator=(File&& other) noexcept {

@@ -11,7 +11,7 @@ namespace kiri::tov::impl_detail {
 /// A new file that replaces another one in its folder, or is deleted with the object.
 class TemporaryFile {
 public:
-    /// A file without a name leaves nothing behind when the process is killed; not every system has it.
+    /// A file without a name vanishes when the process is killed; not every system has it.
     enum Kind { unnamed, named };
 
     /// `folder` is open and outlives the file.

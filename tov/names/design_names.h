@@ -58,7 +58,7 @@ public:
 
     /// Replaces `nodes` by the nodes that the word stands for, and returns their number. Each node comes once: the
     /// ports, then the pins, nets, cells and clocks, and each kind as the design's query lists it. Clears `nodes` for a
-    /// word that is no name. After std::bad_alloc `nodes` is as it was.
+    /// word that is not a name. After std::bad_alloc `nodes` is as it was.
     std::size_t find(taDciObjTyp type, std::string const& word, std::vector<TovNode const*>& nodes,
                      TovNameMatch match = TOVMATCH_LEVELS) const;
 

@@ -123,7 +123,7 @@ void TovDocumentNames::Index::remove(TovCmd const& cmd) {
     places_.erase(found);
 }
 
-// Drops what removed commands left behind. Only the reservations may throw, and they come first.
+// Drops the entries of removed commands. Only the reservations may throw, and they come first.
 void TovDocumentNames::Index::dropUnused() {
     Questions questions;
     questions.reserve(questions_.size(), questions_.bytes());

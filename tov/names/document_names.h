@@ -51,9 +51,9 @@ public:
     TovDocumentNames& operator=(TovDocumentNames const&) = delete;
 
     /// Returns the words of a command as it is now, in the document or not: each role, type and word once, in the order
-    /// of writing. Leaves out what cannot be judged: what is no name (see TovDesignNames::isName), a query with
-    /// -of_objects, -filter, -regexp or -nocase, and a word that holds '$' and stands for nothing. An attribute has
-    /// none.
+    /// of writing. Leaves out what cannot be judged: words that are not names (see TovDesignNames::isName), a query
+    /// with -of_objects, -filter, -regexp or -nocase, and a word that holds '$' and stands for nothing. An attribute
+    /// has none.
     std::vector<TovNameUse> usesIn(TovCmd& cmd) const;
 
     /// Returns the uses that stand for nothing in the enabled commands, in the order of writing. Looks up equal words

@@ -110,7 +110,7 @@ std::string latin1Of(std::string_view text);
 /// A text "base[12]", split. The base may be empty.
 struct BitName {
     std::string_view base;
-    long index;  // above INT_MAX for numbers that are no int
+    long index;  // above INT_MAX for numbers beyond int
 
     static std::optional<BitName> of(std::string_view text);
     /// Whether the base is a name of its own.

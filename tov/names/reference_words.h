@@ -24,7 +24,7 @@ inline bool holdsVariable(std::string_view word) {
 }
 
 /// Returns the words of a command's references in the order of writing: each role, type, text and match once, nothing
-/// that is no name, and nothing of a query that cannot be judged by names alone. Words that are in no hierarchical
+/// that is not a name, and nothing of a query that cannot be judged by names alone. Words that are in no hierarchical
 /// query have `match`. The views end with the references.
 std::vector<ReferenceWord> referenceWords(TovCmd& cmd, TovNameMatch match);
 
