@@ -36,12 +36,17 @@ bool isCommand(std::string const& line) {
 }
 
 std::string heldComment(std::string_view text, bool isAfterCommand) {
+    constexpr std::string_view space = " \t\n\v\f\r";
     std::string held(text);
+    if (held.find('\n') != std::string::npos) held.erase(held.find_last_not_of(space) + 1);
     dropContinuation(held);
     std::string lines;
     forEachLine(held, [&](std::string_view view) {
         std::string const line(view);
-        bool const isKept = kiri::tov::checkTovLine(line).empty() && !(isAfterCommand && isCommand(line));
+        std::size_t const first = line.find_first_not_of(space);
+        // A line that goes on from the one before is no comment by itself.
+        bool const isComment = first != std::string::npos && line[first] == '#';
+        bool const isKept = isComment && kiri::tov::checkTovLine(line).empty() && !(isAfterCommand && isCommand(line));
         lines.append(isKept ? "" : "# ").append(line).append("\n");
     });
     return lines;

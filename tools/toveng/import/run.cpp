@@ -48,6 +48,18 @@ char const* endOfBroken(Tcl_Parse const& parse, char const* end) {
     return at;
 }
 
+/// Returns the code that `return -code` gives.
+int returnCode(Tcl_Interp* interp) {
+    Value const options(Tcl_GetReturnOptions(interp, TCL_RETURN));
+    Value const key(newText("-code"));
+    Tcl_Obj* value = nullptr;
+    int code = TCL_OK;
+    if (Tcl_DictObjGet(nullptr, options.get(), key.get(), &value) == TCL_OK && value != nullptr) {
+        Tcl_GetIntFromObj(nullptr, value, &code);
+    }
+    return code;
+}
+
 constexpr int deepest = 500;
 
 /// Returns the end of the line in which the brackets of a command get too deep for Tcl to read; null if none do.
@@ -84,13 +96,24 @@ Run::Run(Request const& request, Outbox& out, Plan plan)
 }
 
 void Run::runFiles() {
+    // Within a command of Tcl, `return` ends a file and not the command that runs it.
+    constexpr char const* name = "toveng_files";
+    auto const runInCommand = [](ClientData data, Tcl_Interp* interp, int, Tcl_Obj* const[]) noexcept {
+        Tcl_DeleteCommand(interp, name);
+        static_cast<Run*>(data)->runInCommand();
+        return TCL_OK;
+    };
+    Tcl_CreateObjCommand(interp_, name, runInCommand, this, nullptr);
+    Tcl_Eval(interp_, name);
+}
+
+void Run::runInCommand() {
     for (auto const& [name, value] : request_.defines) {
         Tcl_SetVar2Ex(interp_, fromBytes(name).c_str(), nullptr, newText(fromBytes(value)), TCL_GLOBAL_ONLY);
     }
     for (SourceFile const& file : request_.files) {
         runText({file.name, file.path, directoryOf(file.name), 0}, file.text);
     }
-    isFinished_ = true;
 }
 
 int Run::source(std::string const& path) {
@@ -133,6 +156,7 @@ void Run::runText(File file, std::string const& bytes) {
         char const* const start = parse.commandStart == nullptr ? at : parse.commandStart;
         char const* next = isParsed ? start + parse.commandSize : deepEnd;
         if (next == nullptr) next = endOfBroken(parse, end);
+        while (!isParsed && next > start && (next[-1] == '\n' || next[-1] == ' ')) --next;
         bool const endsInSemicolon = isParsed && parse.commandSize > 0 && parse.term == next - 1 && *parse.term == ';';
         std::string_view const between(at, static_cast<std::size_t>(start - at));
         if (parse.commentSize > 0) keepComments(between, startsInLine);
@@ -241,6 +265,8 @@ int Run::finishStatement(Statement& statement, int status) {
         Tcl_SetObjResult(interp_, newText("invoked \"" + word + "\" outside of a loop"));
         status = TCL_ERROR;
     }
+    bool const endsFile = status == TCL_RETURN;
+    if (endsFile) status = returnCode(interp_);
     if (status == TCL_ERROR) {
         if (!statement.isCommented) keep(statement.comment);
         std::string const message = readable(textOf(Tcl_GetObjResult(interp_)));
@@ -252,7 +278,7 @@ int Run::finishStatement(Statement& statement, int status) {
         if (!isStraight()) leave(Event::trace, {});
         startTrace();
     }
-    return status == TCL_RETURN ? TCL_RETURN : TCL_OK;
+    return endsFile ? TCL_RETURN : TCL_OK;
 }
 
 void Run::startTrace() {

@@ -76,7 +76,6 @@ public:
     Tcl_Obj* extent(Extent extent);
     /// Returns whether every command is looked at.
     bool isTracing() const { return isTracing_; }
-    bool isFinished() const { return isFinished_; }
 
     /// While a loop runs its body a second time: what it calls is compared and not written.
     std::vector<std::string>* log = nullptr;
@@ -101,6 +100,7 @@ private:
         std::string nested;           ///< comments of calls in its brackets
     };
 
+    void runInCommand();
     void runText(File file, std::string const& text);
     int runStatement(Statement& statement, Tcl_Parse const* parse, std::uint32_t line, std::string const& parseError);
     int evaluate(Statement& statement, Tcl_Parse const& parse);
@@ -129,7 +129,6 @@ private:
     Statement* statement_ = nullptr;
     std::uint64_t commands_ = 0;
     bool isTracing_ = false;
-    bool isFinished_ = false;
 };
 
 }  // namespace tool::sdc
