@@ -25,7 +25,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr rlim_t memoryAtMost = rlim_t{2} << 30U;
 constexpr rlim_t stackAtMost = rlim_t{64} << 20U;
 constexpr rlim_t filesAtMost = 16;
 constexpr int crashesAtMost = 20;
@@ -54,15 +53,15 @@ void limit(__rlimit_resource_t resource, rlim_t most) {
     ::setrlimit(resource, &limits);
 }
 
-void limitChild(double seconds) {
+void limitChild(Request const& request) {
     ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
-    limit(RLIMIT_CPU, static_cast<rlim_t>(std::min(std::ceil(seconds), 1e9)) + 1);
+    limit(RLIMIT_CPU, static_cast<rlim_t>(std::min(std::ceil(request.limit), 1e9)) + 1);
     limit(RLIMIT_CORE, 0);
     limit(RLIMIT_FSIZE, 0);
     limit(RLIMIT_NOFILE, filesAtMost);
     limit(RLIMIT_STACK, stackAtMost);
     // A sanitizer takes more address space than there is memory.
-    if (!isSanitized) limit(RLIMIT_AS, memoryAtMost);
+    if (!isSanitized) limit(RLIMIT_AS, request.memory);
 }
 
 void dieWithParent() {
@@ -91,7 +90,7 @@ int closeFiles(int pipe) {
         Outbox out(shared, closeFiles(pipe));
         out.resume();
         prepareTcl();
-        limitChild(request.limit);
+        limitChild(request);
         Run run(request, out, plan);
         if (plan.event == Event::none) limitWorker();
         run.runFiles();

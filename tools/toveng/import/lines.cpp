@@ -211,7 +211,9 @@ private:
         isChecked_ = true;
         std::string reserved;
         bool const escapesBrace = word.find("\\{") != std::string::npos || word.find("\\}") != std::string::npos;
-        if (word.back() == '\\' || escapesBrace || word[0] == '"' || TovCmd::reservedKey(word.c_str(), reserved)) {
+        bool const hasNul = word.find('\0') != std::string::npos;
+        if (word.back() == '\\' || escapesBrace || hasNul || word[0] == '"' ||
+            TovCmd::reservedKey(word.c_str(), reserved)) {
             throw NotHeld{option, "no line keeps the name `" + word + "`"};
         }
     }

@@ -181,7 +181,7 @@ void Run::runText(File file, std::string const& bytes) {
 }
 
 void Run::keepComments(std::string_view text, bool startsInLine) {
-    out_.put(Record::kept, toBytes(commentsIn(toBytes(text), startsInLine)));
+    out_.put(Record::kept, commentsIn(toBytes(text), startsInLine));
 }
 
 int Run::runStatement(Statement& statement, Tcl_Parse const* parse, std::uint32_t line, std::string const& parseError) {

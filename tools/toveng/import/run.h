@@ -28,7 +28,8 @@ struct Request {
     std::vector<std::pair<std::string, std::string>> defines;
     std::vector<std::string> roots;  ///< real paths of the folders that `source` may read
     TimeUnit unit;
-    double limit = 60;  ///< seconds
+    double limit = 60;                               ///< seconds
+    std::uint64_t memory = std::uint64_t{2} << 30U;  ///< bytes of the child's address space
     std::set<std::string> drop;
 };
 
