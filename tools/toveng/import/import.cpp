@@ -1,18 +1,14 @@
-#include <unistd.h>
-
-#include <QJsonArray>
 #include <QString>
-#include <climits>
 #include <cmath>
 #include <fstream>
 #include <iterator>
 
 #include "../command.h"
 #include "../input.h"
+#include "../report.h"
 #include "../text.h"
 #include "child.h"
 #include "output_file.h"
-#include "report_shim.h"
 #include "result.h"
 #include "run.h"
 #include "sdc_options.h"
