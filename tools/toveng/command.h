@@ -19,7 +19,7 @@ public:
     std::string value(char const* option) const { return parser_.value(option).toLatin1().toStdString(); }
     /// Returns all values of an option that may come several times.
     std::vector<std::string> values(char const* option) const;
-    /// What is no option.
+    /// The arguments that are not options.
     std::vector<std::string> words() const;
     /// Returns the place of an option's value in `choices`, whose first entry is the default. Throws Trouble for any
     /// other value.

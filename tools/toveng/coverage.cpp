@@ -172,7 +172,7 @@ private:
         }
         for (TovReferences const& references : referencesOf(cmd)) {
             if (references.list->empty() || references.list->front()->type != taDciObjName) continue;
-            // What is no name may be a query of its own.
+            // A word that is not a name may be a query of its own.
             std::string const query = TovCmd::toTclString(references.list->front());
             if (!TovDesignNames::isName(query)) text += references.role + query;
         }
@@ -199,7 +199,7 @@ private:
 /// Bits of one name, by their indexes.
 struct Bits {
     QString name;
-    std::set<qlonglong> indexes;  // none for a name that is no bit
+    std::set<qlonglong> indexes;  // none for a name that is not a bit
 };
 
 // "gpio[7:1]" in place of seven names: a text for each run of indexes, from high to low.

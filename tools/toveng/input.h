@@ -38,7 +38,7 @@ private:
     std::shared_ptr<std::FILE> copy_;
 };
 
-/// Returns a function that draws a bar on standard error for large files; empty if that is no terminal.
+/// Returns a function that draws a bar on standard error for large files; empty if that is not a terminal.
 kiri::tov::TovProgress progressBar();
 
 /// Shows how far a long run is: a bar on standard error where that is a terminal, from the second second on.

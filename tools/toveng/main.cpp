@@ -22,7 +22,7 @@ namespace {
 struct Command {
     char const* name;
     int (*run)(Arguments const&);
-    int least;  // of the words that are no options
+    int least;  // of the words that are not options
     int most;
     char const* usage;
     char const* summary;
@@ -152,7 +152,7 @@ int run(int argc, char** argv) {
     for (Command const& command : commands) {
         if (name == command.name) return run(command, arguments);
     }
-    throw Trouble((name.empty() ? "there is no command" : "unknown command '" + name + "'") + "; see toveng --help");
+    throw Trouble((name.empty() ? "a command is required" : "unknown command '" + name + "'") + "; see toveng --help");
 }
 
 std::vector<std::string> bytesOf(QStringList const& list) {
@@ -190,7 +190,7 @@ std::size_t Arguments::choose(char const* option, std::initializer_list<char con
 
 int main(int argc, char** argv) {
     openStreams();
-    std::signal(SIGPIPE, SIG_DFL);  // whoever reads the output may stop; a parent may ignore the signal
+    std::signal(SIGPIPE, SIG_DFL);  // the reader of the output may stop; a parent may ignore the signal
     try {
         int const status = run(argc, argv);
         flushOutput();

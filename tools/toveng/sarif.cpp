@@ -15,7 +15,7 @@ char const* levelOf(Severity severity) {
     return severity == Severity::error ? "error" : "warning";
 }
 
-// A relative path stays one: whoever reads the report knows the folder.
+// A relative path stays one: the reader of the report knows the folder.
 QString uriOf(std::string const& file) {
     QByteArray const path(file.data(), static_cast<int>(file.size()));
     return (path.startsWith('/') ? "file://" : "") + QString::fromLatin1(path.toPercentEncoding("/"));

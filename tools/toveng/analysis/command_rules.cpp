@@ -78,7 +78,7 @@ std::size_t wordEnd(std::string_view text, std::size_t at) {
     return at;
 }
 
-// Calls `visit` with each word of a name that begins with a variable. What belongs to an expression is no name.
+// Calls `visit` with each word of a name that begins with a variable. A word of an expression is not a name.
 template <class Visit>
 void forEachVariable(std::string_view name, Visit visit) {
     constexpr std::string_view separators = " \t\n\r\v\f{}\"[]";

@@ -3,7 +3,7 @@
 namespace tool {
 
 std::string_view keywordOf(std::string_view text) {
-    // Most lines that are no commands differ from all keywords here.
+    // Most lines that are not commands differ from all keywords here.
     bool const mayBeOne = startsWith(text, "set_") || startsWith(text, "create_");
     for (std::string_view keyword : keywords) {
         if (mayBeOne && startsWith(text, keyword)) return keyword;

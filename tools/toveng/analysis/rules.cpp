@@ -16,12 +16,13 @@ std::array<Rule, codeCount> const rules = {{
      "toveng "
      "import runs the Tcl of a file and writes the constraints that it makes."},
     {Code::lostWord, "lost-word", Severity::warning, "A word that a save does not write.",
-     "Write a line for each object, and one value for each option. An option that the format lacks cannot be kept: "
+     "Write a line for each object, and one value for each option. An option that the format does not have cannot be "
+     "kept: "
      "toveng import keeps such a call as a comment."},
     {Code::changedValue, "changed-value", Severity::warning, "A value that a save writes as another one, or adds.",
      "Write the number that you mean, with at most six decimals and as the 32-bit value that it becomes."},
     {Code::mistakenWord, "mistaken-word", Severity::warning, "A word that is read as something else than it is.",
-     "Leave an option out that the format lacks, and put names with brackets into braces, as in {d[0]}."},
+     "Leave out an option that the format does not have, and put names with brackets into braces, as in {d[0]}."},
     {Code::endsLoad, "ends-load", Severity::error, "The load ends at this line: nothing after it is read.",
      "Write the edges of the clock after -waveform, as in -waveform {0 5}."},
     {Code::unstableLine, "unstable-line", Severity::warning,

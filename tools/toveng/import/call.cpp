@@ -55,7 +55,7 @@ public:
             }
             SdcOption const* const option = findOption(call_.command, word);
             if (option == nullptr) throw NotHeld{readable(word), "SDC does not give the command this option"};
-            if (option->takesValue && i + 1 == objc) throw NotHeld{option->name, "the option lacks its value"};
+            if (option->takesValue && i + 1 == objc) throw NotHeld{option->name, "the option has no value"};
             take(*option, option->takesValue ? objv[++i] : nullptr);
         }
         takeOperands();
@@ -81,7 +81,7 @@ private:
                     call_.dropped.emplace_back(option.name);
                     return;
                 }
-                throw NotHeld{option_, "this file format lacks it"};
+                throw NotHeld{option_, "this file format does not have it"};
             case Becomes::period:
                 call_.period = timeOf(value);
                 return;
@@ -264,7 +264,8 @@ private:
                 throw NotHeld{option_, "a word joins an object and a text"};
             case Word::extent:
                 if (!word.unknown->option.empty()) {
-                    throw NotHeld{word.unknown->option, "a query of this format lacks it: " + word.unknown->text};
+                    throw NotHeld{word.unknown->option,
+                                  "a query of this format does not have it: " + word.unknown->text};
                 }
                 if (word.unknown->objects.empty()) {
                     throw NotHeld{option_, "no line can name what " + word.unknown->text + " stands for"};

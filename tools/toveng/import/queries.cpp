@@ -53,7 +53,7 @@ void setCollection(Run& run, std::vector<Word> const& words) {
 struct QueryWords {
     std::vector<Word> words;
     bool hasOptions = false;
-    std::string option;  ///< the first one that the format lacks
+    std::string option;  ///< the first one that the format does not have
 };
 
 bool readQuery(Run& run, int objc, Tcl_Obj* const objv[], QueryWords& query) {

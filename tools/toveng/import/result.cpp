@@ -123,7 +123,7 @@ void Result::breakOff(std::string_view message) {
 }
 
 void Result::finish() {
-    // A command that the format lacks is told once.
+    // A command that the format does not have is reported once.
     std::unordered_map<std::uint32_t, std::size_t> words;
     std::size_t size = 0;
     for (ImportFinding const& finding : findings_) {

@@ -16,7 +16,7 @@ bool startsWith(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;
 }
 
-/// Returns whether a word is what stands in the brackets of a bit: "3", "7:0", "*".
+/// Returns whether a word is the index or range of bits: "3", "7:0", "*".
 bool isIndex(std::string_view word) {
     if (word == "*") return true;
     std::size_t const colon = std::min(word.find(':'), word.size());

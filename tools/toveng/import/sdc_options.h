@@ -27,7 +27,7 @@ extern CommandName const commandNames[9];
 /// What an option of SDC becomes.
 enum class Becomes {
     nothing,  ///< changes no meaning: left out
-    notHeld,  ///< the file format lacks it
+    notHeld,  ///< the file format does not have it
     period,
     name,
     waveform,
@@ -59,8 +59,8 @@ struct SdcOption {
 /// other word.
 SdcOption const* findOption(Command command, std::string_view word);
 
-/// Returns whether an option may be dropped: it takes no value, the format lacks it, and it is not "hold". The name
-/// comes without its dash.
+/// Returns whether an option may be dropped: it takes no value, the format does not have it, and it is not "hold". The
+/// name comes without its dash.
 bool isDroppable(std::string_view name);
 
 /// Returns whether a word that begins with "-" is an option, not a number.

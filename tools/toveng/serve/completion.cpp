@@ -27,7 +27,7 @@ QString textOf(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<int>(text.size()));
 }
 
-// Whether a name can stand in a query without braces.
+// Whether a query can hold a name without braces.
 bool isPlain(std::string_view name) {
     return name.find_first_of(" \t[]{}\"$;\\") == std::string_view::npos;
 }

@@ -231,7 +231,7 @@ private:
     std::vector<Group> groups_;
     OptionInfo const* role_ = nullptr;
     bool inOperand_ = false;        // the operand of `role_` has begun
-    bool hasOtherCommand_ = false;  // the first word is no command of the file
+    bool hasOtherCommand_ = false;  // the first word is not a command of the file
 };
 
 }  // namespace

@@ -24,7 +24,7 @@ struct CommandInfo {
     std::string_view meaning;
 };
 
-/// A query, which stands in brackets.
+/// A query, which is written in brackets.
 struct QueryInfo {
     std::string_view word;
     taDciObjTyp type;  ///< of the names in it; taDciObjNone if it takes none

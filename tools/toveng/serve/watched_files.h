@@ -11,7 +11,7 @@ namespace tool::lsp {
 /// Files whose changes count.
 class WatchedFiles {
 public:
-    /// Replaces the files. What they are now is no change.
+    /// Replaces the files. Their present state does not count as a change.
     void set(std::vector<std::string> paths);
     std::vector<std::string> paths() const;
 
