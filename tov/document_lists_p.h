@@ -10,11 +10,15 @@
 
 namespace kiri::tov::impl_detail {
 
+inline std::size_t indexOf(CommandKind const& kind) {
+    return static_cast<std::size_t>(kind.list - TOVCMD_CLOCK);
+}
+
 /// The command lists of a document, and what the library knows of the commands in them.
 struct DocumentLists {
     static DocumentLists& of(TOV& document) { return *document.lists_; }
 
-    std::list<TovCmd*>& operator[](CommandKind const& kind) { return lists[kind.list - TOVCMD_CLOCK]; }
+    std::list<TovCmd*>& operator[](CommandKind const& kind) { return lists[indexOf(kind)]; }
 
     /// Appends a command that was made just now. std::bad_alloc leaves the lists as they were.
     TovCmd& append(CommandKind const& kind, std::unique_ptr<TovCmd> cmd) {

@@ -5,9 +5,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <functional>
+#include <iterator>
 #include <list>
 #include <new>
+#include <string_view>
 
 #include "tov/command_walk_p.h"
 #include "tov/document_lists_p.h"
@@ -20,13 +21,21 @@ namespace {
 // The lines of one list, in blocks that stay as they are: a text that grows needs its old copy beside it.
 class Lines {
 public:
-    // A command without a text has no line.
-    void append(CommandKind const& kind, TovCmd& cmd, TOV& document) {
+    // A command without a text has no line. Returns the size of the line.
+    std::size_t append(CommandKind const& kind, TovCmd& cmd, TOV& document) {
         if (blocks_.empty() || blocks_.back().size() > full_) addBlock();
         std::string& block = blocks_.back();
         std::size_t const before = block.size();
         kind.append(block, cmd, document);
         if (block.size() > before) block += '\n';
+        return block.size() - before;
+    }
+
+    void append(std::string_view part) {
+        if (part.empty()) return;
+        close();
+        blocks_.emplace_back(part);
+        full_ = 0;
     }
 
     std::size_t size() const { return blocks_.empty() ? 0 : closed_ + blocks_.back().size(); }
@@ -40,17 +49,20 @@ private:
     void addBlock() {
         constexpr std::size_t smallest = 4096;
         constexpr std::size_t largest = 8 * smallest;
-        constexpr std::size_t usualLine = 200;
-        if (!blocks_.empty()) {
-            std::string& last = blocks_.back();
-            closed_ += last.size();
-            if (last.size() > full_ + usualLine) last.shrink_to_fit();  // a long line made it grow
-        }
+        close();
         std::size_t const size = std::clamp(closed_ / 16, smallest, largest);
         blocks_.emplace_back().reserve(size);
         full_ = size - usualLine;
     }
 
+    void close() {
+        if (blocks_.empty()) return;
+        std::string& last = blocks_.back();
+        closed_ += last.size();
+        if (last.size() > full_ + usualLine) last.shrink_to_fit();  // a long line made it grow
+    }
+
+    static constexpr std::size_t usualLine = 200;
     std::list<std::string> blocks_;
     std::size_t closed_ = 0;  // size of the blocks before the last one
     std::size_t full_ = 0;    // beyond that size the last block has no room for a usual line
@@ -58,7 +70,7 @@ private:
 
 class LinesOfLists {
 public:
-    Lines& of(CommandKind const& kind) { return lines_.at(static_cast<std::size_t>(kind.list) - 1); }
+    Lines& of(CommandKind const& kind) { return lines_.at(indexOf(kind)); }
 
     std::size_t size() const {
         std::size_t size = 0;
@@ -92,31 +104,31 @@ bool liesListByList(TOV& document) {
     return true;
 }
 
-void appendList(std::string& text, CommandKind const& kind, TOV& document) {
-    for (TovCmd* cmd : DocumentLists::of(document)[kind]) {
-        if (cmd == nullptr) continue;
-        std::size_t const before = text.size();
-        kind.append(text, *cmd, document);
-        if (text.size() > before) text += '\n';
+// The median size of sixteen lines. Asks no command of a caller's class twice.
+template <class Iterator>
+std::size_t usualLineFrom(Iterator at, CommandKind const& kind, TOV& document) {
+    std::array<std::size_t, 16> sizes{};
+    std::string line;
+    for (std::size_t& size : sizes) {
+        TovCmd* const cmd = *at++;
+        if (cmd == nullptr || !isLibraryCommand(kind, *cmd)) continue;
+        line.clear();
+        kind.append(line, *cmd, document);
+        size = line.size() + 1;
     }
+    std::nth_element(sizes.begin(), sizes.begin() + 8, sizes.end());
+    return sizes[8];
 }
 
-// Estimates the size of a list's lines from its first ones. Asks no command of a caller's class twice.
-std::size_t usualSizeOf(CommandKind const& kind, TOV& document) {
-    constexpr std::size_t enough = 16;
-    constexpr std::size_t longest = 1000;  // a few longer lines do not predict the others
+// The size of a usual line in the rest of a list, of which the lines written so far have a size of `soFar` on average;
+// 0: none were written. Returns 0 where the lines at both ends of the rest differ much: then there is no usual line.
+std::size_t usualLineOf(CommandKind const& kind, TOV& document, std::size_t soFar) {
     std::list<TovCmd*> const& list = DocumentLists::of(document)[kind];
-    std::string lines;
-    std::size_t count = 0;
-    for (TovCmd* cmd : list) {
-        if (count == enough) break;
-        if (cmd == nullptr || !isLibraryCommand(kind, *cmd)) continue;
-        kind.append(lines, *cmd, document);
-        ++count;
-    }
-    if (count == 0) return 0;
-    std::size_t const size = list.size() * std::min(lines.size() / count + 2, longest);
-    return size + size / 16;
+    constexpr std::size_t few = 64;
+    if (list.size() < few) return 100;
+    std::size_t const first = soFar != 0 ? soFar : usualLineFrom(list.begin(), kind, document);
+    std::size_t const last = usualLineFrom(list.rbegin(), kind, document);
+    return std::max(first, last) * 4 > std::min(first, last) * 5 ? 0 : (first + last) / 2;
 }
 
 // Requests large pages for a large text, where the system has them: page faults for each 4 KiB cost time, see
@@ -134,39 +146,158 @@ void reserve(std::string& text, std::size_t size) {
     ::madvise(text.data() - offset, size, MADV_HUGEPAGE);
 }
 
-// Puts the text together. appendLines(text, kind) appends the lines of a list; `lines` is about the size of all.
-template <class AppendLines>
-std::string textOf(TOV& document, std::size_t lines, AppendLines appendLines) {
-    std::string text;
-    reserve(text, sdcHeader.size() + attributeHeader.size() + 3 + lines + document.sdcCommentText.size() +
-                      document.attributeCommentText.size());
-    text.append(sdcHeader).append("\n");
+// The text of a file, put together from its start to its end: in blocks that are joined at the end, or, after a guess
+// of what is still to come, in one text of that size, for as long as the guess proves right. Apart from single lines of
+// more than some hundred bytes, it takes at most 2.1 times its size, and the capacity of the result is at most 1.1
+// times its size.
+class FileText {
+public:
+    void append(std::string_view part) {
+        if (part.size() > room()) guessed_ = false;
+        if (guessed_) {
+            text_ += part;
+        } else {
+            blocks_.append(part);
+        }
+    }
+
+    // A command without a text has no line. Returns the size of the line; `usual` is the guess for it.
+    std::size_t appendLine(CommandKind const& kind, TovCmd& cmd, TOV& document, std::size_t usual) {
+        constexpr std::size_t longLine = 4096;
+        if (room() < longLine) guessed_ = false;
+        if (!guessed_) return blocks_.append(kind, cmd, document);
+        std::size_t const before = text_.size();
+        kind.append(text_, cmd, document);
+        if (text_.size() > before) text_ += '\n';
+        std::size_t const size = text_.size() - before;
+        missing_ += static_cast<std::ptrdiff_t>(usual) - static_cast<std::ptrdiff_t>(size);
+        if (missing_ > allowed_) giveBack();
+        return size;
+    }
+
+    // `lines` is the guess for the lines to come, `rest` the size of what else comes.
+    void expect(std::size_t lines, std::size_t rest) {
+        std::size_t const whole = blocks_.size() + rest + lines;
+        std::size_t const size = whole + lines / 20;
+        allowed_ = static_cast<std::ptrdiff_t>(whole) - static_cast<std::ptrdiff_t>(size / 11 * 10);
+        reserve(text_, size);
+        guessed_ = text_.capacity() >= size;
+        if (guessed_) blocks_.moveTo(text_);
+    }
+
+    std::string take() {
+        if (guessed_) return std::move(text_);
+        std::string whole;
+        reserve(whole, text_.size() + blocks_.size());
+        whole += text_;
+        std::string().swap(text_);
+        blocks_.moveTo(whole);
+        return whole;
+    }
+
+private:
+    std::size_t room() const { return text_.capacity() - text_.size(); }
+
+    // The text is too large for the lines.
+    void giveBack() {
+        guessed_ = false;
+        blocks_.append(text_);
+        std::string().swap(text_);
+    }
+
+    Lines blocks_;
+    std::string text_;  // comes before the blocks
+    bool guessed_ = false;
+    std::ptrdiff_t missing_ = 0;  // by how much the lines so far were shorter than the guess
+    std::ptrdiff_t allowed_ = 0;  // with more, the text would be more than a tenth too large
+};
+
+// Calls append(part) for what is not a line, and appendLines(kind) for the lines of each list.
+template <class Append, class AppendLines>
+void layOut(TOV& document, Append append, AppendLines appendLines) {
+    append(sdcHeader);
+    append("\n");
     for (CommandKind const& kind : commandKinds) {
         if (kind.list == TOVCMD_ATTRIBUTE) {
-            text += document.sdcCommentText;
-            text.append("\n").append(attributeHeader).append("\n");
+            append(document.sdcCommentText);
+            append("\n");
+            append(attributeHeader);
+            append("\n");
         }
-        appendLines(text, kind);
+        appendLines(kind);
     }
-    text += document.attributeCommentText;
-    if (text.capacity() / 2 > text.size()) text.shrink_to_fit();  // a bad guess
+    append(document.attributeCommentText);
+}
+
+// The size of what follows the lines of a kind, apart from lines.
+std::size_t sizeBesideLinesFrom(CommandKind const& kind, TOV& document) {
+    std::size_t const attributes = document.attributeCommentText.size();
+    if (kind.list == TOVCMD_ATTRIBUTE) return attributes;
+    return document.sdcCommentText.size() + attributeHeader.size() + 2 + attributes;
+}
+
+std::string textOf(TOV& document, LinesOfLists& lines) {
+    std::string text;
+    reserve(text, sdcHeader.size() + 1 + sizeBesideLinesFrom(commandKinds[0], document) + lines.size());
+    layOut(
+        document, [&](std::string_view part) { text += part; },
+        [&](CommandKind const& kind) { lines.of(kind).moveTo(text); });
     return text;
 }
+
+class ListByList {
+public:
+    explicit ListByList(TOV& document) : document_(document), lists_(DocumentLists::of(document)) {
+        std::size_t commands = 0;
+        for (std::list<TovCmd*> const& list : lists_.lists) commands += list.size();
+        untilGuess_ = commands < 1000 ? 0 : commands / 16;
+    }
+
+    std::string text() {
+        layOut(
+            document_, [this](std::string_view part) { text_.append(part); },
+            [this](CommandKind const& kind) { append(kind); });
+        return text_.take();
+    }
+
+private:
+    void append(CommandKind const& kind) {
+        std::size_t count = 0;
+        std::size_t size = 0;
+        for (TovCmd* cmd : lists_[kind]) {
+            ++count;
+            if (cmd != nullptr) size += text_.appendLine(kind, *cmd, document_, usual_[indexOf(kind)]);
+            if (untilGuess_ != 0 && --untilGuess_ == 0) guess(kind, count, size);
+        }
+    }
+
+    // Guesses what follows the first `count` lines of a list, which have that size.
+    void guess(CommandKind const& kind, std::size_t count, std::size_t size) {
+        std::size_t lines = 0;
+        for (std::size_t i = indexOf(kind); i < std::size(commandKinds); ++i) {
+            bool const current = i == indexOf(kind);
+            usual_[i] = usualLineOf(commandKinds[i], document_, current ? size / count : 0);
+            if (usual_[i] == 0) return;
+            lines += usual_[i] * (lists_.lists[i].size() - (current ? count : 0));
+        }
+        text_.expect(lines, sizeBesideLinesFrom(kind, document_));
+    }
+
+    TOV& document_;
+    DocumentLists& lists_;
+    FileText text_;
+    std::size_t untilGuess_ = 0;  // commands; 0: guessed, or no need to
+    std::array<std::size_t, std::size(commandKinds)> usual_{};
+};
 
 }  // namespace
 
 std::string fileTextOf(TOV& document) {
     if (!liesListByList(document)) {
         LinesOfLists lines;
-        if (appendInMemoryOrder(lines, document)) {
-            return textOf(document, lines.size(),
-                          [&](std::string& text, CommandKind const& kind) { lines.of(kind).moveTo(text); });
-        }
+        if (appendInMemoryOrder(lines, document)) return textOf(document, lines);
     }
-    std::size_t size = 0;
-    for (CommandKind const& kind : commandKinds) size += usualSizeOf(kind, document);
-    return textOf(document, size,
-                  [&](std::string& text, CommandKind const& kind) { appendList(text, kind, document); });
+    return ListByList(document).text();
 }
 
 }  // namespace kiri::tov::impl_detail
