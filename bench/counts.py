@@ -10,6 +10,8 @@ import re
 import subprocess
 import sys
 
+sys.dont_write_bytecode = True  # leaves no files beside the sources
+
 import callgrind
 import document
 

@@ -175,6 +175,44 @@ std::string constraintFile(std::size_t lines, Order order) {
                 [=](std::ostream& out) { writeLines(out, lines, order); });
 }
 
+std::string sdcFile(std::size_t lines) {
+    return make("sdc-" + std::to_string(lines), [=](std::ostream& out) { writeLines(out, lines); });
+}
+
+std::string withEmptyProcedures(std::string const& path) {
+    return make("procedures.tcl", [&path](std::ostream& out) {
+        out << "foreach name {create_clock create_generated_clock set_clock_groups set_input_delay set_output_delay "
+               "set_max_delay set_min_delay set_multicycle_path set_false_path get_ports get_nets get_clocks get_cells "
+               "get_pins} { proc $name args {} }\nsource "
+            << path << '\n';
+    });
+}
+
+std::string loopFile(std::size_t passes) {
+    return make("loop-" + std::to_string(passes), [passes](std::ostream& out) {
+        out << "set all {}\nfor {set i 0} {$i < " << passes << "} {incr i} { lappend all in$i }\n"
+            << "foreach name $all { set_false_path -from [get_ports $name] }\n";
+    });
+}
+
+std::vector<std::string> fileSet(std::size_t files, std::size_t lines) {
+    std::vector<std::string> paths;
+    for (std::size_t file = 0; file < files; ++file) {
+        paths.push_back(make("set-" + std::to_string(file), [=](std::ostream& out) {
+            for (std::size_t i = file * lines; i < (file + 1) * lines; ++i) writeLine(out, i);
+        }));
+    }
+    return paths;
+}
+
+std::string growingNames(std::size_t lines, bool shrinking) {
+    return make(shrinking ? "shrinking" : "growing", [=](std::ostream& out) {
+        for (std::size_t i = 0; i < lines; ++i) {
+            out << "set_false_path -from [get_ports in" << (shrinking ? lines - 1 - i : i) << "]\n";
+        }
+    });
+}
+
 std::string linesOfKind(std::size_t kind, std::size_t lines) {
     return make("kind-" + std::to_string(kind), [=](std::ostream& out) {
         for (std::size_t i = 0; i < lines; ++i) writeLine(out, kind + 100 * i);
@@ -204,12 +242,6 @@ std::size_t longestLine(std::string const& path) {
     std::size_t longest = 0;
     for (std::string line; std::getline(file, line);) longest = std::max(longest, line.size());
     return longest;
-}
-
-std::string linesOfOneName(std::size_t names) {
-    return make("many-lines-" + std::to_string(names), [names](std::ostream& out) {
-        for (std::size_t i = 0; i < names; ++i) out << "set_false_path -from [get_cells {" << cell(i) << "}]\n";
-    });
 }
 
 std::string designDump(std::size_t instances) {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/dci.h"
 
@@ -29,9 +30,21 @@ std::string longLineLast(std::size_t names, std::size_t lines);
 /// The length of the longest line of a file.
 std::size_t longestLine(std::string const& path);
 
-/// One line with that many names, and that many lines of one name each.
+/// One line with that many names.
 std::string oneLineOfNames(std::size_t names);
-std::string linesOfOneName(std::size_t names);
+
+/// Lines with the names in0, in1 and so on, or the other way round.
+std::string growingNames(std::size_t lines, bool shrinking);
+
+/// The mixed lines as a Tcl script of SDC, and a script that sources another with an empty procedure for each command.
+std::string sdcFile(std::size_t lines);
+std::string withEmptyProcedures(std::string const& path);
+
+/// A Tcl script with a loop of that many passes, each of which makes a constraint.
+std::string loopFile(std::size_t passes);
+
+/// The mixed lines in that many files.
+std::vector<std::string> fileSet(std::size_t files, std::size_t lines);
 
 /// A design dump of that many instances, and of ports, nets, clocks, views, memories and multipliers in proportion. The
 /// cell of number I is u_core_<I mod 97>.u_blk_<I mod 13>.inst_<I> (in the file "top." precedes it), of a random type

@@ -101,6 +101,20 @@ void reportDocument(char const* name, std::string const& path, double mostKept =
     promise(mostKept == 0 || times <= mostKept, "keeps more than promised", name);
 }
 
+void reportSave(char const* name, std::string const& path) {
+    constexpr double mostTaken = 2.1;  // times the text
+    constexpr double mostCapacity = 1.3;
+    TOV document;
+    document.load(path.c_str());
+    std::string text;
+    std::size_t const before = heap::peak = heap::live;
+    text = document.toSaveString();
+    double const taken = ratio(heap::peak - before, text.size());
+    double const capacity = ratio(text.capacity(), text.size());
+    std::printf("| %s | %.2f | %.2f |\n", name, taken, capacity);
+    promise(taken <= mostTaken && capacity <= mostCapacity, "its save takes more than promised", name);
+}
+
 std::size_t fieldsOf(AllQueries const& nodes) {
     return FieldSizes::ofNodes(nodes.ports) + FieldSizes::ofNodes(nodes.pins) + FieldSizes::ofNodes(nodes.nets) +
            FieldSizes::ofNodes(nodes.cells) + FieldSizes::ofNodes(nodes.clocks) + FieldSizes::ofNodes(nodes.views) +
@@ -139,6 +153,13 @@ int main() {
     reportDocument("a line of 100,000 names, then 30,000 mixed lines", inputs::longLineFirst(100'000, 30'000));
     reportDocument("30,000 mixed lines, then a line of 100,000 names", inputs::longLineLast(100'000, 30'000));
     reportDocument("400,000 comments", inputs::linesOfKind(3, 400'000));
+
+    std::puts("\n| save of | takes, times its text | capacity, times its text |\n|---|---|---|");
+    reportSave("mixed lines as saved", inputs::constraintFile(300'000, inputs::Order::saved));
+    reportSave("mixed lines at random", inputs::constraintFile(300'000, inputs::Order::random));
+    reportSave("names that grow (in0 to in199999)", inputs::growingNames(200'000, false));
+    reportSave("names that shrink", inputs::growingNames(200'000, true));
+    reportSave("a line of 100,000 names, then 30,000 mixed lines", inputs::longLineFirst(100'000, 30'000));
 
     std::puts(
         "\n| instances of a dump | nodes | fields, bytes a node | keeps, bytes a node | needs beyond that, KiB |");

@@ -1,5 +1,7 @@
-// toveng_pairs OLD NEW [PAIRS]: runs two builds of toveng_timing in alternation on generated inputs, each run in a
-// process of its own, on a fresh heap, and prints for each work the median of the ratios of the pairs.
+// toveng_pairs TIMING REPETITIONS [OLD]: runs toveng_timing on generated inputs, each run in a process of its own, and
+// prints the median and the middle half of ratios, each of times of one repetition. With another build of
+// toveng_timing, runs the two in alternation and prints the ratios of the first one's times to the other's; alone, how
+// its times compare with each other.
 
 #include <algorithm>
 #include <cstdio>
@@ -15,77 +17,111 @@
 
 namespace {
 
-using Times = std::map<std::string, double>;
+struct Input {
+    char const* name;
+    std::string path;
+    std::vector<char const*> works;
+};
 
-Times run(std::string const& program, std::string const& work, std::string const& path) {
-    std::string const command = "'" + program + "' " + work + " '" + path + "'";
+// The times of the steps of each input: one for each repetition.
+using Times = std::map<std::pair<std::string, std::string>, std::vector<double>>;
+
+void run(std::string const& program, char const* work, Input const& input, Times& times) {
+    std::string const command = "'" + program + "' " + work + " '" + input.path + "'";
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> output(::popen(command.c_str(), "r"), ::pclose);
-    Times times;
     char step[64];
-    for (double seconds = 0; output != nullptr && std::fscanf(output.get(), "%63[^0-9]%lf ", step, &seconds) == 2;) {
-        times[std::string(step, std::strlen(step) - 1)] = seconds;  // without the blank
+    for (double seconds = 0; output != nullptr && std::fscanf(output.get(), " %63[^:]: %lf", step, &seconds) == 2;) {
+        times[{input.name, step}].push_back(seconds);
     }
     if (output == nullptr || ::pclose(output.release()) != 0) {
         std::fprintf(stderr, "%s failed\n", command.c_str());
         std::exit(1);
     }
-    return times;
 }
 
-struct Input {
-    char const* name;
-    std::string path;
-    std::vector<char const*> works;
-    int pairs;
-};
-
-// The ratios of the pairs of each step.
-using Ratios = std::map<std::string, std::vector<double>>;
-
-Ratios measure(Input const& input, std::string const& oldProgram, std::string const& newProgram) {
-    Ratios ratios;
-    for (int pair = 0; pair < input.pairs; ++pair) {
-        for (char const* work : input.works) {
-            // Whichever is first alternates, so that neither gains where the machine grows faster or slower.
-            bool const newFirst = pair % 2 != 0;
-            Times first = run(newFirst ? newProgram : oldProgram, work, input.path);
-            Times second = run(newFirst ? oldProgram : newProgram, work, input.path);
-            if (newFirst) first.swap(second);
-            for (auto const& [step, seconds] : second) {
-                if (first.count(step) != 0) ratios[step].push_back(seconds / first[step]);
-            }
-        }
-    }
+std::vector<double> ratiosOf(std::vector<double> const& above, std::vector<double> const& below) {
+    std::vector<double> ratios;
+    std::transform(above.begin(), above.begin() + static_cast<long>(std::min(above.size(), below.size())),
+                   below.begin(), std::back_inserter(ratios), [](double a, double b) { return a / b; });
     return ratios;
 }
 
-void print(char const* input, Ratios const& ratios) {
-    for (auto [step, values] : ratios) {
-        std::sort(values.begin(), values.end());
-        std::size_t const count = values.size();
-        std::printf("| %s | %s | %.3f | %.3f to %.3f |\n", input, step.c_str(), values[count / 2], values[count / 4],
-                    values[count - 1 - count / 4]);
+void print(std::string const& input, std::string const& what, std::vector<double> ratios) {
+    if (ratios.empty()) return;
+    std::sort(ratios.begin(), ratios.end());
+    std::size_t const count = ratios.size();
+    std::printf("| %s | %s | %.3g | %.3g to %.3g |\n", input.c_str(), what.c_str(), ratios[count / 2],
+                ratios[count / 4], ratios[count - 1 - count / 4]);
+}
+
+// How the times of a build compare with each other, on one input.
+constexpr std::pair<char const*, char const*> comparisons[] = {
+    {"save", "load"},
+    {"destroy", "load"},
+    {"destroy unsaved", "load"},
+    {"check", "load"},
+    {"load, round 3", "load"},
+    {"save, round 3", "save"},
+    {"destroy, round 3", "destroy"},
+    {"ten queries", "dump load"},
+    {"dump destroy", "dump load"},
+};
+
+void printAlone(std::vector<Input> const& inputs, Times& times) {
+    std::puts("| input | time / time | median | middle half |\n|---|---|---|---|");
+    for (Input const& input : inputs) {
+        for (auto const& [above, below] : comparisons) {
+            print(input.name, above + std::string(" / ") + below,
+                  ratiosOf(times[{input.name, above}], times[{input.name, below}]));
+        }
     }
-    std::fflush(stdout);
+    print("four times the lines with a period", "load / load",
+          ratiosOf(times[{inputs[0].name, "load"}], times[{"lines with a period", "load"}]));
+}
+
+void printAgainst(std::vector<Input> const& inputs, Times& times, Times& old) {
+    std::puts("| input | time / its time in the other build | median | middle half |\n|---|---|---|---|");
+    for (Input const& input : inputs) {
+        for (auto const& [key, seconds] : times) {
+            if (key.first == input.name) print(input.name, key.second, ratiosOf(seconds, old[key]));
+        }
+    }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    int const pairs = argc > 3 ? std::atoi(argv[3]) : 9;
-    if (argc < 3 || pairs < 1) {
-        std::fputs("toveng_pairs OLD NEW [PAIRS]\n", stderr);
+    int const repetitions = argc > 2 ? std::atoi(argv[2]) : 0;
+    if (argc > 4 || repetitions < 1) {
+        std::fputs("toveng_pairs TIMING REPETITIONS [OLD]\n", stderr);
         return 2;
     }
-    std::vector<char const*> const documentWorks = {"save", "destroy", "check"};
+    std::vector<char const*> const works = {"rounds", "destroy", "check"};
     constexpr std::size_t lines = 300'000;
-    Input const all[] = {
-        {"lines as saved", inputs::constraintFile(lines, inputs::Order::saved), documentWorks, pairs},
-        {"lines with a period", inputs::constraintFile(lines, inputs::Order::periodic), documentWorks, pairs},
-        {"lines at random", inputs::constraintFile(lines, inputs::Order::random), documentWorks, pairs},
-        {"dump", inputs::designDump(100'000), {"query-dump", "destroy-dump"}, (pairs + 1) / 2},
+    std::vector<Input> all = {
+        {"1,200,000 lines", inputs::constraintFile(4 * lines), {"save"}},
+        {"lines as saved", inputs::constraintFile(lines, inputs::Order::saved), works},
+        {"lines with a period", inputs::constraintFile(lines, inputs::Order::periodic), works},
+        {"lines at random", inputs::constraintFile(lines, inputs::Order::random), works},
+        {"dump", inputs::designDump(100'000), {"query-dump", "destroy-dump"}},
     };
-    std::puts("| input | work | median | middle half |\n|---|---|---|---|");
-    for (Input const& input : all) print(input.name, measure(input, argv[1], argv[2]));
+    bool const alone = argc == 3;
+    Times times;
+    Times old;
+    for (int repetition = 0; repetition < repetitions; ++repetition) {
+        for (Input const& input : all) {
+            for (char const* work : input.works) {
+                // Whichever is first alternates, so that neither gains where the machine grows faster or slower.
+                if (!alone && repetition % 2 == 0) run(argv[3], work, input, old);
+                run(argv[1], work, input, times);
+                if (!alone && repetition % 2 != 0) run(argv[3], work, input, old);
+            }
+        }
+    }
+    if (alone) {
+        printAlone(all, times);
+    } else {
+        printAgainst(all, times, old);
+    }
     return 0;
 }
