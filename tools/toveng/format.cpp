@@ -42,7 +42,7 @@ int format(Arguments const& arguments) {
         std::size_t const losses = printLosses(input);
         if (losses > 0) {
             complain("toveng: " + input.name() + ": not formatted, " + std::to_string(losses) +
-                     " findings; --lossy formats it all the same");
+                     " findings; --lossy formats it anyway");
             return 1;
         }
     }

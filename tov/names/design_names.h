@@ -47,7 +47,7 @@ class TOVENG_API TovDesignNames {
 public:
     /// Indexes the design; one that is not loaded has no names. Calls `progress` meanwhile, unless it is empty, with
     /// the nodes counted so far and their number. If it returns false, the index stays empty and complete() is false;
-    /// if it throws, the exception goes on.
+    /// what it throws is rethrown.
     explicit TovDesignNames(TovDesign const& design, TovProgress const& progress = {});
     ~TovDesignNames();
     TovDesignNames(TovDesignNames const&) = delete;

@@ -84,7 +84,7 @@ std::string foldedMessage(Code code, Cause const& cause, std::string const& mess
     }
     if (code == Code::continuedLine) {
         std::string const places = cause.ranges.empty() ? "" : " (lines " + rangesText(cause) + ")";
-        return number + " commands go on in the next line or are never closed: " + counted(cause.words) + places +
+        return number + " commands continue on the next line or are never closed: " + counted(cause.words) + places +
                "; a command is one line here; `toveng import` joins the lines";
     }
     return message + " (" + number + " times in this file)";

@@ -55,7 +55,7 @@ std::array<Rule, codeCount> const rules = {{
      "Correct the query; as it is, it is kept as a name and finds nothing.", judgeQueries},
     {Code::variableName, "variable-name", Severity::warning, "A variable in place of a name.",
      "Write the name: the format has no variables. toveng import runs the Tcl and writes the names.", judgeVariables},
-    {Code::continuedLine, "continued-line", Severity::warning, "A command that goes on in the next line.",
+    {Code::continuedLine, "continued-line", Severity::warning, "A command that continues on the next line.",
      "Write the command in one line: the format has one line for each. toveng import joins such lines."},
     {Code::misspeltCommand, "misspelt-command", Severity::warning, "A command whose name is not one, but near one.",
      "Correct the name; as it is, the line is kept as a comment or as a command without content."},

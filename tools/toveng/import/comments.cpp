@@ -44,7 +44,7 @@ std::string heldComment(std::string_view text, bool isAfterCommand) {
     forEachLine(held, [&](std::string_view view) {
         std::string const line(view);
         std::size_t const first = line.find_first_not_of(space);
-        // A line that goes on from the one before is no comment by itself.
+        // A line that goes on from the one before is not a comment by itself.
         bool const isComment = first != std::string::npos && line[first] == '#';
         bool const isKept = isComment && kiri::tov::checkTovLine(line).empty() && !(isAfterCommand && isCommand(line));
         lines.append(isKept ? "" : "# ").append(line).append("\n");

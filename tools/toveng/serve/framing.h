@@ -13,7 +13,7 @@ namespace tool::lsp {
 ///     {"method":"exit"}
 ///
 /// Names of header fields are read without regard to case, other fields are ignored, and a line may end in a bare line
-/// feed. A header without a usable length is reported once; reading goes on at the next "Content-Length".
+/// feed. A header without a usable length is reported once; reading continues at the next "Content-Length".
 class Framer {
 public:
     enum class Result {
