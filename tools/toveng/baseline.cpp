@@ -46,7 +46,7 @@ Baseline::Baseline(QByteArray const& report) {
 }
 
 void Baseline::add(std::string const& file, Code code, std::string const& text, bool isFolded) {
-    if (code == Code::endsLoad) return;  // told in any case
+    if (code == Code::endsLoad) return;  // reported in any case
     if (!Folding::isByWords(code)) {
         Entry& entry = entries_[{file, code, text}];
         ++entry.count;

@@ -19,7 +19,7 @@
 
 namespace tool {
 
-/// What is told, and how.
+/// What is reported, and how.
 struct CheckOptions {
     kiri::tov::TovNameMatch match = kiri::tov::TOVMATCH_LEVELS;
     CodeSet codes{true};           ///< findings of others are left out
@@ -42,12 +42,12 @@ public:
     /// `design` is null for a check without names.
     SetCheck(CheckOptions const& options, Design const* design, Report& report, CheckCounts& counts);
 
-    /// Reads a file; a file that cannot be read is told.
+    /// Reads a file; a file that cannot be read is reported.
     void read(Input const& input, SlowProgress& progress);
     /// Says that a file of the set could not be opened.
     void setCut() { set_.setCut(); }
 
-    /// Tells what was found, file by file.
+    /// Reports what was found, file by file.
     void tell();
 
 private:

@@ -35,7 +35,7 @@ public:
     /// Leaves the findings of these first words out: of unknown-command or continued-line.
     void drop(Code code, std::set<std::string> const& words);
 
-    /// Returns the cause of a finding; null for one that is told by itself.
+    /// Returns the cause of a finding; null for one that is reported by itself.
     Cause const* causeOf(Code code, std::string const& text) const;
 
     /// Whether the first words of commands are what is common to the findings of a code.

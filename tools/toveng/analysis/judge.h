@@ -23,7 +23,7 @@ struct Finding {
 
 /// What is found in a statement, and what others must know of it.
 struct Judgement {
-    std::vector<Finding> findings;  ///< in the order in which they are told
+    std::vector<Finding> findings;  ///< in the order in which they are reported
     Facts facts;
     /// Nothing after the statement is read: a line of it ends the load.
     bool endsLoad = false;

@@ -12,7 +12,7 @@
 
 namespace tool {
 
-/// What a finding reports, in the order in which the findings of a line are told.
+/// What a finding reports, in the order in which the findings of a line are reported.
 enum class Code : std::uint8_t {
     droppedLine,  // the first ones are what the library finds, in the order of TovFindingKind
     unknownCommand,

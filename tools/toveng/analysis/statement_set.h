@@ -38,7 +38,7 @@ public:
     /// Says that a file of the set could not be read to its end.
     void setCut() { isCut_ = true; }
 
-    /// Returns what is found in a statement, in the order in which it is told.
+    /// Returns what is found in a statement, in the order in which it is reported.
     std::vector<SetFinding> findingsOf(std::size_t place) const;
 
     /// Takes the statements whose findings may have changed since this was called last, in their order. What was

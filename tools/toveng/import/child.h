@@ -22,7 +22,7 @@ constexpr int exitSignal = 6;  ///< a process below it was ended by Shared::sign
 /// Limits a process that runs the script: it dies with its parent and starts no process.
 void limitWorker();
 
-/// Waits for a copy of this process; ends this one likewise unless the copy stopped for an event.
+/// Waits for a copy of this process; ends this one in the same way unless the copy stopped for an event.
 void exitUnlessEvent(pid_t worker, Shared& shared);
 
 /// Runs the script of a request in a child process. Throws std::runtime_error if there can be none.

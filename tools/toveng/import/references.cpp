@@ -141,7 +141,7 @@ void writeReference(Tcl_Obj* value) {
 
 Tcl_ObjType const referenceType = {"tovengReference", freeReference, copyReference, writeReference, nullptr};
 
-// The Tcl type of an extent, likewise. Its mark is a number that is given when someone asks.
+// The Tcl type of an extent, made in the same way. Its mark is a number that is given when someone asks.
 
 std::size_t silent = 0;
 
