@@ -12,7 +12,8 @@
 
 namespace tool {
 
-/// The findings of an earlier report, which are not reported again. Findings are equal if their files, codes and texts are.
+/// The findings of an earlier report, which are not reported again. Findings are equal if their files, codes and texts
+/// are.
 class Baseline {
 public:
     Baseline() = default;

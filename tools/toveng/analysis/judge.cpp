@@ -107,7 +107,8 @@ std::string continuedMessage(Statement const& statement) {
     if (statement.isOpen) {
         std::string const lines = statement.count == 1 ? "line " + first : "lines " + first + " to " + last;
         return lines +
-               ": the command continues and never ends: a brace, bracket or quote is never closed, or `\\` ends the last "
+               ": the command continues and never ends: a brace, bracket or quote is never closed, or `\\` ends the "
+               "last "
                "line";
     }
     return "the command continues to line " + last + " (lines " + first + " to " + last +

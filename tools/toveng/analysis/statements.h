@@ -34,8 +34,8 @@ struct Statement {
 /// Finds which lines continue on the next one. A statement depends on the lines from its first one on, and on nothing
 /// before: a scan may begin at any statement.
 ///
-/// A line continues if it ends in "\", or leaves a brace, bracket or quote open which a later line closes before the next
-/// line that begins with a keyword. What ends in the open brace of a block does not.
+/// A line continues if it ends in "\", or leaves a brace, bracket or quote open which a later line closes before the
+/// next line that begins with a keyword. What ends in the open brace of a block does not.
 class StatementScanner {
 public:
     explicit StatementScanner(Lines& lines) : lines_(lines) {}

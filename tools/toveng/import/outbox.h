@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-// How the child reports what it finds: records that go through a pipe. They go to memory that both processes share first,
-// so that nothing is lost when the child dies between two writes.
+// How the child reports what it finds: records that go through a pipe. They go to memory that both processes share
+// first, so that nothing is lost when the child dies between two writes.
 
 namespace tool::sdc {
 
