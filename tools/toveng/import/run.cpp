@@ -165,6 +165,7 @@ void Run::runText(File file, std::string const& bytes) {
             bool const hasEnd = isParsed && parse.commandSize > 0 && parse.term == next - 1;
             Statement statement;
             statement.text = {start, static_cast<std::size_t>(next - start - (hasEnd ? 1 : 0))};
+            if (endsInSemicolon) statement.text = statement.text.substr(0, statement.text.find_last_not_of(" \t") + 1);
             statement.isFirstInLine = !startsInLine || between.find('\n') != std::string_view::npos;
             int const status =
                 runStatement(statement, isParsed ? &parse : nullptr, static_cast<std::uint32_t>(line), error);
