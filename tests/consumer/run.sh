@@ -149,16 +149,10 @@ examples() {
     folder=$(dirname "$list")
     name=$(basename "$folder")
     flags=("${without_qt[@]}")
-    [ "$name" != constraint_editor ] || flags=(-DTOVENG_BUILD_TESTS=OFF) # the one that is made of Qt
+    [ "$name" != constraint_browser ] || flags=(-DTOVENG_BUILD_TESTS=OFF) # the one that is made of Qt
     configure "$folder" "$work/$name" -DCMAKE_PREFIX_PATH="$prefix" "${flags[@]}"
     (cd "$work/$name" && case $name in
-      constraint_editor)
-        if [ ! -x "$name" ]; then
-          echo "not built"
-        else
-          QT_QPA_PLATFORM=offscreen "./$name" --picture picture.png "$file" && ls picture.png
-        fi
-        ;;
+      constraint_browser) if [ -x "$name" ]; then ldd "./$name"; else echo "not built"; fi ;;
       constraint_tour) "./$name" "$file" ;;
       design_tour) "./$name" "$folder/soc.xml" design.tov ;;
       disable_by_clock)
