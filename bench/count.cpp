@@ -144,6 +144,14 @@ void findPatterns(std::string const& path) {
     find(path, taDciObjPin, wordsFor("u_blk_*", "A?"));
 }
 
+void findClocks(std::string const& path) {
+    find(path, taDciObjClock, wordsFor("", "C*"));
+}
+
+void findPlainPatterns(std::string const& path) {
+    find(path, taDciObjName, wordsFor("", "C*"));
+}
+
 void findNowhere(std::string const& path) {
     find(path, taDciObjPin, {"*/*/*/Z"});
 }
@@ -188,6 +196,8 @@ constexpr Operation operations[] = {
     {"names", findNames, inputs::designDump, instances, wordsAsked},
     {"names-missing", findNoNames, inputs::designDump, instances, wordsAsked},
     {"patterns", findPatterns, inputs::designDump, instances, wordsAsked},
+    {"clock-patterns", findClocks, inputs::designDump, instances, wordsAsked},
+    {"name-patterns", findPlainPatterns, inputs::designDump, instances, wordsAsked},
     {"pattern-nowhere", findNowhere, inputs::designDump, instances},
     {"join", join, exceptions, instances},
     {"dump-destroy", destroyDump, inputs::designDump, instances},

@@ -32,6 +32,8 @@ FIGURES = [
     Figure("a plain name that the design has, instructions per word", "names", WORD, 3000),
     Figure("a plain name that it does not have, instructions per word", "names-missing", WORD, 3000),
     Figure("`u_core_N/u_blk_*/inst_M/A?`, instructions per word", "patterns", WORD, None),
+    Figure("`u_core_N/u_blk_M/inst_K/C*` for a clock, instructions per word", "clock-patterns", WORD, 20000),
+    Figure("the same for a plain name, instructions per word", "name-patterns", WORD, 20000),
     Figure("`*/*/*/Z`, which the design does not have, times the load of its dump", "pattern-nowhere", "dump-load", 0.04),
     Figure("join with a design of 10,000 instances, instructions per byte of the file", "join", BYTE, 250),
     Figure("dump load, times a bare pass of the XML reader", "dump-load", "dump-bare", 1.15),

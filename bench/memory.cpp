@@ -10,6 +10,7 @@
 #include "bench/heap.h"
 #include "bench/inputs.h"
 #include "tov/design/design.h"
+#include "tov/names/design_names.h"
 #include "tov/tov.h"
 
 namespace {
@@ -18,6 +19,7 @@ using namespace kiri::tov;
 
 constexpr double mostOfMixedLines = 3.76;  // times the file
 constexpr std::size_t mostOfBuffers = std::size_t{64} * 1024;
+constexpr double mostOfIndex = 60;      // bytes a cell
 constexpr std::size_t mostOfBus = 100;  // while a dump is read, beyond the node, for a base that fits into its object
 
 bool kept = true;
@@ -128,10 +130,15 @@ void reportDesign(std::size_t instances) {
     // Registers are cells.
     std::size_t const nodes = queries.ask(design) - queries.regs.size();
     std::size_t const fields = fieldsOf(queries);
-    std::printf("| %zu | %zu | %.1f | %.1f | %.1f |\n", instances, nodes, ratio(fields, nodes),
-                ratio(usage.kept, nodes), kibibytes(usage.above));
+    std::printf("| %zu | %zu | %.1f | %.1f | %.1f |", instances, nodes, ratio(fields, nodes), ratio(usage.kept, nodes),
+                kibibytes(usage.above));
     // The top node is not in the lists.
     promise(usage.kept <= fields + fields / 1000 + 1024, "keeps more than its fields take", "design");
+    std::size_t const before = heap::live;
+    TovDesignNames const names(design);
+    double const index = ratio(heap::live - before, queries.cells.size());
+    std::printf(" %.1f |\n", index);
+    promise(instances < 10'000 || index <= mostOfIndex, "the index of its names takes more than promised", "design");
     promise(usage.above <= mostOfBuffers + instances * mostOfBus, "needs more than promised beyond what it keeps",
             "design");
 }
@@ -162,8 +169,9 @@ int main() {
     reportSave("a line of 100,000 names, then 30,000 mixed lines", inputs::longLineFirst(100'000, 30'000));
 
     std::puts(
-        "\n| instances of a dump | nodes | fields, bytes a node | keeps, bytes a node | needs beyond that, KiB |");
-    std::puts("|---|---|---|---|---|");
+        "\n| instances of a dump | nodes | fields, bytes a node | keeps, bytes a node | needs beyond that, KiB | index "
+        "of names, bytes a cell |");
+    std::puts("|---|---|---|---|---|---|");
     for (std::size_t instances : {1000U, 10'000U, 100'000U}) reportDesign(instances);
     return kept ? 0 : 1;
 }
