@@ -69,7 +69,8 @@ void SetCheck::add(Statement const& statement, Judgement const& judgement, File&
     if (!hasFindings && !facts.isCompared && facts.missing.empty() && facts.clocks.empty() && !facts.hidesClocks)
         return;
     spots_.push_back({static_cast<std::uint32_t>(statement.first), static_cast<std::uint32_t>(statement.count),
-                      statement.kind, statement.isOpen, hasFindings});
+                      statement.kind, statement.isOpen, hasFindings,
+                      judgement.findings.size() == 1 && Folding::isByWords(judgement.findings[0].code)});
     set_.append(facts);
     for (Finding const& finding : judgement.findings) {
         file.folding.add(finding.code, finding.text, finding.line + 1, statement.end());
@@ -109,10 +110,22 @@ void SetCheck::applyBaseline(File& file, Code code) {
     if (cause->words.empty()) ++counts_.leftOut;
 }
 
+// Whether the line is the first one of what is folded by the first words of commands.
+bool SetCheck::beginsCause(File const& file, std::size_t line) {
+    for (Code code : {Code::unknownCommand, Code::continuedLine}) {
+        Cause const* const cause = file.folding.causeOf(code, {});
+        if (cause != nullptr && cause->line == line) return true;
+    }
+    return false;
+}
+
 void SetCheck::tell(File& file, std::size_t first) {
     std::optional<FileLines> lines;
     for (std::size_t place = first; place < file.end; ++place) {
-        if (!spots_[place].hasFindings && set_.findingsOf(place).empty()) continue;
+        Spot const& spot = spots_[place];
+        bool const isTold =
+            spot.hasFindings && !(spot.isFirstWord && options_.isFolded && !beginsCause(file, spot.line + 1));
+        if (!isTold && set_.findingsOf(place).empty()) continue;
         if (!lines) lines.emplace(file.input);
         tell(file, place, *lines);
     }

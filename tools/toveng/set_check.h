@@ -58,6 +58,7 @@ private:
         Statement::Kind kind;
         bool isOpen;
         bool hasFindings;  // of its own
+        bool isFirstWord;  // these are one, which is folded by the first word of the command
     };
     struct File {
         Input input;
@@ -69,6 +70,7 @@ private:
     void tell(File& file, std::size_t first);
     void tell(File& file, std::size_t place, FileLines& lines);
     void tell(File& file, Finding const& finding, std::vector<SetFinding> const& others, FileLines& lines);
+    static bool beginsCause(File const& file, std::size_t line);
     void applyBaseline(File& file, Code code);
     bool isInBaseline(std::string const& file, Code code, std::string const& text, bool isFolded);
     std::pair<std::string, std::size_t> lineOf(std::size_t place) const;

@@ -131,7 +131,7 @@ Judge::~Judge() = default;
 Judgement Judge::judge(Statement const& statement, Lines& lines, Detail detail) const {
     Judgement out;
     if (statement.goesOn()) {
-        judgeContinued(statement, joinedLines(statement, lines), lines, out);
+        judgeContinued(statement, lines, out, detail);
         return out;
     }
     std::string_view text;
@@ -232,7 +232,8 @@ void Judge::judgeOther(Statement const& statement, std::string const& joined, Ju
     out.facts.hidesClocks = hidesClocks(text);
 }
 
-void Judge::judgeContinued(Statement const& statement, std::string const& joined, Lines& lines, Judgement& out) const {
+void Judge::judgeContinued(Statement const& statement, Lines& lines, Judgement& out, Detail detail) const {
+    std::string const joined = joinedLines(statement, lines);
     if (!findMisspelt(statement, joined, out)) {
         if (statement.isCommand()) {
             CommandText const first(joined);
@@ -240,7 +241,7 @@ void Judge::judgeContinued(Statement const& statement, std::string const& joined
                 {statement.first, Code::continuedLine, std::string(first.keyword), continuedMessage(statement)});
             addClocks(joined, out.facts);
         } else {
-            judgeOther(statement, joined, out, Detail::messages);
+            judgeOther(statement, joined, out, detail);
         }
     }
     // The library reads each line by itself.

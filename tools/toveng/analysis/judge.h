@@ -48,7 +48,7 @@ private:
     void judgeCommand(std::string const& line, std::size_t number, Judgement& out, Detail detail) const;
     void judgeEnabled(Command const& command, Judgement& out) const;
     void judgeOther(Statement const& statement, std::string const& joined, Judgement& out, Detail detail) const;
-    void judgeContinued(Statement const& statement, std::string const& joined, Lines& lines, Judgement& out) const;
+    void judgeContinued(Statement const& statement, Lines& lines, Judgement& out, Detail detail) const;
     bool findMisspelt(Statement const& statement, std::string const& joined, Judgement& out) const;
     void addClocks(std::string const& line, Facts& facts) const;
 
