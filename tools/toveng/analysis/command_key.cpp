@@ -1,8 +1,10 @@
 #include "analysis/command_key.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <functional>
+#include <iterator>
 #include <string_view>
 
 #include "analysis/words.h"
@@ -44,7 +46,7 @@ bool isClockRole(std::string_view role) {
     return role == "-clock" || role == "-master_clock" || role == "-group";
 }
 
-Hash hashOf(TovNameUse const& use) {
+Hash hashOf(WordUse const& use) {
     return hashOf(use.role, meansClock(use) ? taDciObjClock : use.type, use.match, use.word);
 }
 
@@ -58,11 +60,11 @@ std::string withoutBlanks(std::string_view text) {
 }
 
 // Whether the words that can be judged are all that a reference names.
-bool isCovered(taDciObj const& object, std::string_view role, std::vector<TovNameUse> const& uses) {
+bool isCovered(taDciObj const& object, std::string_view role, std::vector<WordUse> const& uses) {
     std::string_view const text = object.name;
     auto const isWord = [&](std::string_view word) {
         return std::any_of(uses.begin(), uses.end(),
-                           [&](TovNameUse const& use) { return role == use.role && word == use.word; });
+                           [&](WordUse const& use) { return role == use.role && word == use.word; });
     };
     if (object.type != taDciObjName) return isWord(text);
     constexpr std::string_view separators = " \t\n\r\v\f[]{}\"";
@@ -80,10 +82,10 @@ bool isCovered(taDciObj const& object, std::string_view role, std::vector<TovNam
 
 // The objects of a command in their roles. A save writes the first reference of a list alone, and a command that loses
 // others is not compared.
-Hash hashOfObjects(TovCmd& cmd, std::vector<TovNameUse> const& uses) {
+Hash hashOfObjects(Command const& command, std::vector<WordUse> const& uses) {
     std::vector<Hash> parts;
-    for (TovNameUse const& use : uses) parts.push_back(hashOf(use));
-    for (TovReferences const& references : referencesOf(cmd)) {
+    for (WordUse const& use : uses) parts.push_back(hashOf(use));
+    for (TovReferences const& references : command.references) {
         if (references.list->empty()) continue;
         taDciObj const* const object = references.list->front();
         if (object == nullptr || object->name == nullptr || isCovered(*object, references.role, uses)) continue;
@@ -92,9 +94,9 @@ Hash hashOfObjects(TovCmd& cmd, std::vector<TovNameUse> const& uses) {
     return hashOfSet(parts);
 }
 
-Hash hashOfGroups(TovCmd& cmd) {
+Hash hashOfGroups(Command const& command) {
     std::vector<Hash> groups;
-    for (TovReferences const& group : referencesOf(cmd)) {
+    for (TovReferences const& group : command.references) {
         std::vector<Hash> clocks;
         for (taDciObj const* object : *group.list) {
             if (object != nullptr && object->name != nullptr) clocks.push_back(hashOf(withoutBlanks(object->name)));
@@ -104,19 +106,53 @@ Hash hashOfGroups(TovCmd& cmd) {
     return hashOfSet(groups);
 }
 
+// Words of these characters stand for themselves, in queries and, without brackets, as plain names.
+constexpr auto plainCharacters = [] {
+    std::array<bool, 256> table{};
+    for (char c : std::string_view("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_/.:*?-[]")) {
+        table[static_cast<unsigned char>(c)] = true;
+    }
+    return table;
+}();
+
+bool isPlainWord(std::string_view word, bool isQueried) {
+    auto const isPlain = [isQueried](char c) {
+        return plainCharacters[static_cast<unsigned char>(c)] && (isQueried || (c != '[' && c != ']'));
+    };
+    bool const isSyntax =
+        word.empty() || word[0] == '[' || word[0] == '-' || startsWith(word, "get_") || word == "list";
+    return !isSyntax && std::all_of(word.begin(), word.end(), isPlain);
+}
+
 }  // namespace
 
-bool meansClock(TovNameUse const& use) {
+bool gatherPlainUses(Command const& command, TovNameMatch match, std::vector<WordUse>& uses) {
+    for (TovReferences const& references : command.references) {
+        auto const& list = *references.list;
+        if (list.empty()) continue;
+        taDciObj const* const object = list.front();
+        bool const isOne = std::next(list.begin()) == list.end() && object != nullptr && object->name != nullptr;
+        bool const isPlain = isOne && isPlainWord(object->name, object->type != taDciObjName);
+        if (!isPlain) {
+            uses.clear();
+            return false;
+        }
+        uses.push_back({references.role, object->type, match, object->name});
+    }
+    return true;
+}
+
+bool meansClock(WordUse const& use) {
     return use.type == taDciObjClock || (use.type == taDciObjName && isClockRole(use.role));
 }
 
-void setKey(Command const& command, std::vector<TovNameUse> const& uses, Facts& facts) {
+void setKey(Command const& command, std::vector<WordUse> const& uses, Facts& facts) {
     auto const kind = static_cast<Hash>(command.list);
     switch (command.list) {
         case TOVCMD_INPUTDELAY:
         case TOVCMD_OUTPUTDELAY: {
             auto const& delay = static_cast<TovCmdIODelay const&>(command.cmd);
-            facts.path = mixed(kind, hashOfObjects(command.cmd, uses));
+            facts.path = mixed(kind, hashOfObjects(command, uses));
             facts.key = mixed(facts.path, (delay.min ? 1U : 0U) + (delay.max ? 2U : 0U));
             facts.isMin = delay.min;
             facts.isMax = delay.max;
@@ -127,7 +163,7 @@ void setKey(Command const& command, std::vector<TovNameUse> const& uses, Facts& 
         }
         case TOVCMD_MAXDELAY:
         case TOVCMD_MINDELAY:
-            facts.path = mixed(TOVCMD_MAXDELAY, hashOfObjects(command.cmd, uses));
+            facts.path = mixed(TOVCMD_MAXDELAY, hashOfObjects(command, uses));
             facts.key = mixed(facts.path, kind);
             facts.isMin = command.list == TOVCMD_MINDELAY;
             facts.isMax = !facts.isMin;
@@ -135,15 +171,15 @@ void setKey(Command const& command, std::vector<TovNameUse> const& uses, Facts& 
             facts.value = static_cast<TovCmdTimingDelay const&>(command.cmd).delay;
             break;
         case TOVCMD_MULTICYCLE:
-            facts.key = mixed(kind, hashOfObjects(command.cmd, uses));
+            facts.key = mixed(kind, hashOfObjects(command, uses));
             facts.value = static_cast<TovCmdMultiPath const&>(command.cmd).multiplier;
             break;
         case TOVCMD_FALSEPATH:
-            facts.key = mixed(kind, hashOfObjects(command.cmd, uses));
+            facts.key = mixed(kind, hashOfObjects(command, uses));
             break;
         case TOVCMD_CLOCKGROUP:
             facts.key = mixed(kind + (static_cast<TovCmdClockGroupDef const&>(command.cmd).exclusive ? 100 : 0),
-                              hashOfGroups(command.cmd));
+                              hashOfGroups(command));
             break;
         default:
             break;

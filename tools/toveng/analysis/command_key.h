@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string_view>
 #include <vector>
 
 #include "analysis/facts.h"
@@ -8,10 +9,22 @@
 
 namespace tool {
 
+/// A word by which a command refers to objects, as TovNameUse, which owns its text.
+struct WordUse {
+    std::string_view role;
+    taDciObjTyp type;
+    kiri::tov::TovNameMatch match;
+    std::string_view word;
+};
+
+/// Gathers the words of a command whose lists have one plain word each, as TovDocumentNames::usesIn does; false, and
+/// nothing gathered, for any other command.
+bool gatherPlainUses(Command const& command, kiri::tov::TovNameMatch match, std::vector<WordUse>& uses);
+
 /// Sets what a command is compared by. `uses` are those of the command. Clock definitions are not compared.
-void setKey(Command const& command, std::vector<kiri::tov::TovNameUse> const& uses, Facts& facts);
+void setKey(Command const& command, std::vector<WordUse> const& uses, Facts& facts);
 
 /// Whether a word means a clock: by its query, or by the option before it.
-bool meansClock(kiri::tov::TovNameUse const& use);
+bool meansClock(WordUse const& use);
 
 }  // namespace tool

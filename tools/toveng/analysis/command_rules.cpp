@@ -29,8 +29,8 @@ std::string_view nameOf(taDciObj const* object) {
 // Calls `visit` with each object reference of a command, equal neighbours once: the plain names of a list are copies of
 // one expression.
 template <class Visit>
-void forEachObject(TovCmd& cmd, Visit visit) {
-    for (TovReferences const& references : referencesOf(cmd)) {
+void forEachObject(Command const& command, Visit visit) {
+    for (TovReferences const& references : command.references) {
         std::string_view last;
         for (taDciObj const* object : *references.list) {
             std::string_view const name = nameOf(object);
@@ -168,7 +168,7 @@ void judgeObjects(Command const& command, std::vector<Remark>& remarks) {
     bool const isPath = command.list == TOVCMD_FALSEPATH || command.list == TOVCMD_MULTICYCLE ||
                         command.list == TOVCMD_MAXDELAY || command.list == TOVCMD_MINDELAY;
     if (!isDelay && !isPath) return;
-    std::vector<TovReferences> const lists = referencesOf(command.cmd);
+    std::vector<TovReferences> const& lists = command.references;
     bool const isEmpty = std::all_of(lists.begin(), lists.end(), [isDelay](TovReferences const& references) {
         return references.list->empty() || (isDelay && *references.role != '\0');
     });
@@ -199,8 +199,8 @@ void judgeCycles(Command const& command, std::vector<Remark>& remarks) {
 
 void judgeQueries(Command const& command, std::vector<Remark>& remarks) {
     Remark remark;
-    forEachObject(command.cmd, [&](taDciObj const& object, std::string_view name) {
-        if (object.type != taDciObjName) return;
+    forEachObject(command, [&](taDciObj const& object, std::string_view name) {
+        if (object.type != taDciObjName || name.find('[') == std::string_view::npos) return;
         std::string const message = misspeltIn(name);
         if (message.empty()) return;
         addWord(remark.text, name);
@@ -210,6 +210,7 @@ void judgeQueries(Command const& command, std::vector<Remark>& remarks) {
 }
 
 void judgeVariables(Command const& command, std::vector<Remark>& remarks) {
+    if (!command.mayHoldVariables) return;
     auto const add = [&](std::string_view name) {
         std::string text(name);
         if (startsWith(text, "${") && text.find('}') == std::string::npos) text += '}';
@@ -221,7 +222,7 @@ void judgeVariables(Command const& command, std::vector<Remark>& remarks) {
     };
     if (command.list == TOVCMD_CLOCK) forEachVariable(static_cast<TovCmdClockDef&>(command.cmd).clockName, add);
     if (command.list == TOVCMD_GENCLOCK) forEachVariable(static_cast<TovCmdGenClockDef&>(command.cmd).clockName, add);
-    forEachObject(command.cmd, [&](taDciObj const&, std::string_view name) { forEachVariable(name, add); });
+    forEachObject(command, [&](taDciObj const&, std::string_view name) { forEachVariable(name, add); });
 }
 
 bool definesUnknownClock(Command const& command) {

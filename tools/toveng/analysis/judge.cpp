@@ -124,6 +124,7 @@ std::string tooLong(std::string_view words) {
 
 Judge::Judge(TovDesignNames const* names, TovNameMatch match)
     : hasDesign_(names != nullptr),
+      match_(match),
       join_(std::make_unique<TovDocumentNames const>(document_, names == nullptr ? noDesign() : *names, match)) {}
 
 Judge::~Judge() = default;
@@ -139,12 +140,14 @@ Judgement Judge::judge(Statement const& statement, Lines& lines, Detail detail) 
     if (statement.kind == Statement::Kind::comment) {
         bool const mayHaveFindings = startsWith(trimFront(text), "#attribute") || text.find('\0') != text.npos;
         if (mayHaveFindings) judgeComment(std::string(text), statement.first, out, detail);
-    } else if (!findMisspelt(statement, std::string(text), out)) {
-        if (statement.isCommand()) {
-            judgeCommand(std::string(text), statement.first, out, detail);
-        } else {
-            judgeOther(statement, std::string(text), out, detail);
-        }
+        return out;
+    }
+    std::string const line(text);
+    if (findMisspelt(statement, line, out)) return out;
+    if (statement.isCommand()) {
+        judgeCommand(line, statement.first, out, detail);
+    } else {
+        judgeOther(statement, line, out, detail);
     }
     return out;
 }
@@ -169,7 +172,7 @@ void Judge::judgeCommand(std::string const& line, std::size_t number, Judgement&
     std::unique_ptr<TovCmd> const cmd = makeCommand(line, &list);
     if (cmd == nullptr || !cmd->enabled) return;
     out.facts.isCompared = findings.empty();
-    judgeEnabled({*cmd, list}, out);
+    judgeEnabled({*cmd, list, referencesOf(*cmd), line.find('$') != std::string::npos}, out);
     // A ";" ends the command, and another one may follow.
     bool const hasAnother = line.find(';') != std::string::npos;
     out.facts.hidesClocks = out.facts.hidesClocks || (hasAnother && hidesClocks(line.substr(1)));
@@ -195,24 +198,46 @@ void Judge::judgeEnabled(Command const& command, Judgement& out) const {
         }
     }
 
-    std::vector<TovNameUse> const uses = join_->usesIn(command.cmd);
-    if (out.facts.isCompared) setKey(command, uses, out.facts);
-    for (TovNameUse const& use : hasDesign_ ? join_->missingIn(command.cmd) : uses) {
-        bool const isClockUse = meansClock(use);
-        if (hasDesign_ || (isClockUse && out.facts.isCompared)) {
-            out.facts.missing.push_back({use.type, use.match, isClockUse, use.word});
-        }
-    }
+    addUses(command, out.facts);
     if (!isClock(command.list)) return;
     std::string name = definedClock(command.cmd);
     if (!name.empty()) out.facts.clocks.push_back(std::move(name));
     out.facts.hidesClocks = definesUnknownClock(command);
 }
 
+void Judge::addUses(Command const& command, Facts& facts) const {
+    std::vector<WordUse> uses;
+    std::vector<TovNameUse> owned;
+    if (!gatherPlainUses(command, match_, uses)) {
+        owned = join_->usesIn(command.cmd);
+        for (TovNameUse const& use : owned) uses.push_back({use.role, use.type, use.match, use.word});
+    }
+    if (facts.isCompared) setKey(command, uses, facts);
+    if (hasDesign_) {
+        for (TovNameUse const& use : join_->missingIn(command.cmd)) {
+            addMissing({use.role, use.type, use.match, use.word}, facts);
+        }
+    } else if (facts.isCompared) {
+        for (WordUse const& use : uses) {
+            if (meansClock(use)) addMissing(use, facts);
+        }
+    }
+}
+
+// Words of several groups are one.
+void Judge::addMissing(WordUse const& use, Facts& facts) const {
+    MissingWord const word{use.type, use.match, meansClock(use), std::string(use.word)};
+    auto const isSame = [&word](MissingWord const& other) {
+        return word.text == other.text && word.type == other.type && word.match == other.match;
+    };
+    if (std::none_of(facts.missing.begin(), facts.missing.end(), isSame)) facts.missing.push_back(word);
+}
+
 // A first word that is near a keyword is a finding in place of all others.
 bool Judge::findMisspelt(Statement const& statement, std::string const& joined, Judgement& out) const {
     if (statement.kind != Statement::Kind::command && statement.kind != Statement::Kind::other) return false;
     std::string_view const word = commandWord(joined);
+    if (word == keywordOf(word)) return false;
     std::string const keyword = nearKeyword(word);
     if (keyword.empty()) return false;
     out.findings.push_back(
@@ -273,7 +298,7 @@ void Judge::addClocks(std::string const& line, Facts& facts) const {
     if (cmd == nullptr || !cmd->enabled || !isClock(list)) return;
     std::string name = definedClock(*cmd);
     if (!name.empty()) facts.clocks.push_back(std::move(name));
-    facts.hidesClocks = facts.hidesClocks || definesUnknownClock({*cmd, list});
+    facts.hidesClocks = facts.hidesClocks || definesUnknownClock({*cmd, list, referencesOf(*cmd)});
 }
 
 std::string firstWordOf(Statement const& statement, Lines& lines) {

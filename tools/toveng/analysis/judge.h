@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/command_key.h"
 #include "analysis/facts.h"
 #include "analysis/lines.h"
 #include "analysis/rules.h"
@@ -47,12 +48,15 @@ private:
     void judgeComment(std::string const& line, std::size_t number, Judgement& out, Detail detail) const;
     void judgeCommand(std::string const& line, std::size_t number, Judgement& out, Detail detail) const;
     void judgeEnabled(Command const& command, Judgement& out) const;
+    void addUses(Command const& command, Facts& facts) const;
+    void addMissing(WordUse const& use, Facts& facts) const;
     void judgeOther(Statement const& statement, std::string const& joined, Judgement& out, Detail detail) const;
     void judgeContinued(Statement const& statement, Lines& lines, Judgement& out, Detail detail) const;
     bool findMisspelt(Statement const& statement, std::string const& joined, Judgement& out) const;
     void addClocks(std::string const& line, Facts& facts) const;
 
     bool hasDesign_;
+    kiri::tov::TovNameMatch match_;
     kiri::tov::TOV document_;  // without clocks
     std::unique_ptr<kiri::tov::TovDocumentNames const> join_;
 };

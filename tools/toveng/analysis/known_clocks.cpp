@@ -35,11 +35,13 @@ KnownClocks::Id KnownClocks::nameId(std::string const& name) {
 }
 
 KnownClocks::Id KnownClocks::wordId(MissingWord const& word) {
-    std::string key = word.text;
+    key_.assign(word.text).append(1, '\n');
     for (int part : {static_cast<int>(word.type), static_cast<int>(word.match), word.isClock ? 1 : 0}) {
-        key += '\n' + std::to_string(part);
+        key_ += static_cast<char>(part);
     }
-    auto const [place, isNew] = wordIds_.try_emplace(std::move(key), static_cast<Id>(words_.size()));
+    auto const known = wordIds_.find(key_);
+    if (known != wordIds_.end()) return known->second;
+    auto const [place, isNew] = wordIds_.try_emplace(key_, static_cast<Id>(words_.size()));
     if (isNew) {
         words_.emplace_back();
         words_.back().word = word;

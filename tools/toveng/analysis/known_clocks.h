@@ -75,6 +75,7 @@ private:
     std::vector<Word> words_;
     std::unordered_map<std::string, Id> nameIds_;
     std::unordered_map<std::string, Id> wordIds_;
+    std::string key_;  // of the last word that was looked up
     std::size_t defined_ = 0;
     bool isCurrent_ = true;
     kiri::tov::TOV document_;  // holds a definition of each clock

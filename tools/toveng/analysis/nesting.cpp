@@ -1,10 +1,26 @@
 #include "analysis/nesting.h"
 
 #include <algorithm>
+#include <array>
 
 #include "analysis/words.h"
 
 namespace tool {
+
+namespace {
+
+// Characters that may begin or end something; all others are part of a word wherever they come.
+constexpr auto syntaxCharacters = [] {
+    std::array<bool, 256> table{};
+    for (char c : std::string_view(" \t\n\r\v\f\\\"{}[];#")) table[static_cast<unsigned char>(c)] = true;
+    return table;
+}();
+
+bool isInWord(char c) {
+    return !syntaxCharacters[static_cast<unsigned char>(c)];
+}
+
+}  // namespace
 
 void Nesting::clear() {
     frames_.clear();
@@ -61,6 +77,11 @@ void Nesting::skipEscape(std::string_view line, std::size_t& at) {
 void Nesting::readInBrace(std::string_view line, std::size_t& at) {
     while (at < line.size()) {
         char const c = line[at];
+        if (isInWord(c)) {
+            lastIsOpenBrace_ = false;
+            ++at;
+            continue;
+        }
         if (c == '\\') {
             lastIsOpenBrace_ = false;
             skipEscape(line, at);
@@ -96,6 +117,12 @@ void Nesting::readInQuote(std::string_view line, std::size_t& at) {
 
 void Nesting::readInCommand(std::string_view line, std::size_t& at) {
     while (at < line.size()) {
+        if (isInWord(line[at])) {
+            while (++at < line.size() && isInWord(line[at])) {
+            }
+            commandBegins_ = wordBegins_ = false;
+            continue;
+        }
         char const c = line[at];
         if (c == '#' && commandBegins_) {
             at = line.size();

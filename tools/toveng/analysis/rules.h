@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tov/check.h"
+#include "tov/cmd/references.h"
 #include "tov/tov.h"
 
 namespace tool {
@@ -53,6 +54,8 @@ enum class Severity : std::uint8_t { warning, error };
 struct Command {
     kiri::tov::TovCmd& cmd;
     kiri::tov::TOVCMD_TYPE list;
+    std::vector<kiri::tov::TovReferences> references;  ///< see referencesOf
+    bool mayHoldVariables = true;                      ///< there is a "$" in its line
 };
 
 /// What a rule says of a command.

@@ -68,26 +68,21 @@ void StatementSet::insertInto(IdList& ids, Id id) {
     ids.insert(isLast ? ids.end() : placeIn(ids, id), id);
 }
 
-void StatementSet::eraseFrom(std::unordered_map<std::uint64_t, IdList>& lists, std::uint64_t key, Id id) {
-    auto const place = lists.find(key);
-    place->second.erase(placeIn(place->second, id));
-    if (place->second.empty()) lists.erase(place);
-}
-
 void StatementSet::link(Id id) {
-    Entry const& entry = entries_[id];
+    Entry& entry = entries_[id];
     touch(id);
     for (Id word : entry.words) clocks_.use(word, id);
     for (Id clock : entry.clocks) clocks_.define(clock);
     if (entry.hidesClocks) ++hiding_;
     if (entry.key != 0) {
-        IdList& same = keys_[entry.key];
-        insertInto(same, id);
-        touchNeighbours(same, id);
+        entry.same = same_.put(entry.key);
+        insertInto(same_[entry.same], id);
+        touchNeighbours(same_[entry.same], id);
     }
     if (entry.path != 0) {
-        if (entry.isMin) insertInto(minimums_[entry.path], id);
-        if (entry.isMax) insertInto(maximums_[entry.path], id);
+        entry.limits = limits_.put(entry.path);
+        if (entry.isMin) insertInto(limits_[entry.limits].minimums, id);
+        if (entry.isMax) insertInto(limits_[entry.limits].maximums, id);
         touchLimits(id);
     }
     if (!entry.isCompared) return;
@@ -104,19 +99,22 @@ void StatementSet::unlink(Id id) {
     for (Id clock : entry.clocks) clocks_.undefine(clock);
     if (entry.hidesClocks) --hiding_;
     if (entry.key != 0) {
-        touchNeighbours(keys_[entry.key], id);
-        eraseFrom(keys_, entry.key, id);
+        touchNeighbours(same_[entry.same], id);
+        eraseFrom(same_[entry.same], id);
+        if (same_[entry.same].empty()) same_.erase(entry.key);
     }
     if (entry.path != 0) {
         touchLimits(id);
-        if (entry.isMin) eraseFrom(minimums_, entry.path, id);
-        if (entry.isMax) eraseFrom(maximums_, entry.path, id);
+        Limits& limits = limits_[entry.limits];
+        if (entry.isMin) eraseFrom(limits.minimums, id);
+        if (entry.isMax) eraseFrom(limits.maximums, id);
+        if (limits.minimums.empty() && limits.maximums.empty()) limits_.erase(entry.path);
     }
     if (entry.isCompared) {
         for (Id clock : entry.clocks) {
             IdList& compared = clocks_.name(clock).compared;
             touchFrom(compared, id);
-            compared.erase(placeIn(compared, id));
+            eraseFrom(compared, id);
         }
     }
     entry = Entry();
@@ -147,10 +145,9 @@ void StatementSet::touchFrom(IdList const& ids, Id id) {
 // Touches those after a statement that are compared with the bound that it sets.
 void StatementSet::touchLimits(Id id) {
     Entry const& entry = entries_[id];
-    auto const minimums = minimums_.find(entry.path);
-    auto const maximums = maximums_.find(entry.path);
-    if (entry.isMin && maximums != maximums_.end()) touchFrom(maximums->second, id);
-    if (entry.isMax && minimums != minimums_.end()) touchFrom(minimums->second, id);
+    Limits const& limits = limits_[entry.limits];
+    if (entry.isMin) touchFrom(limits.maximums, id);
+    if (entry.isMax) touchFrom(limits.minimums, id);
 }
 
 bool StatementSet::judgesClocks() const {
@@ -212,7 +209,8 @@ void StatementSet::findRedefined(Id id, std::vector<SetFinding>& findings) const
 void StatementSet::findSame(Id id, std::vector<SetFinding>& findings) const {
     Entry const& entry = entries_[id];
     if (entry.key == 0) return;
-    IdList const& same = keys_.find(entry.key)->second;
+    IdList const& same = same_[entry.same];
+    if (same.size() == 1) return;
     Id const* const place = placeIn(same, id);
     if (place != same.begin() && entries_[*(place - 1)].value == entry.value) {
         findings.push_back({Code::repeated, places_[*(place - 1)]});
@@ -222,20 +220,15 @@ void StatementSet::findSame(Id id, std::vector<SetFinding>& findings) const {
     }
 }
 
-// Returns the last one before a statement that bounds its path; null if there is none.
-StatementSet::Id const* StatementSet::inForce(std::unordered_map<std::uint64_t, IdList> const& lists, Id id) const {
-    auto const found = lists.find(entries_[id].path);
-    if (found == lists.end()) return nullptr;
-    Id const* const place = placeIn(found->second, id);
-    return place == found->second.begin() ? nullptr : place - 1;
-}
-
 // A command that sets both bounds replaces both.
 void StatementSet::findLimit(Id id, std::vector<SetFinding>& findings) const {
     Entry const& entry = entries_[id];
     if (entry.path == 0 || entry.isMin == entry.isMax) return;
-    Id const* const other = inForce(entry.isMin ? maximums_ : minimums_, id);
-    if (other == nullptr) return;
+    Limits const& limits = limits_[entry.limits];
+    IdList const& others = entry.isMin ? limits.maximums : limits.minimums;
+    Id const* const after = placeIn(others, id);
+    if (after == others.begin()) return;
+    Id const* const other = after - 1;  // the bound that is in force
     double const bound = entries_[*other].value;
     bool const isOver = entry.isMin ? entry.value > bound : entry.value < bound;
     if (isOver) findings.push_back({Code::minOverMax, places_[*other]});

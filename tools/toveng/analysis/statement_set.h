@@ -3,11 +3,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "analysis/facts.h"
 #include "analysis/id_list.h"
+#include "analysis/key_table.h"
 #include "analysis/known_clocks.h"
 #include "analysis/rules.h"
 
@@ -60,8 +60,10 @@ private:
         std::uint64_t key = 0;
         std::uint64_t path = 0;
         double value = 0;
-        IdList words;   // in words_
-        IdList clocks;  // in clockNames_
+        std::uint32_t same = 0;    // in same_, where there is a key
+        std::uint32_t limits = 0;  // in limits_, where there is a path
+        IdList words;              // in words_
+        IdList clocks;             // in clockNames_
         bool isMin = false;
         bool isMax = false;
         bool isDelay = false;
@@ -84,14 +86,12 @@ private:
     // The first of a list that is not before a statement.
     Id const* placeIn(IdList const& ids, Id id) const;
     void insertInto(IdList& ids, Id id);
-    void eraseFrom(std::unordered_map<std::uint64_t, IdList>& lists, std::uint64_t key, Id id);
+    void eraseFrom(IdList& ids, Id id) { ids.erase(placeIn(ids, id)); }
 
     void findMissing(Entry const& entry, std::vector<SetFinding>& findings) const;
     void findRedefined(Id id, std::vector<SetFinding>& findings) const;
     void findSame(Id id, std::vector<SetFinding>& findings) const;
     void findLimit(Id id, std::vector<SetFinding>& findings) const;
-    Id const* inForce(std::unordered_map<std::uint64_t, IdList> const& lists, Id id) const;
-
     bool hasDesign_;
     bool isCut_ = false;
     bool judgedClocks_ = false;
@@ -102,9 +102,14 @@ private:
     std::vector<std::uint32_t> places_;  // places by id
     std::vector<Id> touched_;
 
-    std::unordered_map<std::uint64_t, IdList> keys_;  // statements in their order, as all these lists
-    std::unordered_map<std::uint64_t, IdList> minimums_;
-    std::unordered_map<std::uint64_t, IdList> maximums_;
+    /// The commands that bound one path, in their order.
+    struct Limits {
+        IdList minimums;
+        IdList maximums;
+    };
+
+    KeyTable<IdList> same_;  // the commands of a key, in their order
+    KeyTable<Limits> limits_;
     KnownClocks clocks_;
 };
 

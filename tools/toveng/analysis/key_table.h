@@ -1,0 +1,86 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace tool {
+
+/// Groups by 64-bit keys, which are hashes; 0 is no key. A group keeps its number while it is there. Unlike a map of
+/// the standard library it waits for memory about once for a key.
+template <class Group>
+class KeyTable {
+public:
+    using Number = std::uint32_t;
+
+    Group& operator[](Number number) { return groups_[number]; }
+    Group const& operator[](Number number) const { return groups_[number]; }
+
+    /// Returns the group of a key, an empty one if it is new.
+    Number put(std::uint64_t key) {
+        if ((count_ + 1) * 3 > slots_.size() * 2) grow();
+        std::size_t const at = find(key);
+        if (slots_[at].key == 0) {
+            slots_[at] = {key, newGroup()};
+            ++count_;
+        }
+        return slots_[at].number;
+    }
+
+    /// Removes a key whose group is empty.
+    void erase(std::uint64_t key) {
+        std::size_t gap = find(key);
+        free_.push_back(slots_[gap].number);
+        --count_;
+        // What probing put after the gap moves up.
+        for (std::size_t at = next(gap); slots_[at].key != 0; at = next(at)) {
+            std::size_t const home = homeOf(slots_[at].key);
+            bool const mayMove = gap <= at ? home <= gap || home > at : home <= gap && home > at;
+            if (!mayMove) continue;
+            slots_[gap] = slots_[at];
+            gap = at;
+        }
+        slots_[gap] = {};
+    }
+
+private:
+    struct Slot {
+        std::uint64_t key = 0;
+        Number number = 0;
+    };
+
+    std::size_t homeOf(std::uint64_t key) const { return (key ^ (key >> 32)) & (slots_.size() - 1); }
+    std::size_t next(std::size_t at) const { return (at + 1) & (slots_.size() - 1); }
+
+    // The slot of a key, or the free one where it belongs.
+    std::size_t find(std::uint64_t key) const {
+        std::size_t at = homeOf(key);
+        while (slots_[at].key != 0 && slots_[at].key != key) at = next(at);
+        return at;
+    }
+
+    Number newGroup() {
+        if (free_.empty()) {
+            groups_.emplace_back();
+            return static_cast<Number>(groups_.size() - 1);
+        }
+        Number const number = free_.back();
+        free_.pop_back();
+        return number;
+    }
+
+    void grow() {
+        std::vector<Slot> slots(slots_.empty() ? 64 : slots_.size() * 2);
+        slots.swap(slots_);
+        for (Slot const& slot : slots) {
+            if (slot.key != 0) slots_[find(slot.key)] = slot;
+        }
+    }
+
+    std::vector<Slot> slots_;  // their number is a power of two, a third is free at least
+    std::size_t count_ = 0;
+    std::vector<Group> groups_;
+    std::vector<Number> free_;
+};
+
+}  // namespace tool
