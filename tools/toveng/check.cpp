@@ -82,12 +82,11 @@ public:
             if (inputs.back()) size += inputs.back()->size();
         }
         SlowProgress progress(size);
-        std::optional<SetCheck> set;
         for (std::size_t i = 0; i < inputs.size(); ++i) {
-            if (i == 0 || each) set.emplace(options_, design, report_, counts_);
-            inputs[i] ? set->read(*inputs[i], progress) : set->setCut();
+            if (i == 0 || each) set_.emplace(options_, design, report_, counts_);
+            inputs[i] ? set_->read(*inputs[i], progress) : set_->setCut();
             progress.clear();
-            if (each || i + 1 == inputs.size()) set->tell();
+            if (each || i + 1 == inputs.size()) set_->tell();
         }
     }
 
@@ -110,6 +109,7 @@ private:
     Report& report_;
     CheckCounts counts_;
     std::size_t opened_ = 0;
+    std::optional<SetCheck> set_;
 };
 
 std::string baselineSummary(Baseline const& baseline, std::vector<std::string> const& names, CodeSet const& codes,
@@ -131,7 +131,7 @@ int check(Arguments const& arguments) {
     if (arguments.has("match") && !arguments.has("design")) throw Trouble("--match without --design");
     auto const colors = static_cast<Colors>(arguments.choose("color", {"auto", "always", "never"}));
     Report report(form, mostIn(arguments), lookFor(stdout, colors));
-    Run run(options, report);
+    Run& run = keep<Run>(options, report);
     Baseline baseline;
     try {
         if (arguments.has("baseline")) {

@@ -70,9 +70,9 @@ private:
     }
 
     void grow() {
-        std::vector<Slot> slots(slots_.empty() ? 64 : slots_.size() * 2);
-        slots.swap(slots_);
-        for (Slot const& slot : slots) {
+        std::vector<Slot> older(slots_.empty() ? 64 : slots_.size() * 2);
+        older.swap(slots_);
+        for (Slot const& slot : older) {
             if (slot.key != 0) slots_[find(slot.key)] = slot;
         }
     }
