@@ -213,6 +213,17 @@ TEST_F(Atomic, NamesTheFileWhenItIsWhole) {
     ::umask(before);
 }
 
+// A temporary name that another file has, or a call that a signal interrupts.
+TEST_F(Atomic, TriesNamesAgain) {
+    for (int const error : {EEXIST, EINTR}) {
+        int count = 0;
+        calls::start({{"openat", [&] { return ++count == 1 ? EISDIR : count == 2 ? error : 0; }}});
+        EXPECT_EQ(save(path), "");
+        EXPECT_EQ(count, 3);
+    }
+    EXPECT_EQ(names(), std::set<std::string>{"file"});
+}
+
 // A row names a call, which of its calls fail (0: all) and how.
 TEST_F(Atomic, LeavesTheOldFileOrTheNewOne) {
     support::expectRows("save_faults", [this](std::string const& row) {

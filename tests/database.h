@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <memory>
 
 #include "support.h"
@@ -44,7 +45,7 @@ inline std::unique_ptr<taDci> makeDatabase() {
         db->maxs.push_back(
             new taDciSynMax{0, 16777219, refs("get_cells f"), refs("get_pins t"), text("max"), text(marker)});
     }
-    for (float multiplier : {2.9F, -1.5F, 1e30F}) {
+    for (float multiplier : {2.9F, -1.5F, 1e30F, std::numeric_limits<float>::quiet_NaN()}) {
         db->mcycs.push_back(new taDciSynMcyc{0, multiplier, none, refs("get_ports @PO"), text("path")});
     }
     for (int flag : {0, 1, 255}) {

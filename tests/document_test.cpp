@@ -185,4 +185,25 @@ TEST(Document, ParsingAddsCommandsAndResetKeepsTheCommentsAlone) {
     EXPECT_EQ(bodyOf(document), "c\n~\nd\n");
 }
 
+// A caller's class may observe in which order the commands are asked for their lines.
+template <class Cmd>
+struct Observed : Cmd {
+    Observed(char const* line, std::string& log_) : Cmd(line), log(log_) {}
+    std::string toSaveString(TOV* document) override {
+        log += Cmd::toSaveString(document) + ";";
+        return Cmd::toSaveString(document);
+    }
+    std::string& log;
+};
+
+TEST(Document, AsksCallersCommandsInTheOrderOfWriting) {
+    std::string log;
+    TOV document;
+    addCommand(document, TOVCMD_FALSEPATH, std::make_unique<Observed<TovCmdFalsePath>>("set_false_path", log));
+    addCommand(document, TOVCMD_MAXDELAY, std::make_unique<TovCmdMaxDelay>("set_max_delay 1"));
+    addCommand(document, TOVCMD_CLOCK, std::make_unique<Observed<TovCmdClockDef>>("create_clock", log));
+    document.toSaveString();
+    EXPECT_EQ(log, "#disable create_clock -period 0.000000;#disable set_false_path;");
+}
+
 }  // namespace

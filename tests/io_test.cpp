@@ -8,6 +8,8 @@
 #include "support.h"
 #include "system_calls.h"
 #include "tov/design/design.h"
+#include "tov/io/error_text_p.h"
+#include "tov/io/progress_meter_p.h"
 
 namespace {
 
@@ -111,6 +113,27 @@ TEST_F(Io, TellsErrorsInAShortLine) {
     EXPECT_EQ(refused.find("Line 1 Column 3005: Tag xxx"), 0U);
     std::string const end = "x\xc3\xa9y is not valid tag";
     EXPECT_EQ(refused.substr(refused.size() - end.size()), end);
+}
+
+TEST_F(Io, ShowsUtf8WithoutControlCharacters) {
+    support::expectRows("error_texts", impl_detail::errorText);
+}
+
+// A load of any size makes at most a thousand calls; what was read never equals the size before the end.
+TEST_F(Io, ReportsFilesOfAnySize) {
+    constexpr std::uint64_t chunk = 16'384;
+    for (std::uint64_t const size : {std::uint64_t{0}, 50 * chunk, std::uint64_t{1} << 36U}) {
+        int count = 0;
+        TovProgress const progress = [&](std::uint64_t read, std::uint64_t whole) {
+            EXPECT_TRUE(size == 0 ? whole == 0 : whole > read) << read;
+            ++count;
+            return true;
+        };
+        impl_detail::ProgressMeter meter(progress, size);
+        // The file may be longer than it was.
+        for (std::uint64_t read = 0; read < size + 100 * chunk; read += chunk) EXPECT_TRUE(meter.add(chunk));
+        EXPECT_TRUE(count >= 20 && count < 1000) << count;
+    }
 }
 
 // Of a text of more than 1,000 bytes the middle is left out, and no character is cut.

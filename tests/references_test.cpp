@@ -28,4 +28,14 @@ TEST(References, StandAsTheyAreWritten) {
     EXPECT_EQ(referencesOf(groups)[0].list, groups.groups[1]);
 }
 
+// A class derived from one of the library's has its lists.
+TEST(References, OfDerivedClasses) {
+    struct Derived : TovCmdFalsePath {
+        Derived() : TovCmdFalsePath("set_false_path -from a -through b") {}
+    } derived;
+    std::vector<TovReferences> const lists = referencesOf(derived);
+    ASSERT_EQ(lists.size(), 3U);
+    EXPECT_EQ(lists[2].role + std::string(" ") + support::textOf(*lists[2].list), "-through b:59");
+}
+
 }  // namespace

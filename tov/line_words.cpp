@@ -76,15 +76,13 @@ bool isNumber(std::string_view word) {
     return parseFloatValue(word, value);
 }
 
-// Marks the words that no later word replaces. What is not a number replaces none.
+// Marks the words that no later word replaces.
 void markWhatCounts(std::vector<LineWord>& words) {
     std::vector<std::pair<std::string_view, Takes>> seen;
     for (auto word = words.rbegin(); word != words.rend(); ++word) {
         bool const isOption = word->use == LineWord::Use::option;
         bool const takesNothing = word->takes == Takes::nothing;
         if (isOption != takesNothing) continue;  // an option with a value, or an ignored word
-        bool const takesNumber = word->takes == Takes::number || word->takes == Takes::wholeNumber;
-        if (takesNumber && !isNumber(word->text)) continue;
         std::pair const place(word->option, word->takes);
         bool const isAdded = word->takes == Takes::edges || word->takes == Takes::group;
         bool const isLast = std::find(seen.begin(), seen.end(), place) == seen.end();
@@ -98,7 +96,7 @@ void markWhatCounts(std::vector<LineWord>& words) {
 std::string_view optionInFull(TOVCMD_TYPE list, std::string_view word) {
     std::string_view full;
     for (OptionUse const& option : grammarOf(list).options) {
-        if (word.size() < 3 || !startsWith(option.word, word)) continue;
+        if (word.size() < 2 || !startsWith(option.word, word)) continue;
         if (!full.empty()) return {};
         full = option.word;
     }

@@ -38,8 +38,8 @@ struct LineWord {
 /// Returns the words after the keyword of a command's line.
 std::vector<LineWord> lineWordsOf(TOVCMD_TYPE list, std::string_view command);
 
-/// Returns the one option of a list's commands that begins with a word of three characters or more; an empty text if
-/// there is none.
+/// Returns the one option of a list's commands that begins with a word of two characters or more; an empty text if
+/// there is none or more than one.
 std::string_view optionInFull(TOVCMD_TYPE list, std::string_view word);
 
 }  // namespace kiri::tov::impl_detail
