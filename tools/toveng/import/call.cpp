@@ -70,7 +70,7 @@ private:
     void take(SdcOption const& option, Tcl_Obj* value) {
         option_ = option.name;
         if (option.takesValue && option.becomes != Becomes::group && option.becomes != Becomes::nothing &&
-            !seen_.insert(option.becomes).second) {
+            isSeen(option.becomes)) {
             throw NotHeld{option_, "the option is there twice"};
         }
         switch (option.becomes) {
@@ -134,6 +134,13 @@ private:
                 call_.through = objectsOf(value);
                 return;
         }
+    }
+
+    bool isSeen(Becomes kind) {
+        unsigned const bit = 1U << static_cast<unsigned>(kind);
+        bool const wasSeen = (seen_ & bit) != 0;
+        seen_ |= bit;
+        return wasSeen;
     }
 
     void takeOperands() {
@@ -286,7 +293,7 @@ private:
     Call call_;
     std::string option_;  // the one that is read
     std::string relation_;
-    std::set<Becomes> seen_;
+    unsigned seen_ = 0;  // a bit for each kind of value
     std::vector<Tcl_Obj*> operands_;
 };
 

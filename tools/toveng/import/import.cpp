@@ -1,7 +1,6 @@
 #include <QString>
 #include <cmath>
 #include <fstream>
-#include <iterator>
 
 #include "../command.h"
 #include "../input.h"
@@ -26,8 +25,11 @@ std::string workingDirectory() {
 sdc::SourceFile readFile(std::string const& name) {
     Input const input(name, Content::constraints);
     std::ifstream file(input.path(), std::ios::binary);
-    std::string text(std::istreambuf_iterator<char>(file), {});
-    if (!file.is_open() || file.bad()) throw Trouble(name + ": cannot be read");
+    file.seekg(0, std::ios::end);
+    std::string text(file ? static_cast<std::size_t>(file.tellg()) : 0, '\0');
+    file.seekg(0);
+    file.read(text.data(), static_cast<std::streamsize>(text.size()));
+    if (!file) throw Trouble(name + ": cannot be read");
     std::string path = name == "-" ? std::string() : sdc::realPath(name);
     if (path.empty()) path = workingDirectory() + "/" + name;
     return {name, path, sdc::normalised(std::move(text))};

@@ -188,6 +188,8 @@ private:
     /// Returns a number as the format holds it.
     float number(Number const& number, char const* option) {
         auto const held = static_cast<float>(number.value);
+        // Six decimals of a number from 1 on are exact enough.
+        if (number.value == 0 || std::fabs(number.value) >= 1) return held;
         double const written = std::strtod(decimal(held).c_str(), nullptr);
         if (written == 0 && number.value != 0) throw NotHeld{option, "`" + number.text + "` would be written as 0"};
         constexpr double millionth = 1e-6;

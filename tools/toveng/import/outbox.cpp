@@ -36,9 +36,9 @@ void Outbox::putFinding(Code code, std::string_view text, std::string_view messa
         std::string(1, static_cast<char>(code)) + number(text.size()) + std::string(text) + std::string(message));
 }
 
-void Outbox::putBegin(std::uint32_t line, std::string_view comment) {
+void Outbox::putBegin(std::uint32_t line, std::string_view text) {
     if (muted > 0) return;
-    put(Record::begin, number(line) + std::string(comment));
+    put(Record::begin, number(line).append(text));
 }
 
 void Outbox::append(std::string_view bytes) {

@@ -14,7 +14,7 @@ namespace tool::sdc {
 enum class Record : char {
     enterFile = 'N',  ///< the commands that follow are of this file, until leaveFile
     leaveFile = 'n',
-    begin = 'B',    ///< a command of a file: its line in 4 bytes and its text as a comment
+    begin = 'B',    ///< a command of a file: its line in 4 bytes and its text
     end = 'E',      ///< of the command that began last
     lines = 'H',    ///< a call that is held: its lines
     kept = 'K',     ///< lines of comments
@@ -48,7 +48,7 @@ public:
 
     void put(Record kind, std::string_view text = {});
     void putFinding(Code code, std::string_view text, std::string_view message);
-    void putBegin(std::uint32_t line, std::string_view comment);
+    void putBegin(std::uint32_t line, std::string_view text);
     /// Hands everything to the parent.
     void flush();
     /// Goes on after another process that had a copy of this one has flushed.

@@ -95,11 +95,14 @@ int query(Run& run, int objc, Tcl_Obj* const objv[]) {
         }
         isBroken = isBroken || word.kind == Word::broken;
     }
+    bool const givesBack = named.empty() && query.option.empty() && !query.words.empty();
+    if (!isBroken && (isKnown || givesBack)) {
+        setCollection(run, query.words);
+        return TCL_OK;
+    }
     std::string const text = "[" + commandText(objc, objv) + "]";
     if (isBroken) {
         Tcl_SetObjResult(run.interp(), run.extent({text, {}, {}}));
-    } else if (isKnown || (named.empty() && query.option.empty() && !query.words.empty())) {
-        setCollection(run, query.words);
     } else if (named.size() == query.words.size() || !query.option.empty()) {
         if (!query.option.empty()) named.clear();
         Tcl_SetObjResult(run.interp(), run.extent({text, named, query.option}));

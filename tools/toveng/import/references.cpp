@@ -371,6 +371,7 @@ std::string commandText(int objc, Tcl_Obj* const objv[]) {
 }
 
 std::string toBytes(std::string_view text) {
+    if (std::all_of(text.begin(), text.end(), [](char c) { return c > 0; })) return std::string(text);
     std::string bytes;
     bytes.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {

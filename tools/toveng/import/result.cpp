@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "comments.h"
+
 namespace tool::sdc {
 
 namespace {
@@ -118,7 +120,7 @@ void Result::breakOff(std::string_view message) {
     if (open_.empty()) open_.push_back({1, {}, text_.size(), findings_.size(), files_.size(), counts_, {}});
     if (files_.empty()) files_.push_back(numberOf("-"));
     rollBack();
-    text_ += open_.back().comment;
+    if (!open_.back().text.empty()) text_ += commented(open_.back().text);
     add(Code::tclError, "", message);
 }
 

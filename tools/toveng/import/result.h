@@ -58,7 +58,7 @@ private:
     /// A command of a file that runs, and what was there before it.
     struct Open {
         std::uint32_t line;
-        std::string comment;
+        std::string text;
         std::size_t textSize;
         std::size_t findings;
         std::size_t files;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "comments.h"
 #include "interpreter.h"
@@ -195,10 +196,7 @@ int Run::runStatement(Statement& statement, Tcl_Parse const* parse, std::uint32_
     Statement* const outer = statement_;
     statement_ = &statement;
 
-    std::string text = toBytes(statement.text);
-    if (!statement.isFirstInLine) std::replace(text.begin(), text.end(), '\n', ' ');
-    statement.comment = commented(text);
-    out_.putBegin(line, statement.comment);
+    out_.putBegin(line, toBytes(statement.text));
     int status = TCL_ERROR;
     if (isSkipped) {
         startTrace();
@@ -216,6 +214,12 @@ int Run::runStatement(Statement& statement, Tcl_Parse const* parse, std::uint32_
     return status;
 }
 
+std::string Run::commentOf(Statement const& statement) {
+    std::string text = toBytes(statement.text);
+    if (!statement.isFirstInLine) std::replace(text.begin(), text.end(), '\n', ' ');
+    return commented(text);
+}
+
 int Run::evaluate(Statement& statement, Tcl_Parse const& parse) {
     Words words;
     statement.isSubstituting = true;
@@ -224,11 +228,16 @@ int Run::evaluate(Statement& statement, Tcl_Parse const& parse) {
     if (words.all.empty()) return TCL_OK;
     statement.word = words.all[0];
     statement.name = textOf(statement.word);
-    bool const isOurs =
-        isCall(statement.name) || Tcl_FindCommand(interp_, statement.name.data(), nullptr, 0) == nullptr;
-    if (!isOurs && !statement.nested.empty()) keep(statement.nested);
+    // What the brackets of a command call is in its own comment, if it has one.
+    auto const keepNested = [&] {
+        if (!statement.nested.empty()) keep(std::exchange(statement.nested, {}));
+    };
+    auto const isOurs = [&] {
+        return isCall(statement.name) || Tcl_FindCommand(interp_, statement.name.data(), nullptr, 0) == nullptr;
+    };
+    if (!statement.nested.empty() && !isOurs()) keepNested();
     int const status = Tcl_EvalObjv(interp_, static_cast<int>(words.all.size()), words.all.data(), 0);
-    if (isOurs && !statement.isCommented && !statement.nested.empty()) keep(statement.nested);
+    if (!statement.isCommented) keepNested();
     statement.word = nullptr;
     return status;
 }
@@ -269,7 +278,7 @@ int Run::finishStatement(Statement& statement, int status) {
     bool const endsFile = status == TCL_RETURN;
     if (endsFile) status = returnCode(interp_);
     if (status == TCL_ERROR) {
-        if (!statement.isCommented) keep(statement.comment);
+        if (!statement.isCommented) keep(commentOf(statement));
         std::string const message = readable(textOf(Tcl_GetObjResult(interp_)));
         std::string const text = toBytes(statement.text.substr(0, statement.text.find_first_of(" \t\n;")));
         out_.putFinding(Code::tclError, text, message);

@@ -93,7 +93,6 @@ private:
     struct Statement {
         std::string_view text;
         bool isFirstInLine;
-        std::string comment;          ///< the command as a comment
         Tcl_Obj* word = nullptr;      ///< its first word
         std::string_view name;        ///< likewise
         bool isCommented = false;     ///< the comment is written
@@ -104,6 +103,7 @@ private:
     void runInCommand();
     void runText(File file, std::string const& text);
     int runStatement(Statement& statement, Tcl_Parse const* parse, std::uint32_t line, std::string const& parseError);
+    static std::string commentOf(Statement const& statement);
     int evaluate(Statement& statement, Tcl_Parse const& parse);
     bool substitute(Tcl_Parse const& parse, std::vector<Tcl_Obj*>& words);
     int finishStatement(Statement& statement, int status);

@@ -46,7 +46,6 @@ int Run::call(Command command, int objc, Tcl_Obj* const objv[]) {
         }
     } catch (NotHeld const& held) {
         keep(objc, objv);
-        std::string const name(textOf(objv[0]));
         out_.putFinding(Code::notHeld, held.option, "kept as a comment for " + held.option + ": " + held.reason);
     }
     return TCL_OK;
@@ -97,7 +96,7 @@ void Run::takeUnit(int objc, Tcl_Obj* const objv[]) {
 void Run::keep(int objc, Tcl_Obj* const objv[]) {
     if (isDirect(objv[0])) {
         statement_->isCommented = true;
-        if (statement_->isFirstInLine) return keep(statement_->comment);
+        if (statement_->isFirstInLine) return keep(commentOf(*statement_));
     }
     std::string comment = commented(commandText(objc, objv));
     if (statement_ != nullptr && statement_->isSubstituting)

@@ -96,8 +96,8 @@ std::optional<SourcedFile> readSource(std::string const& path, std::vector<std::
 std::string normalised(std::string text) {
     constexpr std::string_view mark = "\xef\xbb\xbf";
     if (text.compare(0, mark.size(), mark) == 0) text.erase(0, mark.size());
-    std::size_t size = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
+    std::size_t size = std::min(text.find('\r'), text.size());
+    for (std::size_t i = size; i < text.size(); ++i) {
         if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') continue;
         text[size++] = text[i];
     }
