@@ -3,7 +3,11 @@
 #include "tov/names/document_names.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
+
 #include <sys/stat.h>
+#include <random>
+#include <tuple>
 
 #include <thread>
 
@@ -148,6 +152,87 @@ TEST_F(Join, FollowsChanges) {
         join.add(path);
     }
     EXPECT_EQ(wordsOf(join.missing()), "m new* u1/C4999");
+}
+
+// Commands come, change, go and come back, and clocks with them; a join made anew is asked the same in between.
+TEST_F(Join, AnswersAsOneMadeAnew) {
+    TovDocumentNames join(document, names);
+    std::vector<TovNode const*> nodes;
+    addNodes(nodes, &TovDesign::getPins);
+    addNodes(nodes, &TovDesign::getCells);
+    addNodes(nodes, &TovDesign::getClocks);
+    std::vector<std::string> lines = {"create_clock -name new_1 u1/CK", "create_clock [get_ports d]",
+                                      "create_clock -name m", "create_generated_clock -name new_2 [get_pins -hier CK]"};
+    for (char const* words : {"new_1", "new*", "m x", "u1/CK", "-hier CK", "d", "*/*", "CK r0/CK"})
+        lines.push_back(std::string("set_false_path -to [get_clocks {") + words + "}] -from [get_pins {" + words +
+                        "}]");
+    struct Known {
+        TovCmd* cmd;
+        bool isJoined;
+    };
+    std::vector<Known> commands;
+    std::minstd_rand random;
+    for (int step = 0; step < 600; ++step) {
+        if (commands.size() < 8 || random() % 3 == 0) {
+            commands.push_back({&add(lines[random() % lines.size()]), true});
+            join.add(*commands.back().cmd);
+        }
+        Known& known = commands[random() % commands.size()];
+        if (random() % 4 == 0) known.cmd->enabled = !known.cmd->enabled;
+        auto* path = dynamic_cast<TovCmdFalsePath*>(known.cmd);
+        bool const isChanged = path != nullptr && random() % 2 == 0;
+        join.remove(*known.cmd);
+        if (isChanged) replaceReferences(path->from, random() % 2 == 0 ? "[get_pins u1/CK]" : "{new_2 x}", false);
+        known.isJoined = random() % 4 != 0;
+        if (known.isJoined) join.add(*known.cmd);
+        if (step % 20 != 0) continue;
+        TovDocumentNames whole(document, names);
+        for (Known const& other : commands) {
+            if (!other.isJoined) whole.remove(*other.cmd);
+        }
+        EXPECT_EQ(textOf(join.missing(), {}), textOf(whole.missing(), {})) << step;
+        for (TovNode const* node : nodes) EXPECT_EQ(join.commandsOf(*node), whole.commandsOf(*node)) << step;
+    }
+}
+
+// A node of very many levels, on a thread with a small stack.
+TEST(DeepNames, AreFoundInASmallStack) {
+    constexpr int levels = 10'000;
+    std::string cell, pattern;
+    for (int i = 0; i < levels; ++i) cell += "/a", pattern += "/*";
+    support::TempDir const dir;
+    TovDesign deep;
+    deep.load(support::write(dir / "dump", "<top name='t'><library><instance name='t." + cell.substr(1) +
+                                               "'><pins><pitem name='CK'/></pins></instance></library></top>")
+                  .c_str());
+    TOV document;
+    support::load(document, "set_false_path -from [get_cells " + cell.substr(1) + "] -to [get_pins " +
+                                pattern.substr(1) + "/CK]\nset_false_path -from [get_cells a] -to [get_pins {a/CK x}]");
+    auto const ask = [](void* argument) -> void* {
+        auto& [design, doc, word] = *static_cast<std::tuple<TovDesign*, TOV*, std::string>*>(argument);
+        TovDesignNames const names(*design);
+        for (int match = 0; match < 3; ++match) {
+            std::vector<TovNode const*> nodes;
+            EXPECT_EQ(names.find(taDciObjPin, word, nodes, static_cast<TovNameMatch>(match)), match == 1 ? 0U : 1U);
+        }
+        std::vector<TovNode const*> cells;
+        names.find(taDciObjCell, "a", cells, TOVMATCH_LOCAL);
+        TovDocumentNames const join(*doc, names);
+        EXPECT_EQ(cells.size(), 1U);
+        if (cells.empty()) return nullptr;
+        EXPECT_EQ(join.commandsOf(*cells[0]).size(), 2U);
+        EXPECT_EQ(join.missing().size(), 2U);
+        EXPECT_EQ(names.nearest(taDciObjPin, std::string(500, '/') + "CX"), "");
+        return nullptr;
+    };
+    std::tuple<TovDesign*, TOV*, std::string> input{&deep, &document, pattern.substr(1) + "/CK"};
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstacksize(&attributes, std::size_t{256} * 1024);
+    pthread_t thread{};
+    ASSERT_EQ(pthread_create(&thread, &attributes, ask, &input), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
 }
 
 class NameCheck : public Join {

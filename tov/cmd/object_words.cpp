@@ -82,12 +82,6 @@ private:
         bool hasOtherObjects = false;
         bool isValueNext = false;  // the word that follows is the value of an option
     };
-    struct Word {
-        std::string_view text;
-        QueryIndex query;
-        bool isName;
-    };
-
     QueryIndex begin(taDciObjTyp type, bool isJudged, QueryIndex outer = noQuery) {
         queries_.push_back({type, isJudged, outer});
         return queries_.size() - 1;
@@ -99,7 +93,7 @@ private:
     void readExpression(std::string_view text, QueryIndex query);
 
     std::vector<Query> queries_ = {{taDciObjNone, false, noQuery}};
-    std::vector<Word> words_;
+    std::vector<ObjectWord> words_;
 };
 
 /// Cuts an expression into words and finds where its commands begin and end.
@@ -194,7 +188,8 @@ void WordGatherer::add(std::string_view word, QueryIndex& query) {
 
 void WordGatherer::addName(std::string_view word, QueryIndex query) {
     bool const isValue = std::exchange(queries_[query].isValueNext, false);
-    words_.push_back({word, query, !isValue && !word.empty() && word[0] != '-'});
+    bool const isName = !isValue && !word.empty() && word[0] != '-';
+    words_.push_back({word, taDciObjNone, false, false, isName, query});
 }
 
 void WordGatherer::readExpression(std::string_view text, QueryIndex query) {
@@ -280,14 +275,14 @@ void WordGatherer::gather(ppStlList<taDciObj*> const& list) {
 
 std::vector<ObjectWord> WordGatherer::takeWords() {
     for (Query& query : queries_) query.hasOtherObjects |= queries_[query.outer].hasOtherObjects;
-    std::vector<ObjectWord> words;
-    words.reserve(words_.size());
-    for (auto const& [text, index, isName] : words_) {
-        Query const& query = queries_[index];
-        bool const isTarget = isName && query.type != taDciObjNone && !query.hasOtherObjects;
-        words.push_back({text, query.type, query.isHierarchical, query.isJudged, isTarget});
+    for (ObjectWord& word : words_) {
+        Query const& query = queries_[word.query];
+        word.type = query.type;
+        word.isHierarchical = query.isHierarchical;
+        word.isJudged = query.isJudged;
+        word.isTarget = word.isTarget && query.type != taDciObjNone && !query.hasOtherObjects;
     }
-    return words;
+    return std::move(words_);
 }
 
 }  // namespace

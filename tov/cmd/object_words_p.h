@@ -15,6 +15,7 @@ struct ObjectWord {
     bool isHierarchical;    ///< its query has -hierarchical
     bool isJudged;          ///< names alone say what it stands for
     bool isTarget;          ///< it is the name of an object that the expression may stand for
+    std::size_t query;      ///< the query that holds the word has this number
 };
 
 /// Returns the words of a list of object references in the order of writing, options such as "-quiet" among them.

@@ -1,38 +1,29 @@
-#include "tov/names/cell_tree.h"
+#include "tov/names/cell_tree_p.h"
 
 #include <algorithm>
-#include <functional>
-#include <utility>
 
-#include "tov/names/path_text.h"
+#include "tov/names/path_text_p.h"
 
 namespace kiri::tov::impl_detail {
 
-namespace {
-
-std::uint32_t hashOf(std::string_view text) {
-    return static_cast<std::uint32_t>(std::hash<std::string_view>()(text));
+std::string CellTree::path(Id node) const {
+    std::vector<Id> nodes;
+    for (; node != root; node = parent(node)) nodes.push_back(node);
+    std::string path;
+    for (std::size_t i = nodes.size(); i-- > 0;) {
+        path += text(nodes[i]);
+        if (i > 0) path += '/';
+    }
+    return path;
 }
 
-/// Turns counts into the places where the items of each begin; the last count is one more, for the end.
-void sumUp(std::vector<std::uint32_t>& counts) {
-    std::uint32_t sum = 0;
-    for (std::uint32_t& count : counts) sum += std::exchange(count, sum);
-}
-
-}  // namespace
-
-CellTree::Id CellTree::child(Id node, std::string_view text) const {
+CellTree::Id CellTree::child(Id node, std::string_view text, PathHash const& hash) const {
     Range const siblings = children(node);
     if (siblings.size() == 0) return none;
-    std::uint64_t const hash = std::uint64_t{hashOf(text)} << 32U;
-    Span<std::uint64_t> const items = withHash(hash);
-    auto const* const end = items.end();
-    for (auto const* at = std::lower_bound(items.begin(), end, hash | siblings.begin); at != end; ++at) {
-        if (*at >= (hash | siblings.end)) break;
-        if (this->text(static_cast<Id>(*at)) == text) return static_cast<Id>(*at);
-    }
-    return none;
+    Span<Id> const all = texts_.find(hash);
+    auto const* at = std::lower_bound(all.begin(), all.end(), siblings.begin);
+    while (at != all.end() && *at < siblings.end && this->text(*at) != text) ++at;
+    return at != all.end() && *at < siblings.end ? *at : none;
 }
 
 CellTree::Range CellTree::withPrefix(Range siblings, std::string_view prefix) const {
@@ -48,71 +39,39 @@ CellTree::Range CellTree::withPrefix(Range siblings, std::string_view prefix) co
     return {static_cast<Id>(first - nodes_.begin()), static_cast<Id>(last - nodes_.begin())};
 }
 
-/// Returns the items of all hashes with the first bits of this one.
-CellTree::Span<std::uint64_t> CellTree::withHash(std::uint64_t hash) const {
-    std::uint64_t const bits = hash >> hashShift_ >> 32U;
-    return {byText_.data() + hashStarts_[bits], byText_.data() + hashStarts_[bits + 1]};
+Span<CellTree::Id> CellTree::withText(Range nodes, PathHash const& hash) const {
+    Span<Id> const all = texts_.find(hash);
+    Id const* const first = std::lower_bound(all.begin(), all.end(), nodes.begin);
+    return {first, std::lower_bound(first, all.end(), nodes.end)};
 }
 
-CellTree::Span<std::uint64_t> CellTree::withText(Range nodes, std::string_view text) const {
-    std::uint64_t const hash = std::uint64_t{hashOf(text)} << 32U;
-    Span<std::uint64_t> const items = withHash(hash);
-    auto const* const first = std::lower_bound(items.begin(), items.end(), hash | nodes.begin);
-    return {first, std::lower_bound(first, items.end(), hash | nodes.end)};
-}
-
-CellTree::Span<std::uint32_t> CellTree::cells(Range nodes) const {
+Span<std::uint32_t> CellTree::cells(Range nodes) const {
     return {cells_.data() + nodes_[nodes.begin].firstCell, cells_.data() + nodes_[nodes.end].firstCell};
 }
 
-CellTreeBuilder::CellTreeBuilder(std::size_t cells) : nodes_(1), slots_(1024) {
+CellTreeBuilder::CellTreeBuilder(std::size_t cells) : nodes_(1) {
     nodes_.reserve(cells + cells / 8 + 1);
     nodeOfCell_.reserve(cells);
+    children_.reserve(cells);
 }
 
-// Cells often follow others of the same block.
 void CellTreeBuilder::add(std::string_view name) {
     Id node = CellTree::root;
-    std::size_t depth = 0;
-    for (bool isShared = true; name.data() != nullptr; ++depth) {
-        std::string_view const level = takeLevel(name);
-        isShared = isShared && depth < lastPath_.size() && textOf(lastPath_[depth]) == level;
-        if (isShared) {
-            node = lastPath_[depth];
-            continue;
-        }
-        node = childOf(node, level);
-        lastPath_.resize(depth);
-        lastPath_.push_back(node);
-    }
-    lastPath_.resize(depth);
+    while (name.data() != nullptr) node = childOf(node, takeLevel(name));
     nodeOfCell_.push_back(node);
 }
 
 CellTree::Id CellTreeBuilder::childOf(Id parent, std::string_view text) {
-    std::uint32_t const hash = hashOf(text);
-    std::size_t const mask = slots_.size() - 1;
-    for (std::size_t slot = (hash ^ parent * 0x9e3779b9U) & mask;; slot = (slot + 1) & mask) {
-        Id const known = slots_[slot];
-        if (known == 0) {
-            slots_[slot] = static_cast<Id>(nodes_.size());
-            nodes_.push_back({text.data(), static_cast<std::uint32_t>(text.size()), hash, parent});
-            if (nodes_.size() > slots_.size() / 4 * 3) growSlots();
-            return static_cast<Id>(nodes_.size() - 1);
-        }
-        if (nodes_[known].hash == hash && nodes_[known].parent == parent && textOf(known) == text) return known;
+    std::uint32_t const hash = PathHash(text).bits();
+    std::uint64_t const key = std::uint64_t{hash} << 32U | parent;
+    auto const [first, last] = children_.equal_range(key);
+    for (auto at = first; at != last; ++at) {
+        if (textOf(at->second) == text) return at->second;
     }
-}
-
-void CellTreeBuilder::growSlots() {
-    std::vector<std::uint32_t> slots(slots_.size() * 2);
-    std::size_t const mask = slots.size() - 1;
-    for (Id node = 1; node < nodes_.size(); ++node) {
-        std::size_t slot = (nodes_[node].hash ^ nodes_[node].parent * 0x9e3779b9U) & mask;
-        while (slots[slot] != 0) slot = (slot + 1) & mask;
-        slots[slot] = node;
-    }
-    slots_.swap(slots);
+    auto const node = static_cast<Id>(nodes_.size());
+    children_.emplace(key, node);
+    nodes_.push_back({text.data(), static_cast<std::uint32_t>(text.size()), hash, parent});
+    return node;
 }
 
 /// Numbers the nodes in the order of the tree, and moves them there without their cells. Returns the new number of each
@@ -144,23 +103,13 @@ std::vector<CellTree::Id> CellTreeBuilder::sortNodes(CellTree& tree) {
 
 CellTree CellTreeBuilder::build() {
     CellTree tree;
-    slots_ = {};
+    children_ = {};
     std::vector<Id> const numbers = sortNodes(tree);
-    sortTexts(tree, numbers);
     sortCells(tree, numbers);
+    std::vector<TextTable::Entry> texts(nodes_.size() - 1);
+    for (Id node = 1; node < nodes_.size(); ++node) texts[numbers[node] - 1] = {nodes_[node].hash, numbers[node]};
+    tree.texts_ = TextTable(texts, nodes_.size(), SIZE_MAX);
     return tree;
-}
-
-/// Two to four nodes have the same first bits of their hashes.
-void CellTreeBuilder::sortTexts(CellTree& tree, std::vector<Id> const& numbers) {
-    tree.byText_.reserve(nodes_.size());
-    for (Id node = 1; node < nodes_.size(); ++node)
-        tree.byText_.push_back(std::uint64_t{nodes_[node].hash} << 32U | numbers[node]);
-    std::sort(tree.byText_.begin(), tree.byText_.end());
-    for (std::size_t starts = 4; starts <= nodes_.size() && tree.hashShift_ > 0; starts *= 2) --tree.hashShift_;
-    tree.hashStarts_.resize((std::size_t{1} << (32 - tree.hashShift_)) + 1);
-    for (std::uint64_t const item : tree.byText_) ++tree.hashStarts_[item >> 32U >> tree.hashShift_];
-    sumUp(tree.hashStarts_);
 }
 
 /// Puts the cells in the order of their nodes.

@@ -1,13 +1,13 @@
-#include "tov/names/document_clocks.h"
+#include "tov/names/document_clocks_p.h"
 
 #include <algorithm>
 #include <vector>
 
 #include "tov/cmd/cmd.h"
 #include "tov/cmd/references.h"
-#include "tov/names/node_names.h"
+#include "tov/names/node_names_p.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 namespace {
 
@@ -50,16 +50,18 @@ void DocumentClocks::remove(TovCmd const& cmd) {
 
 bool DocumentClocks::has(std::string const& word) const {
     auto const isEnabled = [](auto const& clock) { return *clock.second; };
-    if (impl_detail::isLiteral(word)) {
+    if (isLiteral(word)) {
         auto const [first, last] = clocks_.equal_range(nameIn(word));
         return std::any_of(first, last, isEnabled);
     }
-    std::vector<impl_detail::NameWord> forms(1, impl_detail::NameWord(word));
-    if (impl_detail::isUtf8BeyondAscii(word)) forms.push_back(forms[0].latin1());
-    return std::any_of(clocks_.begin(), clocks_.end(), [&](auto const& clock) {
-        auto const fits = [&](impl_detail::NameWord const& form) { return form.fitsFlat(clock.first, false); };
-        return isEnabled(clock) && std::any_of(forms.begin(), forms.end(), fits);
+    bool isFound = false;
+    forEachForm(word, [&](NameWord const& form) {
+        isFound = std::any_of(clocks_.begin(), clocks_.end(), [&](auto const& clock) {
+            return isEnabled(clock) && form.fits(clock.first, false, true);
+        });
+        return !isFound;
     });
+    return isFound;
 }
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

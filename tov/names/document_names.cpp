@@ -1,21 +1,20 @@
 #include "tov/names/document_names.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <limits>
-#include <new>
+#include <cstddef>
 #include <unordered_map>
 #include <utility>
 
 #include "tov/cmd/cmd.h"
 #include "tov/edit.h"
-#include "tov/names/document_clocks.h"
-#include "tov/names/node_names.h"
-#include "tov/names/questions.h"
-#include "tov/names/reference_words.h"
+#include "tov/names/document_clocks_p.h"
+#include "tov/names/node_names_p.h"
+#include "tov/names/questions_p.h"
 #include "tov/tov.h"
 
 namespace kiri::tov {
+
+using namespace impl_detail;
 
 // A nested class is exported with the class around it, unless marked otherwise.
 class __attribute__((visibility("hidden"))) TovDocumentNames::Index {
@@ -23,130 +22,95 @@ public:
     Index(TOV& document, TovDesignNames const& names, TovNameMatch match)
         : document_(document), names_(names), match_(match) {
         forEachCommand(document, [this](TOVCMD_TYPE, TovCmd& cmd) { add(cmd); });
-        questions_.shrink();
-        std::vector<Use>(uses_).swap(uses_);
-        Entries(entries_).swap(entries_);
+        entries_.shrink_to_fit();
         isOrdered_ = true;
     }
 
     void add(TovCmd& cmd);
     void remove(TovCmd const& cmd);
 
-    std::vector<TovNameUse> usesIn(TovCmd& cmd);
-    std::vector<TovNameUse> missingIn(TovCmd& cmd);
+    std::vector<TovNameUse> usesIn(TovCmd& cmd, bool missingOnly);
     std::vector<TovNameUse> missing();
     std::vector<TovCmd*> commandsOf(TovNode const& node);
 
 private:
     using Id = Questions::Id;
-    using Answer = Questions::Answer;
 
-    struct Use {
-        Id question;
-        std::uint8_t role;  // in roles_
-        std::uint8_t type;
-    };
     struct Entry {
-        TovCmd* cmd;          // null for one that was removed, which has no uses
-        std::uint32_t first;  // in uses_
-        std::uint32_t count;
+        TovCmd* cmd = nullptr;  // null for one that was removed
+        std::vector<Id> questions;
     };
     using Entries = std::vector<Entry>;
 
-    Questions::Question questionOf(ReferenceWord const& word) const { return Questions::of(word); }
-    TovNameUse useOf(TovCmd& cmd, ReferenceWord const& word) const {
-        return {&cmd, word.role, word.type, std::string(word.text), questionOf(word).match};
-    }
-    std::uint8_t roleIndex(char const* role);
     bool isClock(Questions::Question const& question) const {
         return question.mayBeClock() && clocks_.has(std::string(question.word));
     }
     bool isFound(Id id) { return questions_.isFoundIn(names_, id) || isClock(questions_[id]); }
     bool isFound(Questions::Question const& question);
-    void dropUnused();
+    void dropRemoved();
     void putInOrder();
+    void replaceEntries(Entries& entries);
     template <class Judge>
-    Entries entriesWith(Judge judge);
+    std::vector<TovCmd*> commandsWith(Judge judge);
 
     TOV& document_;
     TovDesignNames const& names_;
     TovNameMatch match_;
     DocumentClocks clocks_;
     Questions questions_;
-    Entries entries_;                                          // of the commands that have uses
-    bool isOrdered_ = false;                                   // entries_, as the commands are written
-    std::unordered_map<TovCmd const*, std::uint32_t> places_;  // in entries_
-    std::vector<Use> uses_;
-    std::size_t unused_ = 0;  // of uses_
-    std::vector<char const*> roles_;
+    Entries entries_;                                        // of the commands that have uses
+    bool isOrdered_ = false;                                 // entries_, as the commands are written
+    std::unordered_map<TovCmd const*, std::size_t> places_;  // in entries_
 };
-
-std::uint8_t TovDocumentNames::Index::roleIndex(char const* role) {
-    auto const place = std::find(roles_.begin(), roles_.end(), role);
-    auto const index = static_cast<std::uint8_t>(place - roles_.begin());
-    if (place == roles_.end()) roles_.push_back(role);
-    return index;
-}
 
 void TovDocumentNames::Index::add(TovCmd& cmd) {
     remove(cmd);
-    if (unused_ > uses_.size() / 4 + 1000) dropUnused();
-    std::vector<ReferenceWord> const words = referenceWords(cmd, match_);
-    std::size_t const first = uses_.size();
-    if (first + words.size() > std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
+    if (entries_.size() > 2 * places_.size() + 1000) dropRemoved();
+    std::vector<Id> questions;
+    for (ReferenceWord const& word : referenceWords(cmd, match_))
+        questions.push_back(questions_.put(Questions::of(word)));
+    clocks_.add(cmd);
+    if (questions.empty()) return;
     try {
-        for (ReferenceWord const& word : words) {
-            uses_.push_back(
-                {questions_.put(questionOf(word)), roleIndex(word.role), static_cast<std::uint8_t>(word.type)});
-        }
-        clocks_.add(cmd);
-        if (words.empty()) return;
-        auto const place = static_cast<std::uint32_t>(entries_.size());
-        entries_.push_back({&cmd, static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(words.size())});
-        places_[&cmd] = place;
-        isOrdered_ = false;
+        entries_.emplace_back();
+        places_.emplace(&cmd, entries_.size() - 1);
     } catch (...) {
-        if (!entries_.empty() && entries_.back().cmd == &cmd) entries_.pop_back();
-        uses_.resize(first);
         clocks_.remove(cmd);
         throw;
     }
+    entries_.back() = {&cmd, std::move(questions)};
+    isOrdered_ = false;
 }
 
 void TovDocumentNames::Index::remove(TovCmd const& cmd) {
     clocks_.remove(cmd);
     auto const found = places_.find(&cmd);
     if (found == places_.end()) return;
-    Entry& entry = entries_[found->second];
-    unused_ += entry.count;
-    entry = {};
+    entries_[found->second] = {};
     places_.erase(found);
 }
 
-// Drops the entries of removed commands. Only the reservations may throw, and they come first.
-void TovDocumentNames::Index::dropUnused() {
+// Drops the entries of removed commands, and the questions that no other command asks.
+void TovDocumentNames::Index::dropRemoved() {
     Questions questions;
-    questions.reserve(questions_.size(), questions_.bytes());
-    std::vector<Use> uses;
-    uses.reserve(uses_.size() - unused_);
-    entries_.erase(std::remove_if(entries_.begin(), entries_.end(), [](Entry const& e) { return e.cmd == nullptr; }),
-                   entries_.end());
-    for (std::size_t place = 0; place < entries_.size(); ++place) {
-        Entry& entry = entries_[place];
-        places_.find(entry.cmd)->second = static_cast<std::uint32_t>(place);
-        std::size_t const first = uses.size();
-        for (std::uint32_t i = 0; i < entry.count; ++i) {
-            Use use = uses_[entry.first + i];
-            Answer const answer = questions_.answer(use.question);
-            use.question = questions.put(questions_[use.question]);
-            questions.setAnswer(use.question, answer);
-            uses.push_back(use);
+    Entries entries;
+    entries.reserve(places_.size());
+    for (Entry const& entry : entries_) {
+        if (entry.cmd == nullptr) continue;
+        entries.push_back({entry.cmd, {}});
+        for (Id const id : entry.questions) {
+            Id const known = questions.put(questions_[id]);
+            questions.setAnswer(known, questions_.answer(id));
+            entries.back().questions.push_back(known);
         }
-        entry.first = static_cast<std::uint32_t>(first);
     }
     std::swap(questions_, questions);
-    uses_.swap(uses);
-    unused_ = 0;
+    replaceEntries(entries);
+}
+
+void TovDocumentNames::Index::replaceEntries(Entries& entries) {
+    for (std::size_t place = 0; place < entries.size(); ++place) places_.find(entries[place].cmd)->second = place;
+    entries_.swap(entries);
 }
 
 // The walk through all lists is the most expensive part of a question.
@@ -154,9 +118,7 @@ void TovDocumentNames::Index::putInOrder() {
     Entries ordered;
     ordered.reserve(places_.size());
     auto const move = [&](Entry& entry) {
-        if (entry.cmd == nullptr) return;
-        places_.find(entry.cmd)->second = static_cast<std::uint32_t>(ordered.size());
-        ordered.push_back(std::exchange(entry, {}));
+        if (entry.cmd != nullptr) ordered.push_back(std::exchange(entry, {}));
     };
     forEachCommand(document_, [&](TOVCMD_TYPE, TovCmd& cmd) {
         auto const found = places_.find(&cmd);
@@ -164,7 +126,7 @@ void TovDocumentNames::Index::putInOrder() {
     });
     // Commands that are in no list yet.
     std::for_each(entries_.begin(), entries_.end(), move);
-    entries_.swap(ordered);
+    replaceEntries(ordered);
     isOrdered_ = true;
 }
 
@@ -173,68 +135,49 @@ bool TovDocumentNames::Index::isFound(Questions::Question const& question) {
     return id < questions_.size() ? isFound(id) : question.isFoundIn(names_) || isClock(question);
 }
 
-std::vector<TovNameUse> TovDocumentNames::Index::usesIn(TovCmd& cmd) {
+std::vector<TovNameUse> TovDocumentNames::Index::usesIn(TovCmd& cmd, bool missingOnly) {
     std::vector<TovNameUse> uses;
     for (ReferenceWord const& word : referenceWords(cmd, match_)) {
-        if (!holdsVariable(word.text) || isFound(questionOf(word))) uses.push_back(useOf(cmd, word));
+        Questions::Question const question = Questions::of(word);
+        bool const hasVariable = holdsVariable(word.text);
+        bool const isMeant = missingOnly ? !hasVariable && !isFound(question) : !hasVariable || isFound(question);
+        if (isMeant) uses.push_back({&cmd, word.role, word.type, std::string(word.text), question.match});
     }
     return uses;
 }
 
-std::vector<TovNameUse> TovDocumentNames::Index::missingIn(TovCmd& cmd) {
-    std::vector<TovNameUse> uses;
-    for (ReferenceWord const& word : referenceWords(cmd, match_)) {
-        if (!holdsVariable(word.text) && !isFound(questionOf(word))) uses.push_back(useOf(cmd, word));
-    }
-    return uses;
-}
-
-// Returns the entries with a use for which `judge` is true, in the order of writing.
+// Returns the commands with a question for which `judge` is true, in the order of writing.
 template <class Judge>
-TovDocumentNames::Index::Entries TovDocumentNames::Index::entriesWith(Judge judge) {
-    Entries found;
-    for (Entry const& entry : entries_) {
-        auto const first = uses_.begin() + entry.first;
-        auto const isMeant = [&](Use const& use) { return judge(entry, use); };
-        if (std::any_of(first, first + entry.count, isMeant)) found.push_back(entry);
+std::vector<TovCmd*> TovDocumentNames::Index::commandsWith(Judge judge) {
+    std::vector<TovCmd*> found;
+    for (auto const& [cmd, questions] : entries_) {
+        if (cmd != nullptr && std::any_of(questions.begin(), questions.end(), judge)) found.push_back(cmd);
     }
     if (isOrdered_ || found.size() < 2) return found;
     putInOrder();
-    return entriesWith(judge);
+    return commandsWith(judge);
 }
 
 std::vector<TovNameUse> TovDocumentNames::Index::missing() {
-    auto const isMissing = [this](Entry const& entry, Use const& use) {
-        return entry.cmd->enabled && !holdsVariable(questions_[use.question].word) && !isFound(use.question);
-    };
-    std::vector<TovNameUse> uses;
-    for (Entry const& entry : entriesWith(isMissing)) {
-        for (std::uint32_t i = 0; i < entry.count; ++i) {
-            Use const& use = uses_[entry.first + i];
-            if (!isMissing(entry, use)) continue;
-            Questions::Question const question = questions_[use.question];
-            uses.push_back({entry.cmd, roles_[use.role], static_cast<taDciObjTyp>(use.type), std::string(question.word),
-                            question.match});
-        }
+    auto const isMissing = [this](Id id) { return !holdsVariable(questions_[id].word) && !isFound(id); };
+    std::vector<TovNameUse> missing;
+    for (TovCmd* cmd : commandsWith(isMissing)) {
+        if (!cmd->enabled) continue;
+        for (TovNameUse& use : usesIn(*cmd, true)) missing.push_back(std::move(use));
     }
-    return uses;
+    return missing;
 }
 
 std::vector<TovCmd*> TovDocumentNames::Index::commandsOf(TovNode const& node) {
-    impl_detail::NodeNames const names(node);
+    NodeNames const names(node);
     std::vector<bool> isMeant(questions_.size());
     auto const judge = [&](Id id) {
         auto const [type, match, word] = questions_[id];
         if (!isMeant[id] && names.fits(type, word, match)) isMeant[id] = true;
     };
-    for (std::string const& word : names.literalWords()) questions_.forEachLike(word, judge);
-    questions_.forEachPattern(judge);
-
-    std::vector<TovCmd*> commands;
-    for (Entry const& entry : entriesWith([&](Entry const&, Use const& use) { return isMeant[use.question]; })) {
-        commands.push_back(entry.cmd);
-    }
-    return commands;
+    names.forEachLiteral([&](PathHash const& hash) { questions_.forEachLike(hash, judge); });
+    for (Id const id : questions_.patterns()) judge(id);
+    return commandsWith([&](Id id) { return isMeant[id]; });
 }
 
 TovDocumentNames::TovDocumentNames(TOV& document, TovDesignNames const& names, TovNameMatch match)
@@ -243,7 +186,7 @@ TovDocumentNames::TovDocumentNames(TOV& document, TovDesignNames const& names, T
 TovDocumentNames::~TovDocumentNames() = default;
 
 std::vector<TovNameUse> TovDocumentNames::usesIn(TovCmd& cmd) const {
-    return index_->usesIn(cmd);
+    return index_->usesIn(cmd, false);
 }
 
 std::vector<TovNameUse> TovDocumentNames::missing() const {
@@ -251,7 +194,7 @@ std::vector<TovNameUse> TovDocumentNames::missing() const {
 }
 
 std::vector<TovNameUse> TovDocumentNames::missingIn(TovCmd& cmd) const {
-    return index_->missingIn(cmd);
+    return index_->usesIn(cmd, true);
 }
 
 std::vector<TovCmd*> TovDocumentNames::commandsOf(TovNode const& node) const {

@@ -8,9 +8,8 @@
 #include "tov/io/file_p.h"
 #include "tov/io/line_reader_p.h"
 #include "tov/line_checker_p.h"
-#include "tov/names/document_clocks.h"
-#include "tov/names/questions.h"
-#include "tov/names/reference_words.h"
+#include "tov/names/document_clocks_p.h"
+#include "tov/names/questions_p.h"
 
 namespace kiri::tov {
 

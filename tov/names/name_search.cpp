@@ -1,260 +1,301 @@
-#include "tov/names/name_search.h"
+#include "tov/names/name_search_p.h"
 
 #include <algorithm>
-
-#include "tov/names/cell_selection.h"
 
 namespace kiri::tov::impl_detail {
 
 namespace {
 
 constexpr NameKinds flatKinds = NameKinds(NameKind::port) | NameKind::clock;
-constexpr NameKinds kindsInCells = NameKinds(NameKind::pin) | NameKind::net | NameKind::clock;
-
-constexpr bool hasBits(NameKind kind) {
-    return kind != NameKind::cell && kind != NameKind::clock;
-}
-
-/// Visits the cells of the selected nodes: each at once where the first hit is enough, else in the order of the design,
-/// in which their pins and nets are in memory.
-template <class Selection, class Visit>
-void forEachCell(CellTree const& tree, Selection selection, Hits const& hits, Visit visit) {
-    std::vector<std::uint32_t> found;
-    for (CellTree::Id node = selection.next(); node != CellTree::none && !hits.isEnough(); node = selection.next()) {
-        for (std::uint32_t const cell : tree.cells(node)) {
-            if (hits.firstOnly()) {
-                visit(cell);
-            } else {
-                found.push_back(cell);
-            }
-        }
-    }
-    if (!std::is_sorted(found.begin(), found.end())) std::sort(found.begin(), found.end());
-    for (std::uint32_t const cell : found) visit(cell);
-}
+constexpr std::size_t end = std::string_view::npos;
 
 }  // namespace
 
+void Hits::moveTo(std::vector<TovNode const*>& nodes) {
+    auto const isBefore = [](PlacedNode const& a, PlacedNode const& b) { return a.place < b.place; };
+    if (!std::is_sorted(nodes_.begin(), nodes_.end(), isBefore)) std::sort(nodes_.begin(), nodes_.end(), isBefore);
+    nodes.reserve(nodes_.size());
+    nodes.clear();
+    std::uint64_t last = UINT64_MAX;
+    for (PlacedNode const& placed : nodes_) {
+        if (placed.place != last) nodes.push_back(placed.node);
+        last = placed.place;
+    }
+}
+
 void NameSearch::run(NameKinds kinds, TovNameMatch match) {
-    bool const isLocal = match == TOVMATCH_LOCAL;
+    NameKinds const local = match == TOVMATCH_LOCAL ? kinds.without(flatKinds) : NameKinds();
+    NameKinds const whole = kinds.without(local);
+    if (word_.isPattern()) {
+        NameKinds const flat = match == TOVMATCH_FLAT ? whole : whole & flatKinds;
+        findPaths(flat, true);
+        findPaths(whole.without(flat), false);
+    } else {
+        findPaths(whole, false);
+    }
+    findLocal(local);
+}
+
+/// Finds what the word stands for by whole paths.
+void NameSearch::findPaths(NameKinds kinds, bool crosses) {
+    if (kinds.has(NameKind::port)) findAtTop(index_.ports, true, crosses);
+    if (kinds.has(NameKind::net)) findAtTop(index_.nets, true, crosses);
+    if (kinds.has(NameKind::clock)) findAtTop(index_.clocks, false, crosses);
+    NameKinds const inCells = kinds.without(NameKind::port);
+    if (inCells.isEmpty() || hits_.isEnough()) return;
     if (!word_.isPattern()) {
-        findExact(isLocal ? kinds & flatKinds : kinds);
-        if (isLocal) findLocal(kinds.without(flatKinds));
+        findLiteral(inCells, 0);
+        // A cell whose hierarchy name is empty leaves no level in the names of what it holds.
+        for (Cell const cell : index_.unnamedCells) addOwn(inCells, cell, NameWord::start(false));
+        if (index_.libraries.empty()) return;
+        std::string_view const text = word_.text();
+        for (std::size_t at = text.find('/'); at != end; at = text.find('/', at + 1)) {
+            if (index_.libraries.count(text.substr(0, at)) != 0) findLiteral(inCells, at + 1);
+        }
         return;
     }
-    NameKinds const flat = match == TOVMATCH_FLAT ? kinds : kinds & flatKinds;
-    findFlat(flat);
-    if (isLocal) {
-        findLocal(kinds.without(flat));
-    } else {
-        findLevels(kinds.without(flat));
-    }
+    if (kinds.has(NameKind::cell)) findBlocks(crosses);
+    findOwn(kinds & kindsInCells, crosses);
 }
 
-/// A word without wildcards, in any match but the local one.
-void NameSearch::findExact(NameKinds kinds) {
-    if (kinds.has(NameKind::port)) findExactAtTop(index_.ports, true);
-    if (kinds.has(NameKind::net)) findExactAtTop(index_.nets, true);
-    if (kinds.has(NameKind::clock)) findExactAtTop(index_.clocks, false);
-    NameKinds const below = kinds.without(NameKind::port);
-    if (below.isEmpty()) return;
-    findExactBelow(below, {}, 0);
-    // A cell whose hierarchy name is empty leaves no level in the names of what it holds.
-    for (std::uint32_t const cell : index_.unnamedCells) findExactOwn(below, cell, 0);
-    for (std::size_t i = 1; i < word_.levels() && !index_.libraries.empty(); ++i) {
-        std::string_view const library = word_.text().substr(0, word_.endOf(i - 1));
-        if (index_.libraries.count(library) != 0) findExactBelow(below, library, i);
-    }
-}
-
-/// Adds names that are equal, and bits that read as the word or are in its range. Equal names come before longer ones.
-void NameSearch::findExactAtTop(SortedNames const& names, bool hasBits) {
-    auto const fits = [&](std::string_view name) { return word_.fitsFlat(name, hasBits); };
-    std::string_view const text = word_.text();
-    bool hasLonger = false;
-    names.visit(text, [&](PlacedNode const& placed) {
-        hasLonger = placed.node->plainName().size() > text.size();
-        if (!hasLonger) hits_.add(placed.place, *placed.node);
-        return !hasLonger && !hits_.isEnough();
-    });
-    if (hasBits && hasLonger) addFrom(names, std::string(text) + '[', fits);
-    if (hasBits && word_.hasRange()) addFrom(names, text.substr(0, word_.rangeBegin() + 1), fits);
-}
-
-/// Follows the word through the cells, after the levels of a library, if any.
-void NameSearch::findExactBelow(NameKinds kinds, std::string_view library, std::size_t level) {
-    Id node = CellTree::root;
-    while (level < word_.levels()) {
-        node = index_.tree.child(node, word_.level(level++));
-        if (node == CellTree::none) return;
-        for (std::uint32_t const cell : index_.tree.cells(node)) {
-            if (library.empty()) findExactOwn(kinds, cell, level);
-            findExactIn(kinds, cell, library, level);
-        }
-    }
-    if (library.empty() && kinds.has(NameKind::cell)) addSubtree(node);
-}
-
-/// Tries the hierarchy names of a cell and of what is in it: the levels before `level` are those of library and name.
-void NameSearch::findExactIn(NameKinds kinds, std::uint32_t number, std::string_view library, std::size_t level) {
-    TovCellNode const& cell = *index_.cells[number];
-    std::string_view arch = cell.arch();
-    std::string_view const shown = shownLibrary(cell);
-    if ((arch.empty() && shown.empty()) || comparePaths(shown, library) != 0) return;
-    if (arch.empty()) arch = {};
-    for (; arch.data() != nullptr; ++level) {
-        if (level == word_.levels() || takeLevel(arch) != word_.level(level)) return;
-    }
-    if (level < word_.levels()) {
-        findExactOwn(kinds, number, level);
-    } else if (kinds.has(NameKind::cell)) {
-        addCell(number);
-    }
-}
-
-/// Adds what is in a cell and has the levels from `level` on as its own name.
-void NameSearch::findExactOwn(NameKinds kinds, std::uint32_t cell, std::size_t level) {
-    if (level == word_.levels() || word_.levels() - level > index_.mostLevels) return;
-    addOwn(kinds, cell, [&](std::string_view name, bool bits) { return word_.fitsPath(level, name, bits); });
-}
-
-/// A pattern, level by level. The own name of a pin or net may have several levels.
-void NameSearch::findLevels(NameKinds kinds) {
-    std::size_t const levels = word_.levels();
-    if (kinds.has(NameKind::net)) {
-        addFrom(index_.nets, word_.prefix(), [&](std::string_view name) { return word_.fitsPath(0, name, true); });
-    }
-    if (kinds.has(NameKind::cell)) {
-        LevelSelection blocks(index_.tree, word_, levels);
-        for (Id node = blocks.next(); node != CellTree::none && !hits_.isEnough(); node = blocks.next())
-            addSubtree(node);
-    }
-    if ((kinds & kindsInCells).isEmpty()) return;
-    for (std::size_t own = 1; own < levels && own <= index_.mostLevels; ++own) {
-        forEachCell(index_.tree, LevelSelection(index_.tree, word_, levels - own), hits_, [&](std::uint32_t cell) {
-            addOwn(kinds, cell,
-                   [&](std::string_view name, bool bits) { return word_.fitsPath(levels - own, name, bits); });
-        });
-    }
-}
-
-void NameSearch::findLocal(NameKinds kinds) {
-    if (word_.levels() == 2 && kinds.has(NameKind::pin)) findLocalPinsOfCells();
-    if (word_.levels() != 1) return;
-    auto const fitsLast = [&](std::string_view name, bool bits = true) {
-        return word_.fitsLast(name.substr(lastLevelOf(name)), bits);
+/// Looks in the names of ports, nets or clocks. Equal names come before longer ones.
+void NameSearch::findAtTop(SortedNames const& names, bool hasBits, bool crosses) {
+    if (hits_.isEnough()) return;
+    auto const add = [&](PlacedNode const& placed) {
+        if (word_.fits(placed.name(), hasBits, crosses)) hits_.add(placed);
+        return !hits_.isEnough();
     };
-    if (kinds.has(NameKind::net)) addFrom(index_.nets, {}, fitsLast);
-    if (kinds.has(NameKind::cell)) findLocalCells();
-    if ((kinds & kindsInCells).isEmpty()) return;
-    for (std::uint32_t cell = 0; cell < index_.cells.size(); ++cell) addOwn(kinds, cell, fitsLast);
+    if (word_.isPattern()) return names.visit(word_.prefix(), add);
+    bool hasLonger = false;
+    names.visit(word_.text(), [&](PlacedNode const& placed) {
+        hasLonger = placed.name().size() > word_.text().size();
+        return !hasLonger && add(placed);
+    });
+    if (hasBits && hasLonger) names.visit(std::string(word_.text()) + '[', add);
+}
+
+/// Follows a word without wildcards through the cells, from `begin` on: what comes before is a library.
+void NameSearch::findLiteral(NameKinds kinds, std::size_t begin) {
+    bool const hasLibrary = begin > 0;
+    std::string_view const library = word_.text().substr(0, hasLibrary ? begin - 1 : 0);
+    bool const hasCells = kinds.has(NameKind::cell) && !word_.isRange();
+    std::size_t const own = lastLevels(*index_.ownLevels.rbegin(), end);
+    TreeWalk walk(index_.tree, word_, NameWord::start(false, begin), hasCells ? end : lastLevels(1, end));
+    while (!hits_.isEnough() && walk.next()) {
+        for (Cell const cell : index_.tree.cells(walk.node())) {
+            if (!hasLibrary && walk.below().at >= own) addOwn(kinds, cell, walk.below());
+            addHierarchical(kinds, cell, library, walk.match());
+        }
+        if (!hasLibrary && hasCells && word_.accepts(walk.match())) addSubtree(walk.node());
+    }
+}
+
+/// Tries the hierarchy names of a cell and of what is in it: the match is that of the library and the cell's path.
+void NameSearch::addHierarchical(NameKinds kinds, Cell cell, std::string_view library, Match match) {
+    std::string_view const arch = index_.cells[cell]->arch();
+    std::string_view const shown = shownLibrary(*index_.cells[cell]);
+    if ((arch.empty() && shown.empty()) || comparePaths(shown, library) != 0) return;
+    if (!arch.empty()) match = word_.advance(word_.advance(match, "/"), arch);
+    if (kinds.has(NameKind::cell) && !word_.isRange() && word_.accepts(match)) addCell(cell);
+    addOwn(kinds, cell, word_.advance(match, "/"));
+}
+
+void NameSearch::findBlocks(bool crosses) {
+    if (word_.isRange()) return;
+    TreeWalk walk(index_.tree, word_, NameWord::start(crosses), end);
+    while (!hits_.isEnough() && walk.next()) {
+        if (!word_.accepts(walk.match())) continue;
+        addSubtree(walk.node());
+        walk.skipBelow();
+    }
+}
+
+/// A pattern for pins, nets and clocks of cells.
+void NameSearch::findOwn(NameKinds kinds, bool crosses) {
+    if (kinds.isEmpty() || hits_.isEnough() || findByLastLevel(kinds, crosses)) return;
+    std::set<std::size_t> const& ownLevels = index_.ownLevels;
+    Match const start = NameWord::start(crosses);
+    if (crosses) {
+        findOwn(kinds, start, lastLevels(*ownLevels.rbegin(), word_.prefix().size()), end);
+        return;
+    }
+    std::size_t const levels = word_.levels();
+    for (std::size_t const own : ownLevels) {
+        if (own >= levels) return;
+        std::size_t const begin = lastLevels(own, end);
+        findOwn(kinds, start, begin, begin);
+    }
+}
+
+/// Reads the cells whose paths lead to `begin` at least, in the order of the design, in which their pins and nets are
+/// in memory; each at once where the first hit is enough.
+void NameSearch::findOwn(NameKinds kinds, Match const& start, std::size_t begin, std::size_t until) {
+    std::vector<std::pair<Cell, Match>> found;
+    TreeWalk walk(index_.tree, word_, start, until);
+    while (!hits_.isEnough() && walk.next()) {
+        if (walk.below().isDead() || walk.below().at < begin) continue;
+        for (Cell const cell : index_.tree.cells(walk.node())) found.emplace_back(cell, walk.below());
+        if (hits_.firstOnly()) addFound(kinds, found);
+    }
+    addFound(kinds, found);
+}
+
+void NameSearch::addFound(NameKinds kinds, std::vector<std::pair<Cell, Match>>& found) {
+    auto const isBefore = [](auto const& a, auto const& b) { return a.first < b.first; };
+    if (!std::is_sorted(found.begin(), found.end(), isBefore)) std::sort(found.begin(), found.end(), isBefore);
+    for (auto const& [cell, match] : found) {
+        if (match.crosses) path_.assign(index_.cells[cell]->plainName()) += '/';
+        addOwn(kinds, cell, match);
+    }
+    found.clear();
+}
+
+/// Where few cells have something that the last level may mean, looks there. Returns false if others may have it.
+bool NameSearch::findByLastLevel(NameKinds kinds, bool crosses) {
+    bool const isClock = kinds.without(NameKind::clock).isEmpty();
+    if (isClock && word_.prefix().find('/') == end) {
+        for (PlacedNode const& clock : index_.clocks.nodes()) {
+            if (clock.owner() == 0 || hits_.isEnough()) continue;
+            path_ = index_.cells[clock.owner() - 1]->plainName() + '/';
+            path_ += clock.name();
+            if (word_.fits(path_, false, crosses)) hits_.add(clock);
+        }
+        return true;
+    }
+    auto const numbers = withLastLevel();
+    if (!numbers) return false;
+    for (std::uint32_t const cell : *numbers) {
+        if (cell < index_.cells.size() && !hits_.isEnough()) addInCell(kinds, cell, crosses);
+    }
+    return true;
+}
+
+std::optional<Span<std::uint32_t>> NameSearch::withLastLevel() const {
+    PathHash const hash(busOf(word_.text()));
+    if (!word_.literalAt(lastLevelOf(word_.text())).isLevel || index_.lastLevels.isCommon(hash)) return {};
+    return index_.lastLevels.find(hash);
+}
+
+std::size_t NameSearch::lastLevels(std::size_t levels, std::size_t end) const {
+    std::string_view const text = word_.text().substr(0, end);
+    std::size_t at = text.size();
+    for (; levels > 0; --levels) {
+        at = lastLevelOf(text.substr(0, at));
+        if (at == 0) return 0;
+        if (levels > 1) --at;
+    }
+    return at;
+}
+
+/// Finds what the word stands for by last levels.
+void NameSearch::findLocal(NameKinds kinds) {
+    std::size_t const levels = kinds.isEmpty() ? end : word_.levels();
+    if (levels == 1) {
+        if (kinds.has(NameKind::net)) findLocalNets();
+        if (kinds.has(NameKind::cell) && !word_.isRange()) findLocalCells();
+        findLocalOwn(kinds & kindsInCells);
+    } else if (levels == 2) {
+        findLocalOwn(kinds & NameKind::pin);
+    }
+}
+
+/// Adds nets of the design.
+void NameSearch::findLocalNets() {
+    auto const add = [this](PlacedNode const& net) {
+        if (word_.fits(net.name().substr(lastLevelOf(net.name())), true, false)) hits_.add(net);
+        return !hits_.isEnough();
+    };
+    auto const numbers = withLastLevel();
+    if (!numbers) return index_.nets.visit({}, add);
+    findAtTop(index_.nets, true, false);
+    for (std::uint32_t const number : *numbers) {
+        if (number >= index_.cells.size() && !hits_.isEnough()) add(index_.nets.nodes()[number - index_.cells.size()]);
+    }
 }
 
 /// Adds the cells in any block that fits. Of nested blocks the outermost has them all.
 void NameSearch::findLocalCells() {
     CellTree const& tree = index_.tree;
+    auto const fits = [&](Id node) { return word_.fits(tree.text(node), false, false); };
     if (!word_.isPattern()) {
-        TextSelection blocks(tree, word_);
-        for (Id node = blocks.next(); node != CellTree::none && !hits_.isEnough(); node = blocks.next()) {
+        for (Id const node : tree.withText({0, tree.size()}, PathHash(word_.text()))) {
             Id above = tree.parent(node);
-            while (above != CellTree::root && !word_.fitsLevel(0, tree.text(above))) above = tree.parent(above);
-            if (above == CellTree::root) addSubtree(node);
+            while (above != CellTree::root && !fits(above)) above = tree.parent(above);
+            if (above == CellTree::root && fits(node) && !hits_.isEnough()) addSubtree(node);
         }
         return;
     }
     std::vector<bool> isFound(tree.size());
     for (Id node = 1; node < tree.size() && !hits_.isEnough(); ++node) {
-        isFound[node] = isFound[tree.parent(node)] || word_.fitsLevel(0, tree.text(node));
+        isFound[node] = isFound[tree.parent(node)] || fits(node);
         if (!isFound[node]) continue;
-        for (std::uint32_t const cell : tree.cells(node)) addCell(cell);
+        for (Cell const cell : tree.cells(node)) addCell(cell);
     }
 }
 
-/// Adds pins by their last two levels: cell and pin, or both in the pin's own name.
-void NameSearch::findLocalPinsOfCells() {
-    forEachCell(index_.tree, TextSelection(index_.tree, word_), hits_, [&](std::uint32_t cell) {
-        addOwn(NameKind::pin, cell, [&](std::string_view name, bool bits) { return word_.fitsPath(1, name, bits); });
-    });
-    for (std::uint32_t const cell : index_.levelledCells) {
-        addOwn(NameKind::pin, cell, [&](std::string_view name, bool bits) {
-            std::size_t const last = lastLevelOf(name);
-            return last > 0 && word_.fitsPath(0, name.substr(lastLevelOf(name.substr(0, last - 1))), bits);
-        });
-    }
-}
-
-/// A pattern over whole names.
-void NameSearch::findFlat(NameKinds kinds) {
-    auto const fits = [&](bool bits) {
-        return [&, bits](std::string_view name) { return word_.fitsFlat(name, bits); };
-    };
-    if (kinds.has(NameKind::port)) addFrom(index_.ports, word_.prefix(), fits(true));
-    if (kinds.has(NameKind::net)) addFrom(index_.nets, word_.prefix(), fits(true));
-    if (kinds.has(NameKind::clock)) addFrom(index_.clocks, word_.prefix(), fits(false));
-    if (word_.leastSize() > index_.longestPath || hits_.isEnough()) return;
-
-    FlatMatcher const matcher(word_);
-    if (kinds.has(NameKind::cell)) {
-        FlatSelection blocks(index_.tree, matcher);
-        for (Id node = blocks.next(); node != CellTree::none && !hits_.isEnough(); node = blocks.next()) {
-            if (!matcher.accepts(blocks.state())) continue;
-            addSubtree(node);
-            blocks.skipBelow();
+void NameSearch::findLocalOwn(NameKinds kinds) {
+    if (kinds.isEmpty()) return;
+    std::size_t const count = index_.cells.size();
+    NameWord::Literal const first = word_.literalAt(0);
+    if (auto const numbers = withLastLevel()) {
+        for (std::uint32_t const cell : *numbers) {
+            if (cell < count) addLocal(kinds, cell);
         }
+    } else if (first.isLevel && word_.levels() > 1) {
+        for (Id const node : index_.tree.withText({0, index_.tree.size()}, first.hash)) {
+            for (Cell const cell : index_.tree.cells(node)) addLocal(kinds, cell);
+        }
+        for (Cell const cell : index_.levelledCells) addLocal(kinds, cell);
+    } else {
+        for (Cell cell = 0; cell < count && !hits_.isEnough(); ++cell) addLocal(kinds, cell);
     }
-    FlatMatcher::State path;
-    FlatMatcher::State scratch;
-    auto const addFlat = [&](NameKinds some, std::uint32_t cell) {
-        path = matcher.start();
-        matcher.advance(path, index_.cells[cell]->plainName());
-        matcher.advance(path, "/");
-        if (FlatMatcher::isDead(path)) return;
-        addOwn(some, cell, [&](std::string_view name, bool bits) { return matcher.fits(path, name, bits, scratch); });
-    };
-    if (kinds.has(NameKind::clock)) {
-        for (std::uint32_t const cell : index_.clockCells) addFlat(NameKind::clock, cell);
-    }
-    NameKinds const others = (kinds & kindsInCells).without(NameKind::clock);
-    if (others.isEmpty()) return;
-    forEachCell(index_.tree, FlatSelection(index_.tree, matcher), hits_,
-                [&](std::uint32_t cell) { addFlat(others, cell); });
 }
 
-template <class Fits>
-void NameSearch::addFrom(SortedNames const& names, std::string_view prefix, Fits fits) {
-    if (hits_.isEnough()) return;
-    names.visit(prefix, [&](PlacedNode const& placed) {
-        if (fits(placed.node->plainName())) hits_.add(placed.place, *placed.node);
-        return !hits_.isEnough();
+void NameSearch::addLocal(NameKinds kinds, Cell cell) {
+    std::string_view const name = index_.cells[cell]->plainName();
+    bool const hasCell = word_.levels() > 1;
+    Match const start = NameWord::start(false);
+    Match const below = hasCell ? word_.advance(word_.advance(start, name.substr(lastLevelOf(name))), "/") : start;
+    addFitting(kinds, cell, [&](std::string_view own, bool bits) {
+        std::size_t last = lastLevelOf(own);
+        if (!hasCell || last == 0) return word_.fits(below, own.substr(last), 0, bits);
+        last = lastLevelOf(own.substr(0, last - 1));
+        return word_.fits(start, own.substr(last), 0, bits);
+    });
+}
+
+void NameSearch::addInCell(NameKinds kinds, Cell cell, bool crosses) {
+    path_.assign(index_.cells[cell]->plainName()) += '/';
+    addOwn(kinds, cell, word_.advance(NameWord::start(crosses), path_));
+}
+
+void NameSearch::addOwn(NameKinds kinds, Cell cell, Match const& match) {
+    if (match.isDead()) return;
+    std::size_t const size = match.crosses ? path_.size() : 0;
+    addFitting(kinds, cell, [&](std::string_view name, bool bits) {
+        if (!match.crosses) return word_.fits(match, name, 0, bits);
+        path_.resize(size);
+        path_ += name;
+        return word_.fits(match, path_, size, bits);
     });
 }
 
 template <class Fits>
-void NameSearch::addOwn(NameKinds kinds, std::uint32_t number, Fits fits) {
-    TovCellNode const& cell = *index_.cells[number];
-    if (kinds.has(NameKind::pin)) addFitting(NameKind::pin, number, cell.ports(), fits);
-    if (kinds.has(NameKind::net)) addFitting(NameKind::net, number, cell.nets(), fits);
-    if (kinds.has(NameKind::clock)) addFitting(NameKind::clock, number, cell.clocks(), fits);
+void NameSearch::addFitting(NameKinds kinds, Cell cell, Fits fits) {
+    forEachIn(*index_.cells[cell], kinds, [&](NameKind kind, TovNode const& node, std::size_t position) {
+        bool const isHit = !hits_.isEnough() && fits(node.plainName(), hasBits(kind)) && !isBus(node);
+        if (isHit) hits_.add({placeOf(kind, cell + std::uint64_t{1}, position), &node});
+    });
 }
 
-template <class Nodes, class Fits>
-void NameSearch::addFitting(NameKind kind, std::uint32_t cell, Nodes const& nodes, Fits fits) {
-    std::uint64_t place = placeOf(kind, cell + std::uint64_t{1}, 0);
-    for (TovNode const* node : nodes) {
-        if (hits_.isEnough()) return;
-        if (fits(node->plainName(), hasBits(kind)) && !isBus(*node)) hits_.add(place, *node);
-        ++place;
-    }
-}
-
-void NameSearch::addCell(std::uint32_t cell) {
-    hits_.add(placeOf(NameKind::cell, cell + std::uint64_t{1}, 0), *index_.cells[cell]);
+void NameSearch::addCell(Cell cell) {
+    hits_.add({placeOf(NameKind::cell, cell + std::uint64_t{1}, 0), index_.cells[cell]});
 }
 
 void NameSearch::addSubtree(Id node) {
     CellTree::Range nodes{node, node + 1};
     for (; nodes.size() > 0 && !hits_.isEnough(); nodes = index_.tree.children(nodes)) {
-        for (std::uint32_t const cell : index_.tree.cells(nodes)) addCell(cell);
+        for (Cell const cell : index_.tree.cells(nodes)) addCell(cell);
     }
 }
 

@@ -1,9 +1,9 @@
-#include "tov/names/name_word.h"
+#include "tov/names/name_word_p.h"
 
+#include <algorithm>
 #include <array>
 #include <climits>
-
-#include "tov/names/path_text.h"
+#include <utility>
 
 namespace kiri::tov::impl_detail {
 
@@ -15,20 +15,17 @@ bool isBeyondAscii(char c) {
     return static_cast<unsigned char>(c) >= 0x80;
 }
 
-/// The bytes with a meaning of their own in a word.
-class SpecialBytes {
-public:
-    constexpr SpecialBytes() : is_() {
-        for (char const c : {'*', '.', '/', '?', '\\'}) is_[static_cast<unsigned char>(c)] = true;
-        for (std::size_t c = 0x80; c < is_.size(); ++c) is_[c] = true;
-    }
-    constexpr bool has(char c) const { return is_[static_cast<unsigned char>(c)]; }
+/// The bytes that a word does not have as they are in its text, or that are not ASCII.
+constexpr std::array<bool, 256> specialBytes = [] {
+    std::array<bool, 256> is{};
+    for (char const c : {'*', '.', '?', '\\'}) is[static_cast<unsigned char>(c)] = true;
+    for (std::size_t c = 0x80; c < is.size(); ++c) is[c] = true;
+    return is;
+}();
 
-private:
-    std::array<bool, 256> is_;
-};
-
-constexpr SpecialBytes specialBytes;
+bool isSpecial(char c) {
+    return specialBytes[static_cast<unsigned char>(c)];
+}
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -41,11 +38,15 @@ long numberOf(std::string_view digits) {
     return number;
 }
 
-/// Returns where the digits at the end of `text` begin.
-std::size_t digitsAtEnd(std::string_view text) {
+/// Removes the digits at the end of `text` and the `opening` before them, and returns the digits; none if not both are
+/// there.
+std::optional<std::string_view> takeDigits(std::string_view& text, char opening) {
     std::size_t begin = text.size();
     while (begin > 0 && isDigit(text[begin - 1])) --begin;
-    return begin;
+    if (begin == text.size() || begin == 0 || text[begin - 1] != opening) return {};
+    std::string_view const digits = text.substr(begin);
+    text = text.substr(0, begin - 1);
+    return digits;
 }
 
 /// Decodes one character of UTF-8 and removes it from `text`; returns none if it is not valid.
@@ -76,11 +77,17 @@ bool isUtf8BeyondAscii(std::string_view text) {
     return true;
 }
 
-std::string latin1Of(std::string_view text) {
+std::string latin1Of(std::string_view text, bool isWord) {
     std::string latin1;
+    bool isEscaped = false;
     while (!text.empty()) {
         unsigned const code = takeCharacter(text).value_or('?');
-        latin1.append(code > 0xffff ? 2 : 1, code < 0x100 ? static_cast<char>(code) : '?');
+        for (int units = code < 0x100 ? 0 : code > 0xffff ? 2 : 1; units > 0; --units) {
+            latin1 += isWord && !isEscaped ? "\\?" : "?";
+            isEscaped = false;
+        }
+        if (code < 0x100) latin1 += static_cast<char>(code);
+        isEscaped = code == '\\' && !isEscaped;
     }
     return latin1;
 }
@@ -88,144 +95,129 @@ std::string latin1Of(std::string_view text) {
 std::optional<BitName> BitName::of(std::string_view text) {
     if (text.empty() || text.back() != ']') return {};
     text.remove_suffix(1);
-    std::size_t const digits = digitsAtEnd(text);
-    if (digits == text.size() || digits == 0 || text[digits - 1] != '[') return {};
-    return BitName{text.substr(0, digits - 1), numberOf(text.substr(digits))};
+    std::optional<std::string_view> const digits = takeDigits(text, '[');
+    if (!digits) return {};
+    return BitName{text, numberOf(*digits)};
 }
 
-bool BitName::hasBase() const {
-    return !base.empty() && !isSeparator(base.back());
+std::string_view busOf(std::string_view path) {
+    path.remove_prefix(lastLevelOf(path));
+    for (auto bit = BitName::of(path); bit && bit->hasBase(); bit = BitName::of(path)) path = bit->base;
+    return path;
 }
 
-NameWord::NameWord(std::string_view word) : bytes_(word) {
-    levels_.reserve(8);
-    char* end = bytes_.data();   // of the bytes without escapes
-    std::size_t lastEscape = 0;  // the bytes up to the last escape
+NameWord::NameWord(std::string_view word) : text_(word), wild_(word.size()) {
+    if (std::any_of(word.begin(), word.end(), isSpecial)) {
+        takeSpecial(word);
+    } else {
+        findRange(0);
+    }
+    levels_ += static_cast<std::size_t>(std::count(text_.begin(), text_.end(), '/'));
+}
+
+void NameWord::takeSpecial(std::string_view word) {
+    bytes_.reserve(word.size());
+    std::size_t lastEscape = 0;  // the bytes up to the last escaped one
+    bool endsEscaped = false;
     for (std::size_t i = 0; i < word.size(); ++i) {
-        if (!specialBytes.has(word[i])) {
-            *end++ = word[i];
-            continue;
-        }
         bool const isEscaped = word[i] == '\\';
+        endsEscaped = isEscaped && ++i == word.size();
+        if (endsEscaped) break;
+        char const byte = word[i];
+        isAscii_ = isAscii_ && !isBeyondAscii(byte);
         if (isEscaped) {
-            lastEscape = sizeUpTo(end) + 1;
-            if (++i == word.size()) break;
+            lastEscape = bytes_.size() + 1;
+        } else if (byte == '*' || byte == '?') {
+            bool const isSecondStar =
+                byte == '*' && !bytes_.empty() && marks_.size() == bytes_.size() && marks_.back() == '*';
+            if (isSecondStar) continue;
+            marks_.resize(bytes_.size());
+            marks_ += byte;
         }
-        end = add(end, word[i], isEscaped);
+        bytes_ += pathByte(byte);
     }
-    endWord(end);
-    findRange(lastEscape);
-}
-
-/// Puts a byte with its meaning at `end`, and returns the new end. Of several '*' in a row only the first is kept.
-char* NameWord::add(char* end, char byte, bool isEscaped) {
-    std::size_t const size = sizeUpTo(end);
-    if (isBeyondAscii(byte)) isAscii_ = false;
-    if (isSeparator(byte)) endLevel(size);
-    if (!isEscaped && (byte == '*' || byte == '?')) {
-        if (byte == '*' && marks_.size() == size && !marks_.empty() && marks_.back() == '*') return end;
-        marks_.resize(size);
-        marks_ += byte;
-    }
-    *end = pathByte(byte);
-    return end + 1;
-}
-
-void NameWord::endLevel(std::size_t end) {
-    std::size_t const begin = levels_.empty() ? 0 : levels_.back().end + 1;
-    std::size_t const wild = marks_.empty() ? end : std::min(marks_.find_first_not_of('\0', begin), end);
-    levels_.push_back({begin, end, wild});
-}
-
-void NameWord::endWord(char const* end) {
-    bytes_.resize(sizeUpTo(end));
-    endLevel(bytes_.size());
-    if (!marks_.empty()) marks_.resize(bytes_.size());
-    whole_ = {0, bytes_.size(), std::min(marks_.find_first_not_of('\0'), bytes_.size())};
+    text_ = bytes_;
+    wild_ = std::min(marks_.find_first_not_of('\0'), text_.size());
+    if (isPattern()) marks_.resize(text_.size());
+    if (!endsEscaped) findRange(lastEscape);
 }
 
 void NameWord::findRange(std::size_t lastEscape) {
-    std::string_view text = bytes_;
-    if (text.empty() || text.back() != ']' || lastEscape == text.size() + 1) return;
-    text.remove_suffix(1);
-    std::size_t const second = digitsAtEnd(text);
-    if (second == text.size() || second == 0 || text[second - 1] != ':') return;
-    std::string_view const before = text.substr(0, second - 1);
-    std::size_t const first = digitsAtEnd(before);
-    if (first == before.size() || first == 0 || before[first - 1] != '[') return;
-    if (first - 1 <= levels_.back().begin || lastEscape >= first) return;
-    rangeBegin_ = first - 1;
-    low_ = numberOf(before.substr(first));
-    high_ = numberOf(text.substr(second));
-    if (low_ > high_) std::swap(low_, high_);
-    high_ = std::min(high_, static_cast<long>(INT_MAX));
+    std::string_view rest = text_;
+    if (rest.empty() || rest.back() != ']') return;
+    rest.remove_suffix(1);
+    std::optional<std::string_view> const second = takeDigits(rest, ':');
+    std::optional<std::string_view> const first = second ? takeDigits(rest, '[') : second;
+    if (!first || lastEscape > rest.size() || rest.empty() || isSeparator(rest.back())) return;
+    rangeBegin_ = rest.size();
+    rangeLow_ = std::min(numberOf(*first), numberOf(*second));
+    rangeHigh_ = std::min(std::max(numberOf(*first), numberOf(*second)), beyondInt - 1);
 }
 
-NameWord NameWord::latin1() const {
-    NameWord form;
-    form.bytes_ = bytes_;  // no shorter than the form
-    char* end = form.bytes_.data();
-    for (std::string_view rest = bytes_; !rest.empty();) {
-        bool const isEscaped = !isPattern() || marks_[bytes_.size() - rest.size()] == '\0';
-        unsigned const code = takeCharacter(rest).value_or('?');
-        if (code < 0x100) {
-            end = form.add(end, static_cast<char>(code), isEscaped);
-        } else {
-            for (int units = code > 0xffff ? 2 : 1; units > 0; --units) end = form.add(end, '?', true);
-        }
+NameWord NameWord::asRange() const {
+    NameWord range = *this;
+    range.text_ = text_.substr(0, rangeBegin_);
+    if (isPattern()) range.marks_.resize(rangeBegin_);
+    range.wild_ = std::min(wild_, rangeBegin_);
+    range.low_ = rangeLow_;
+    range.high_ = rangeHigh_;
+    return range;
+}
+
+NameWord::Literal NameWord::literalAt(std::size_t at) const {
+    std::string_view const all = text_;
+    std::size_t const wild = wild_;
+    PathHash hash;
+    std::size_t end = at;
+    for (; end < all.size() && all[end] != '/'; ++end) {
+        if (end >= wild && marks_[end] != '\0') break;
+        hash.addPathByte(all[end]);
     }
-    form.endWord(end);
-    form.low_ = low_;
-    form.high_ = high_;
-    if (hasRange()) form.rangeBegin_ = form.bytes_.size() - (bytes_.size() - rangeBegin_);
-    return form;
-}
-
-std::size_t NameWord::leastSize() const {
-    std::string_view const wild = marks().substr(0, rangeBegin_);
-    return wild.size() - static_cast<std::size_t>(std::count(wild.begin(), wild.end(), '*'));
+    return {all.substr(at, end - at), hash, end == all.size() || all[end] == '/'};
 }
 
 // After a mismatch the last '*' matches one byte more.
-bool NameWord::fitsWild(std::size_t begin, std::size_t end, std::string_view text) const {
-    std::size_t p = begin;
-    std::size_t star = std::string::npos;
-    std::size_t taken = 0;
-    for (std::size_t t = 0; t < text.size();) {
-        if (p < end && marks_[p] == '*') {
-            star = p++;
-            taken = t;
-        } else if (p < end && (marks_[p] == '?' || bytes_[p] == pathByte(text[t]))) {
-            ++p;
+Match NameWord::advance(Match match, std::string_view path, std::size_t from) const {
+    Match const dead = start(match.crosses, Match::none);
+    if (match.isDead()) return dead;
+    if (!isPattern()) {
+        std::size_t const size = path.size() - from;
+        bool const isEqual =
+            size <= text_.size() - match.at && equalPaths(text_.data() + match.at, path.data() + from, size);
+        match.at += size;
+        return isEqual ? match : dead;
+    }
+    for (std::size_t t = from; t < path.size();) {
+        char const byte = pathByte(path[t]);
+        bool const isEnd = match.at == text_.size();
+        char const mark = isEnd ? '\0' : marks_[match.at];
+        if (mark == '*') {
+            match.star = match.at++;
+            match.starEnd = t;
+        } else if (!isEnd && (mark == '?' ? match.crosses || byte != '/' : text_[match.at] == byte)) {
+            ++match.at;
             ++t;
-        } else if (star != std::string::npos) {
-            p = star + 1;
-            t = ++taken;
+            if (byte == '/' && !match.crosses) match.star = Match::none;
+        } else if (match.star != Match::none && (match.crosses || byte != '/')) {
+            match.at = match.star + 1;
+            t = ++match.starEnd;
         } else {
-            return false;
+            return dead;
         }
     }
-    return p == end || (p + 1 == end && marks_[p] == '*');
+    return match;
 }
 
-/// Returns whether a text that ends in "]" fits as a bit. What the text also reads as are its first bytes.
-bool NameWord::fitsAsBit(Part const& part, std::string_view text) const {
-    Part const base{part.begin, std::min(part.end, rangeBegin_), std::min(part.wild, rangeBegin_)};
-    if (!hasPrefix(base, text)) return false;
-    for (auto bit = BitName::of(text); bit; bit = BitName::of(bit->base)) {
-        if (hasRange() && !bit->base.empty() && isInRange(bit->index) && fits(base, bit->base)) return true;
+bool NameWord::fitsAsBit(Match const& match, std::string_view path, std::size_t from) const {
+    for (auto bit = BitName::of(path.substr(from)); bit; bit = BitName::of(bit->base)) {
+        std::string_view const base = path.substr(0, from + bit->base.size());
+        // The base of a bit in a range may be empty after other bytes.
+        bool const hasText = bit->hasBase() || (isRange() && match.crosses && !base.empty());
+        bool const isInRange = !isRange() || (low_ <= bit->index && bit->index <= high_);
+        if (hasText && isInRange && fitsText(match, base, from)) return true;
         if (!bit->hasBase()) return false;
-        if (fits(part, bit->base)) return true;
     }
     return false;
-}
-
-bool NameWord::fitsLevels(std::size_t first, std::string_view path, bool hasBits) const {
-    for (std::size_t i = first; i + 1 < levels(); ++i) {
-        std::string_view const level = takeLevel(path);
-        if (path.data() == nullptr || !fitsLevel(i, level)) return false;
-    }
-    return fitsOneLevel(path, hasBits);
 }
 
 }  // namespace kiri::tov::impl_detail

@@ -1,11 +1,236 @@
-#include "tov/names/nearest_name.h"
+#include "tov/names/nearest_name_p.h"
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
 #include <tuple>
 #include <utility>
+#include <vector>
+
+#include "tov/names/name_word_p.h"
 
 namespace kiri::tov::impl_detail {
 
 namespace {
+
+/// Levenshtein's distance between a word and texts with common beginnings, if it is at most `bound`: '.' equals '/'.
+class EditDistance {
+public:
+    static constexpr unsigned mostBound = 3;
+    static constexpr std::uint8_t far = mostBound + 1;
+
+    /// The distances between the text so far and the beginnings of the word, near the diagonal alone: costs[k] belongs
+    /// to the first `size + k - bound` bytes of the word.
+    struct Row {
+        std::size_t size = 0;  // of the text so far
+        std::array<std::uint8_t, 2 * mostBound + 1> costs{};
+    };
+
+    EditDistance(std::string_view word, unsigned bound) : word_(word), bound_(bound) {}
+
+    Row start() const;
+    /// Returns the row for one byte more.
+    Row next(Row const& row, char byte) const;
+    /// Returns whether every text that begins like this is farther than the bound.
+    bool isTooFar(Row const& row) const {
+        return std::all_of(row.costs.begin(), row.costs.end(), [this](std::uint8_t cost) { return cost > bound_; });
+    }
+    /// Returns the distance of the text so far, or `far` if it is over the bound.
+    unsigned distance(Row const& row) const;
+
+private:
+    std::string_view word_;
+    unsigned bound_;
+};
+
+EditDistance::Row EditDistance::start() const {
+    Row row;
+    for (std::size_t k = 0; k < row.costs.size(); ++k) {
+        bool const isInWord = k >= bound_ && k - bound_ <= std::min<std::size_t>(word_.size(), bound_);
+        row.costs[k] = isInWord ? static_cast<std::uint8_t>(k - bound_) : far;
+    }
+    return row;
+}
+
+EditDistance::Row EditDistance::next(Row const& row, char byte) const {
+    Row after;
+    after.size = row.size + 1;
+    after.costs.fill(far);
+    unsigned const width = 2 * bound_ + 1;
+    for (unsigned k = 0; k < width; ++k) {
+        std::size_t const before = after.size + k;  // the bytes of the word, and the bound
+        if (before < bound_ || before - bound_ > word_.size()) continue;
+        std::size_t const at = before - bound_;
+        unsigned cost = far;
+        if (at > 0) cost = row.costs[k] + (pathByte(word_[at - 1]) == pathByte(byte) ? 0U : 1U);
+        if (k + 1 < width) cost = std::min(cost, row.costs[k + 1] + 1U);
+        if (k > 0) cost = std::min(cost, after.costs[k - 1] + 1U);
+        after.costs[k] = static_cast<std::uint8_t>(std::min<unsigned>(cost, far));
+    }
+    return after;
+}
+
+unsigned EditDistance::distance(Row const& row) const {
+    std::size_t const k = word_.size() + bound_;
+    unsigned const cost = k >= row.size && k - row.size < row.costs.size() ? row.costs[k - row.size] : far;
+    return cost <= bound_ ? cost : far;
+}
+
+/// Goes through texts in byte order, to each that a nearer text may begin with. Those that begin alike are compared up
+/// to there once, and those too far are skipped together.
+class NearTexts {
+public:
+    using Row = EditDistance::Row;
+
+    NearTexts(EditDistance const& distance, Row const& start, std::size_t count)
+        : distance_(&distance), count_(count), rows_{start} {}
+
+    /// Goes to the next text; returns false at the end. `textOf(i)` is the i-th text.
+    template <class TextOf>
+    bool next(TextOf textOf);
+    std::size_t index() const { return index_; }
+    /// The distances of the text.
+    Row const& row() const { return rows_.back(); }
+
+private:
+    /// Skips what begins with the first bytes of the text at `index_`.
+    template <class TextOf>
+    void skip(TextOf textOf, std::size_t bytes);
+
+    EditDistance const* distance_;
+    std::size_t count_;
+    std::vector<Row> rows_;  // of the beginnings of `last_`
+    std::string_view last_;
+    std::size_t index_ = 0;
+    std::size_t next_ = 0;
+};
+
+template <class TextOf>
+bool NearTexts::next(TextOf textOf) {
+    while (next_ < count_) {
+        index_ = next_;
+        std::string_view const text = textOf(index_);
+        std::size_t shared = 0;
+        while (shared + 1 < rows_.size() && shared < text.size() && pathByte(text[shared]) == pathByte(last_[shared]))
+            ++shared;
+        rows_.resize(shared + 1);
+        for (; rows_.size() <= text.size() && !distance_->isTooFar(rows_.back()); ++shared)
+            rows_.push_back(distance_->next(rows_.back(), text[shared]));
+        last_ = text;
+        next_ = index_ + 1;
+        if (!distance_->isTooFar(rows_.back())) return true;
+        skip(textOf, shared);
+        rows_.pop_back();
+    }
+    return false;
+}
+
+template <class TextOf>
+void NearTexts::skip(TextOf textOf, std::size_t bytes) {
+    std::string_view const prefix = textOf(index_).substr(0, bytes);
+    auto const hasPrefix = [&](std::size_t i) { return comparePaths(textOf(i).substr(0, bytes), prefix) == 0; };
+    std::size_t step = 1;
+    while (index_ + step < count_ && hasPrefix(index_ + step)) step *= 2;
+    std::size_t end = std::min(index_ + step, count_);
+    for (std::size_t last = index_ + step / 2; last + 1 < end;) {
+        std::size_t const middle = last + (end - last) / 2;
+        (hasPrefix(middle) ? last : end) = middle;
+    }
+    next_ = end;
+}
+
+/// Finds the name nearest to a word among nodes of some kinds.
+class NearestName {
+public:
+    NearestName(NameIndex const& index, NameKinds kinds) : index_(index), kinds_(kinds) {}
+
+    /// Compares all names with a word; ignores those more than `bound` away.
+    void compare(std::string_view word, unsigned bound);
+    /// The name of the nearest node so far; empty if there is none.
+    std::string const& name() const { return name_; }
+
+private:
+    using Row = EditDistance::Row;
+
+    /// The children of a node, and those that come next.
+    struct Level {
+        CellTree::Id first;
+        NearTexts texts;
+    };
+
+    void compareSorted(EditDistance const& distance, SortedNames const& names);
+    void compareCells(EditDistance const& distance);
+    void compareIn(EditDistance const& distance, TovCellNode const& cell, Row const& below);
+    void offer(unsigned distance, TovNode const& node);
+
+    NameIndex const& index_;
+    NameKinds kinds_;
+    unsigned distance_ = EditDistance::far;
+    std::string name_;
+};
+
+void NearestName::compare(std::string_view word, unsigned bound) {
+    EditDistance const distance(word, bound);
+    if (kinds_.has(NameKind::port)) compareSorted(distance, index_.ports);
+    if (kinds_.has(NameKind::net)) compareSorted(distance, index_.nets);
+    if (kinds_.has(NameKind::clock)) compareSorted(distance, index_.clocks);
+    if (!kinds_.without(NameKind::port).isEmpty()) compareCells(distance);
+}
+
+void NearestName::compareSorted(EditDistance const& distance, SortedNames const& names) {
+    std::vector<PlacedNode> const& nodes = names.nodes();
+    NearTexts texts(distance, distance.start(), nodes.size());
+    while (texts.next([&](std::size_t i) { return nodes[i].name(); }))
+        offer(distance.distance(texts.row()), *nodes[texts.index()].node);
+}
+
+/// Goes as deep as the word has bytes, and a few levels more.
+void NearestName::compareCells(EditDistance const& distance) {
+    CellTree const& tree = index_.tree;
+    std::vector<Level> levels;
+    auto const enter = [&](CellTree::Id node, Row const& start) {
+        CellTree::Range const children = tree.children(node);
+        levels.push_back({children.begin, NearTexts(distance, start, children.size())});
+    };
+    enter(CellTree::root, distance.start());
+    while (!levels.empty()) {
+        auto& [first, texts] = levels.back();
+        auto const idOf = [begin = first](std::size_t i) { return begin + static_cast<CellTree::Id>(i); };
+        if (!texts.next([&](std::size_t i) { return tree.text(idOf(i)); })) {
+            levels.pop_back();
+            continue;
+        }
+        CellTree::Id const node = idOf(texts.index());
+        Row const below = distance.next(texts.row(), '/');
+        for (std::uint32_t const number : tree.cells(node)) {
+            TovCellNode const& cell = *index_.cells[number];
+            if (kinds_.has(NameKind::cell)) offer(distance.distance(texts.row()), cell);
+            if (!distance.isTooFar(below)) compareIn(distance, cell, below);
+        }
+        if (!distance.isTooFar(below)) enter(node, below);
+    }
+}
+
+void NearestName::compareIn(EditDistance const& distance, TovCellNode const& cell, Row const& below) {
+    forEachIn(cell, kinds_, [&](NameKind, TovNode const& node, std::size_t) {
+        Row row = below;
+        for (char const c : node.plainName()) {
+            row = distance.next(row, c);
+            if (distance.isTooFar(row)) return;
+        }
+        if (!isBus(node)) offer(distance.distance(row), node);
+    });
+}
+
+/// Keeps the name of the node if it is nearer, or equally near and earlier in byte order.
+void NearestName::offer(unsigned distance, TovNode const& node) {
+    if (distance > distance_ || distance > EditDistance::mostBound) return;
+    std::string name = nameOf(node);
+    if (name.empty()) return;
+    if (std::tie(distance, name) >= std::tie(distance_, name_)) return;
+    distance_ = distance;
+    name_ = std::move(name);
+}
 
 std::string pathOf(TovNode const& node) {
     TovNode const* const parent = node.parent();
@@ -36,65 +261,16 @@ std::string nameOf(TovNode const& node) {
     return word;
 }
 
-void NearestName::compare(std::string_view word, unsigned bound) {
-    EditDistance const distance(word, bound);
-    if (kinds_.has(NameKind::port)) compareSorted(distance, index_.ports);
-    if (kinds_.has(NameKind::net)) compareSorted(distance, index_.nets);
-    if (kinds_.has(NameKind::clock)) compareSorted(distance, index_.clocks);
-    if (!kinds_.without(NameKind::port).isEmpty()) compareCells(distance, CellTree::root, distance.start());
-}
-
-void NearestName::compareSorted(EditDistance const& distance, SortedNames const& names) {
-    auto const first = names.all().begin();
-    auto const textOf = [first](std::size_t i) {
-        return std::string_view(first[static_cast<std::ptrdiff_t>(i)].node->plainName());
-    };
-    auto const count = static_cast<std::size_t>(names.all().end() - first);
-    distance.walk(distance.start(), count, textOf, [&](std::size_t i, EditDistance::Row const& row) {
-        offer(distance.distance(row), *first[static_cast<std::ptrdiff_t>(i)].node);
-    });
-}
-
-/// Goes as deep as the word has bytes, and a few levels more.
-void NearestName::compareCells(EditDistance const& distance, CellTree::Id parent, EditDistance::Row const& start) {
-    CellTree const& tree = index_.tree;
-    CellTree::Range const children = tree.children(parent);
-    auto const textOf = [&](std::size_t i) { return tree.text(children.begin + static_cast<CellTree::Id>(i)); };
-    distance.walk(start, children.size(), textOf, [&](std::size_t i, EditDistance::Row const& row) {
-        auto const node = children.begin + static_cast<CellTree::Id>(i);
-        EditDistance::Row const below = distance.next(row, '/');
-        bool const goesOn = !distance.isTooFar(below);
-        for (std::uint32_t const number : tree.cells(node)) {
-            TovCellNode const& cell = *index_.cells[number];
-            if (kinds_.has(NameKind::cell)) offer(distance.distance(row), cell);
-            if (goesOn && kinds_.has(NameKind::pin)) compareOwn(distance, cell.ports(), below);
-            if (goesOn && kinds_.has(NameKind::net)) compareOwn(distance, cell.nets(), below);
-            if (goesOn && kinds_.has(NameKind::clock)) compareOwn(distance, cell.clocks(), below);
-        }
-        if (goesOn) compareCells(distance, node, below);
-    });
-}
-
-template <class Nodes>
-void NearestName::compareOwn(EditDistance const& distance, Nodes const& nodes, EditDistance::Row const& start) {
-    for (TovNode const* node : nodes) {
-        EditDistance::Row row = start;
-        for (char const c : node->plainName()) {
-            row = distance.next(row, c);
-            if (distance.isTooFar(row)) break;
-        }
-        if (!distance.isTooFar(row) && !isBus(*node)) offer(distance.distance(row), *node);
+std::string nearestName(NameIndex const& index, NameKinds kinds, std::string const& word) {
+    if (word.size() > 1000) return {};
+    std::string const latin1 = isUtf8BeyondAscii(word) ? latin1Of(word, false) : word;
+    NearestName nearest(index, kinds);
+    unsigned const most = word.size() < 4 ? 1 : word.size() < 12 ? 2 : EditDistance::mostBound;
+    for (unsigned bound = 1; bound <= most && nearest.name().empty(); ++bound) {
+        nearest.compare(word, bound);
+        if (latin1 != word) nearest.compare(latin1, bound);
     }
-}
-
-/// Keeps the name of the node if it is nearer, or equally near and earlier in byte order.
-void NearestName::offer(unsigned distance, TovNode const& node) {
-    if (distance > distance_ || distance > EditDistance::mostBound) return;
-    std::string name = nameOf(node);
-    if (name.empty()) return;
-    if (std::tie(distance, name) >= std::tie(distance_, name_)) return;
-    distance_ = distance;
-    name_ = std::move(name);
+    return nearest.name();
 }
 
 }  // namespace kiri::tov::impl_detail

@@ -1,85 +1,67 @@
-#include "tov/names/questions.h"
+#include "tov/names/questions_p.h"
 
-#include <algorithm>
+#include <limits>
 #include <new>
+#include <set>
+#include <tuple>
 
-#include "tov/names/node_names.h"
+#include "tov/cmd/object_words_p.h"
+#include "tov/cmd/references.h"
+#include "tov/names/node_names_p.h"
 
-namespace kiri::tov {
+namespace kiri::tov::impl_detail {
 
 namespace {
 
-// Makes room for more entries; the room grows in proportion.
-template <class Container>
-void makeRoom(Container& container, std::size_t more) {
-    if (container.capacity() - container.size() >= more) return;
-    container.reserve(std::max(container.size() + more, container.size() + container.size() / 2));
-}
-
-// The one type for all types that are looked up alike.
+/// The one type for all types that are looked up alike.
 taDciObjTyp lookedForAs(taDciObjTyp type) {
-    switch (type) {
-        case taDciObjSourcePort:
-            return taDciObjPort;
-        case taDciObjPin2:
-            return taDciObjPin;
-        case taDciObjSourceNet:
-            return taDciObjNet;
-        default:
-            return type;
-    }
+    if (type == taDciObjSourcePort) return taDciObjPort;
+    if (type == taDciObjSourceNet) return taDciObjNet;
+    return type == taDciObjPin2 ? taDciObjPin : type;
 }
 
 }  // namespace
+
+std::vector<ReferenceWord> referenceWords(TovCmd& cmd, TovNameMatch match) {
+    std::vector<ReferenceWord> words;
+    std::set<std::tuple<std::string_view, taDciObjTyp, std::string_view, TovNameMatch>> seen;
+    std::string name;
+    for (TovReferences const& references : referencesOf(cmd)) {
+        for (ObjectWord const& word : objectWords(*references.list)) {
+            name = word.text;
+            if (!word.isJudged || !TovDesignNames::isName(name)) continue;
+            TovNameMatch const how = word.isHierarchical ? TOVMATCH_LOCAL : match;
+            if (!seen.emplace(references.role, word.type, word.text, how).second) continue;
+            words.push_back({references.role, word.type, word.text, how});
+        }
+    }
+    return words;
+}
 
 Questions::Question Questions::of(ReferenceWord const& word) {
     bool const isMatch = word.match == TOVMATCH_LOCAL || word.match == TOVMATCH_FLAT;
     return {lookedForAs(word.type), isMatch ? word.match : TOVMATCH_LEVELS, word.text};
 }
 
-std::uint32_t Questions::hashOf(std::string_view word) {
-    std::uint64_t hash = 0xcbf29ce484222325;
-    for (char const c : word) hash = (hash ^ static_cast<unsigned char>(c == '.' ? '/' : c)) * 0x100000001b3;
-    return static_cast<std::uint32_t>(hash ^ hash >> 32U);
-}
-
-Questions::Question Questions::operator[](Id id) const {
-    Row const& row = rows_[id];
-    std::size_t const begin = id == 0 ? 0 : rows_[id - 1].end;
-    return {static_cast<taDciObjTyp>(row.type), static_cast<TovNameMatch>(row.match),
-            std::string_view(words_).substr(begin, row.end - begin)};
-}
-
-// The slot of an equal question, or the free one where it belongs.
-std::size_t Questions::slotOf(Question const& question, std::uint32_t hash) const {
-    std::size_t at = hash & mask();
-    for (; slots_[at] != free; at = (at + 1) & mask()) {
-        if (rows_[slots_[at]].hash != hash) continue;
-        Question const known = (*this)[slots_[at]];
-        if (known.type == question.type && known.match == question.match && known.word == question.word) break;
+Questions::Id Questions::find(Question const& question, std::uint64_t hash) const {
+    auto const [first, last] = ids_.equal_range(hash);
+    for (auto at = first; at != last; ++at) {
+        Row const& row = rows_[at->second];
+        if (row.type == question.type && row.match == question.match && row.word == question.word) return at->second;
     }
-    return at;
+    return size();
 }
 
-Questions::Id Questions::find(Question const& question) const {
-    if (slots_.empty()) return size();
-    Id const id = slots_[slotOf(question, hashOf(question.word))];
-    return id == free ? size() : id;
-}
-
+// A row is found by its hash, which comes last: what fails before it leaves no question.
 Questions::Id Questions::put(Question const& question) {
-    Id const known = find(question);
-    if (known != size()) return known;
-    if (rows_.size() == free) throw std::bad_alloc();
-    reserve(1, question.word.size());
-    std::uint32_t const hash = hashOf(question.word);
-    Id& slot = slots_[slotOf(question, hash)];
-    slot = size();
-    words_ += question.word;
-    rows_.push_back({words_.size(), hash, static_cast<std::uint8_t>(question.type),
-                     static_cast<std::uint8_t>(question.match), Answer::unknown});
-    if (!impl_detail::isLiteral(question.word)) patterns_.push_back(slot);
-    return slot;
+    std::uint64_t const hash = PathHash(question.word).value();
+    Id const id = find(question, hash);
+    if (id != size()) return id;
+    if (id == std::numeric_limits<Id>::max()) throw std::bad_alloc();
+    rows_.push_back({std::string(question.word), question.type, question.match, Answer::unknown});
+    if (!isLiteral(question.word)) patterns_.push_back(id);
+    ids_.emplace(hash, id);
+    return id;
 }
 
 bool Questions::isFoundIn(TovDesignNames const& names, Id id) {
@@ -87,27 +69,4 @@ bool Questions::isFoundIn(TovDesignNames const& names, Id id) {
     return answer(id) == Answer::found;
 }
 
-void Questions::reserve(std::size_t questions, std::size_t bytes) {
-    makeRoom(words_, bytes);
-    makeRoom(rows_, questions);
-    makeRoom(patterns_, questions);
-    std::size_t slots = std::max<std::size_t>(slots_.size(), 16);
-    while (slots * 3 < (rows_.size() + questions) * 4) slots *= 2;
-    if (slots == slots_.size()) return;
-    std::vector<Id> larger(slots, free);
-    slots_.swap(larger);
-    for (Id id = 0; id < size(); ++id) {
-        std::size_t at = rows_[id].hash & mask();
-        while (slots_[at] != free) at = (at + 1) & mask();
-        slots_[at] = id;
-    }
-}
-
-void Questions::shrink() {
-    // Copies take what they need.
-    std::string(words_).swap(words_);
-    std::vector<Row>(rows_).swap(rows_);
-    std::vector<Id>(patterns_).swap(patterns_);
-}
-
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

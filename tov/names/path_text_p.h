@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 // Paths as text: levels joined by '.' or '/', which are equal.
@@ -55,6 +56,25 @@ inline int comparePaths(std::string_view a, std::string_view b) {
     }
     return a.size() < b.size() ? -1 : a.size() > b.size() ? 1 : 0;
 }
+
+/// The hash of a path, byte by byte; '.' equals '/'.
+class PathHash {
+public:
+    PathHash() = default;
+    explicit PathHash(std::string_view path) {
+        for (char const c : path) add(c);
+    }
+    void add(char c) { addPathByte(pathByte(c)); }
+    void addPathByte(char c) { value_ = (value_ ^ static_cast<unsigned char>(c)) * 0x100000001b3; }
+    std::uint64_t value() const { return value_; }
+    /// Returns bits of which each depends on all of the path.
+    std::uint32_t bits() const {
+        return static_cast<std::uint32_t>((value_ ^ value_ >> 29U) * 0x9e3779b97f4a7c15 >> 32U);
+    }
+
+private:
+    std::uint64_t value_ = 0xcbf29ce484222325;
+};
 
 struct PathLess {
     bool operator()(std::string_view a, std::string_view b) const { return comparePaths(a, b) < 0; }

@@ -7,8 +7,10 @@
 #include <unordered_map>
 
 namespace kiri::tov {
-
 class TovCmd;
+}
+
+namespace kiri::tov::impl_detail {
 
 /// The clocks that the commands of a document define.
 class DocumentClocks {
@@ -31,4 +33,4 @@ private:
     std::unordered_map<TovCmd const*, Clocks::iterator> definitions_;
 };
 
-}  // namespace kiri::tov
+}  // namespace kiri::tov::impl_detail

@@ -1,0 +1,93 @@
+// The tree of cells, and the walk that matches words against its levels.
+
+#include "tov/names/cell_tree_p.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tov/names/tree_walk_p.h"
+
+namespace {
+
+using namespace kiri::tov::impl_detail;
+
+class Tree : public testing::Test {
+protected:
+    /// The names must outlive the tree.
+    static CellTree treeOf(std::vector<std::string> const& names) {
+        CellTreeBuilder builder(names.size());
+        for (std::string const& name : names) builder.add(name);
+        return builder.build();
+    }
+
+    static std::string pathsOf(CellTree const& tree, CellTree::Range nodes) {
+        std::string text;
+        for (; nodes.size() > 0; ++nodes.begin) text += "'" + tree.path(nodes.begin) + "' ";
+        return text;
+    }
+};
+
+TEST_F(Tree, NumbersNodesLevelByLevel) {
+    std::vector<std::string> const names = {"u2.b", "u1", "u2/a", "", "u2.a", "u2..x", "u10"};
+    CellTree const tree = treeOf(names);
+    std::string text;
+    for (CellTree::Id node = 0; node < tree.size(); ++node) {
+        text += tree.path(tree.parent(node)) + "|" + tree.path(node);
+        for (std::uint32_t const cell : tree.cells(node)) text += " " + std::to_string(cell);
+        text += "\n";
+    }
+    EXPECT_EQ(text, "|\n| 3\n|u1 1\n|u10 6\n|u2\nu2|u2/\nu2|u2/a 2 4\nu2|u2/b 0\nu2/|u2//x 5\n");
+    EXPECT_EQ(pathsOf(tree, tree.children(CellTree::root)), "'' 'u1' 'u10' 'u2' ");
+    EXPECT_EQ(pathsOf(tree, tree.children(tree.children(CellTree::root))), "'u2/' 'u2/a' 'u2/b' ");
+    struct {
+        char const* prefix;
+        char const* nodes;
+    } const prefixes[] = {{"u1", "'u1' 'u10' "}, {"u", "'u1' 'u10' 'u2' "}, {"u100", ""}, {"v", ""}, {"t", ""}};
+    for (auto const& [prefix, nodes] : prefixes)
+        EXPECT_EQ(pathsOf(tree, tree.withPrefix(tree.children(CellTree::root), prefix)), nodes);
+    CellTree::Id const block = tree.child(CellTree::root, "u2", PathHash("u2"));
+    EXPECT_EQ(tree.path(tree.child(block, "b", PathHash("b"))), "u2/b");
+    EXPECT_EQ(tree.child(block, "u1", PathHash("u1")), CellTree::none);
+    EXPECT_EQ(tree.withText({0, tree.size()}, PathHash("x")).size(), 1U);
+}
+
+// Where more siblings fit than nodes have the text of a later level, only these are tried.
+TEST_F(Tree, IsWalkedWhereAWordMayFit) {
+    std::vector<std::string> const names = {"u1.a", "u1.b", "u2.a", "u3.a", "u4.b", "u5.a", "v.a.c", "v.b.c", "v.c"};
+    CellTree const tree = treeOf(names);
+    struct {
+        char const* word;
+        bool crosses;
+        char const* nodes;  // "!" after those that the whole word fits
+    } const walks[] = {
+        {"u2/a", false, "u2 u2/a! "},
+        {"u2/a", true, "u2 u2/a! "},
+        {"u2/x", false, "u2 "},
+        {"u?/b", false, "u1/b! u4/b! "},
+        {"?/*/c", false, "v/a/c! v/b/c! "},
+        {"u[12]/*", false, ""},
+        {"u1/?", false, "u1 u1/a! u1/b! "},
+        {"*/*/*/*", false, ""},
+        {"u?", false, "u1! u2! u3! u4! u5! "},
+        {"u1*b", true, "u1 u1/a u1/b! "},
+        {"v*c", true, "v v/a v/a/c! v/b v/b/c! v/c! "},
+        {"v?a?c", true, "v v/a v/a/c! "},
+        {"v/a*c*", true, "v v/a v/a/c! "},
+    };
+    for (auto const& [text, crosses, nodes] : walks) {
+        NameWord const word(text);
+        TreeWalk walk(tree, word, NameWord::start(crosses), std::string::npos);
+        std::string visited;
+        while (walk.next()) visited += tree.path(walk.node()) + (word.accepts(walk.match()) ? "! " : " ");
+        EXPECT_EQ(visited, nodes) << text << crosses;
+    }
+    NameWord const any("*");
+    TreeWalk walk(tree, any, NameWord::start(true), std::string::npos);
+    int visited = 0;
+    for (; walk.next(); ++visited) walk.skipBelow();
+    EXPECT_EQ(visited, 6);
+}
+
+}  // namespace
