@@ -77,7 +77,7 @@ int main(int argc, char** argv) {
     Command const destroys = {argv[2], "destroy"};
     constexpr std::size_t lines = 300'000;
     constexpr double mebibyte = 1024 * 1024;
-    std::string const file = inputs::constraintFile(lines, inputs::Order::random);
+    std::string const file = inputs::soundFile(lines);
     std::string const sdc = inputs::sdcFile(lines);
     std::vector<std::string> const set = inputs::fileSet(200, lines / 200);
 

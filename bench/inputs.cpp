@@ -134,6 +134,32 @@ void writeLines(std::ostream& out, std::size_t lines, Order order = Order::perio
     for (std::size_t i : numbers(lines, order)) writeLine(out, i);
 }
 
+void writeSoundLine(std::ostream& out, std::size_t i) {
+    constexpr std::size_t clocks = 23;
+    if (i < clocks) {
+        out << "create_clock -period 10 -name " << clock(i) << " [get_ports " << clock(i) << "]\n";
+        return;
+    }
+    std::string const number = std::to_string(i);
+    switch (i % 5) {
+        case 0:
+            out << "set_input_delay -max 2.5 -clock [get_clocks " << clock(i) << "] [get_ports {in_" << number
+                << "}]\n";
+            break;
+        case 1:
+            out << "set_output_delay -min 0.5 -clock [get_clocks " << clock(i) << "] [get_ports {out_" << number
+                << "}]\n";
+            break;
+        case 2:
+            out << "set_multicycle_path 2 -from [get_cells {" << cell(i) << number << "}] -to [get_clocks " << clock(i)
+                << "]\n";
+            break;
+        default:
+            out << "set_false_path -from [get_cells {" << cell(i) << number << "}] -to [get_cells {" << cell(i + 7)
+                << number << "}]\n";
+    }
+}
+
 void writeLongLine(std::ostream& out, std::size_t names) {
     out << "set_false_path -from [get_cells {";
     for (std::size_t i = 0; i < names; ++i) out << cell(i) << ' ';
@@ -199,7 +225,7 @@ std::vector<std::string> fileSet(std::size_t files, std::size_t lines) {
     std::vector<std::string> paths;
     for (std::size_t file = 0; file < files; ++file) {
         paths.push_back(make("set-" + std::to_string(file), [=](std::ostream& out) {
-            for (std::size_t i = file * lines; i < (file + 1) * lines; ++i) writeLine(out, i);
+            for (std::size_t i = file * lines; i < (file + 1) * lines; ++i) writeSoundLine(out, i);
         }));
     }
     return paths;
@@ -210,6 +236,12 @@ std::string growingNames(std::size_t lines, bool shrinking) {
         for (std::size_t i = 0; i < lines; ++i) {
             out << "set_false_path -from [get_ports in" << (shrinking ? lines - 1 - i : i) << "]\n";
         }
+    });
+}
+
+std::string soundFile(std::size_t lines) {
+    return make("sound-" + std::to_string(lines), [=](std::ostream& out) {
+        for (std::size_t i = 0; i < lines; ++i) writeSoundLine(out, i);
     });
 }
 

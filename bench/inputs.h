@@ -20,6 +20,10 @@ enum class Order {
 /// delays and exceptions. Files are made once and kept in the temporary folder of the run.
 std::string constraintFile(std::size_t lines, Order order = Order::periodic);
 
+/// Constraints that make sense together, in which a check finds nothing: clocks, delays and exceptions, each of objects
+/// of its own.
+std::string soundFile(std::size_t lines);
+
 /// Lines of one kind of the mix alone: its lines number `kind`, `kind` + 100 and so on.
 std::string linesOfKind(std::size_t kind, std::size_t lines);
 
@@ -43,7 +47,7 @@ std::string withEmptyProcedures(std::string const& path);
 /// A Tcl script with a loop of that many passes, each of which makes a constraint.
 std::string loopFile(std::size_t passes);
 
-/// The mixed lines in that many files.
+/// The lines of soundFile() in that many files.
 std::vector<std::string> fileSet(std::size_t files, std::size_t lines);
 
 /// A design dump of that many instances, and of ports, nets, clocks, views, memories and multipliers in proportion. The
