@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <unordered_map>
 #include <utility>
 
@@ -22,7 +23,8 @@ public:
     Index(TOV& document, TovDesignNames const& names, TovNameMatch match)
         : document_(document), names_(names), match_(match) {
         forEachCommand(document, [this](TOVCMD_TYPE, TovCmd& cmd) { add(cmd); });
-        entries_.shrink_to_fit();
+        auto const moved = [](Entries::iterator at) { return std::make_move_iterator(at); };
+        Entries(moved(entries_.begin()), moved(entries_.end())).swap(entries_);  // takes no more room than it needs
         isOrdered_ = true;
     }
 

@@ -65,7 +65,7 @@ void SortedNames::add(NameKind kind, std::size_t owner, Nodes const& nodes) {
 }
 
 void SortedNames::sort() {
-    nodes_.shrink_to_fit();
+    std::vector<PlacedNode>(nodes_).swap(nodes_);  // takes no more room than it needs
     std::sort(nodes_.begin(), nodes_.end(), [](PlacedNode const& a, PlacedNode const& b) {
         int const order = comparePaths(a.name(), b.name());
         return order != 0 ? order < 0 : a.place < b.place;
