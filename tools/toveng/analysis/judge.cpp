@@ -7,6 +7,7 @@
 #include "analysis/command_key.h"
 #include "analysis/command_rules.h"
 #include "analysis/edit_distance.h"
+#include "analysis/kept_line.h"
 #include "analysis/keywords.h"
 #include "analysis/words.h"
 #include "tov/cmd/cmd.h"
@@ -160,22 +161,43 @@ void Judge::judgeComment(std::string const& line, std::size_t number, Judgement&
 }
 
 void Judge::judgeCommand(std::string const& line, std::size_t number, Judgement& out, Detail detail) const {
+    TOVCMD_TYPE list = TOVCMD_NONE;
+    std::unique_ptr<TovCmd> cmd;
+    try {
+        cmd = makeCommand(line, &list);
+    } catch (std::out_of_range const&) {
+        out.endsLoad = true;
+    }
+    bool const isEnabled = cmd != nullptr && cmd->enabled;
+    std::vector<TovReferences> references;
+    if (isEnabled) references = referencesOf(*cmd);
+    bool const mayHoldVariables = line.find('$') != std::string::npos;
+    bool const isKept = isEnabled && isCertainlyKept(line, {*cmd, list, references, mayHoldVariables});
+    if (!isKept) addLosses(line, out, detail);
+    if (!isEnabled) {
+        out.facts.isCompared = false;
+        return setLine(out, number);
+    }
+    out.facts.isCompared = out.facts.isCompared || isKept;
+    judgeEnabled({*cmd, list, std::move(references), mayHoldVariables}, out);
+    // A ";" ends the command, and another one may follow.
+    bool const hasAnother = line.find(';') != std::string::npos;
+    out.facts.hidesClocks = out.facts.hidesClocks || (hasAnother && hidesClocks(std::string_view(line).substr(1)));
+    setLine(out, number);
+}
+
+// What a load and a save do not keep. The rules on sense judge a line that is kept.
+void Judge::addLosses(std::string const& line, Judgement& out, Detail detail) const {
     std::vector<TovFinding> const findings = checkTovLine(line);
+    out.facts.isCompared = findings.empty();
     for (TovFinding const& finding : findings) {
         if (isExplained(findings, finding, line)) continue;
         std::string message = detail == Detail::messages ? findingMessage(finding, line) : std::string();
-        out.findings.push_back({number, codeOf(finding.kind), finding.text, std::move(message)});
+        out.findings.push_back({0, codeOf(finding.kind), finding.text, std::move(message)});
     }
-    out.endsLoad = !findings.empty() && findings.back().kind == TOVFINDING_ENDS_LOAD;
-    if (out.endsLoad) return;
-    TOVCMD_TYPE list = TOVCMD_NONE;
-    std::unique_ptr<TovCmd> const cmd = makeCommand(line, &list);
-    if (cmd == nullptr || !cmd->enabled) return;
-    out.facts.isCompared = findings.empty();
-    judgeEnabled({*cmd, list, referencesOf(*cmd), line.find('$') != std::string::npos}, out);
-    // A ";" ends the command, and another one may follow.
-    bool const hasAnother = line.find(';') != std::string::npos;
-    out.facts.hidesClocks = out.facts.hidesClocks || (hasAnother && hidesClocks(line.substr(1)));
+}
+
+void Judge::setLine(Judgement& out, std::size_t number) {
     for (Finding& finding : out.findings) finding.line = number;
 }
 

@@ -47,6 +47,8 @@ public:
 private:
     void judgeComment(std::string const& line, std::size_t number, Judgement& out, Detail detail) const;
     void judgeCommand(std::string const& line, std::size_t number, Judgement& out, Detail detail) const;
+    void addLosses(std::string const& line, Judgement& out, Detail detail) const;
+    static void setLine(Judgement& out, std::size_t number);
     void judgeEnabled(Command const& command, Judgement& out) const;
     void addUses(Command const& command, Facts& facts) const;
     void addMissing(WordUse const& use, Facts& facts) const;
