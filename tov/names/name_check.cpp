@@ -49,14 +49,13 @@ public:
 
 private:
     bool isFound(Questions::Id id) {
-        bool const isAnswered = questions_.answer(id) != Questions::Answer::unknown;
-        if (questions_.isFoundIn(names_, id) || isAnswered) {
-            return questions_.answer(id) == Questions::Answer::found;
+        bool const isNew = questions_.answer(id) == Questions::Answer::unknown;
+        if (isNew && !questions_.isFoundIn(names_, id)) {
+            Questions::Question const question = questions_[id];
+            bool const isClock = question.mayBeClock() && clocks_.has(std::string(question.word));
+            if (isClock) questions_.setAnswer(id, Questions::Answer::found);
         }
-        Questions::Question const question = questions_[id];
-        bool const isClock = question.mayBeClock() && clocks_.has(std::string(question.word));
-        if (isClock) questions_.setAnswer(id, Questions::Answer::found);
-        return isClock;
+        return questions_.answer(id) == Questions::Answer::found;
     }
 
     TovDesignNames const& names_;
