@@ -38,7 +38,11 @@ bool isCommand(std::string const& line) {
 std::string heldComment(std::string_view text, bool isAfterCommand) {
     constexpr std::string_view space = " \t\n\v\f\r";
     std::string held(text);
-    if (held.find('\n') != std::string::npos) held.erase(held.find_last_not_of(space) + 1);
+    // A blank line leaves nothing.
+    for (std::size_t end = held.rfind('\n'); end != std::string::npos; end = held.rfind('\n')) {
+        if (held.find_first_not_of(space, end) != std::string::npos) break;
+        held.erase(end);
+    }
     dropContinuation(held);
     std::string lines;
     forEachLine(held, [&](std::string_view view) {
