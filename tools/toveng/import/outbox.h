@@ -18,7 +18,7 @@ enum class Record : char {
     end = 'E',      ///< of the command that began last
     lines = 'H',    ///< a call that is held: its lines
     kept = 'K',     ///< lines of comments
-    finding = 'F',  ///< a finding of the command that began last: see appendFinding
+    finding = 'F',  ///< a finding of the command that began last: see putFinding
     unit = 'U',     ///< the unit of time from now on
     undo = 'X',     ///< the command that began last does not run: what it wrote goes
 };
