@@ -185,6 +185,18 @@ TEST(Document, ParsingAddsCommandsAndResetKeepsTheCommentsAlone) {
     EXPECT_EQ(bodyOf(document), "c\n~\nd\n");
 }
 
+TEST(Document, KeepsWhatComesBeforeALineThatEndsALoad) {
+    support::TempDir const dir;
+    std::string const path =
+        support::write(dir / "in", "create_clock -name a\n# c\ncreate_clock -waveform\nset_false_path");
+    std::string const line = "create_clock -period 0.000000 -name a\n";
+    TOV document;
+    EXPECT_THROW(document.load(path.c_str()), std::out_of_range);
+    EXPECT_EQ(support::bodyOf(document), line + "# c\n~\n");
+    EXPECT_THROW(document.parseTovFile(path.c_str()), std::out_of_range);
+    EXPECT_EQ(support::bodyOf(document), line + line + "# c\n~\n");
+}
+
 // A caller's class may observe in which order the commands are asked for their lines.
 template <class Cmd>
 struct Observed : Cmd {
