@@ -61,6 +61,8 @@ void TreeWalk::addStep(std::string_view prefix) {
     Step step{tree_.children(node_), below_, path_.size(), {}};
     if (below_.star == Match::none) step.siblings = tree_.withPrefix(step.siblings, prefix);
     if (!below_.crosses && step.siblings.size() > fewSiblings) findLater(step);
+    bool const isLast = !steps_.empty() && steps_.back().siblings.size() == 0 && steps_.back().later.size() == 0;
+    if (isLast) steps_.pop_back();  // in a chain of nodes, one step is enough
     steps_.push_back(step);
 }
 
