@@ -56,12 +56,6 @@ void destroy(std::string const& path) {
     measured([&] { document.reset(); });
 }
 
-void import(std::string const&) {
-    std::unique_ptr<taDci> const database = inputs::database(mixedLines);
-    TOV document;
-    measured([&] { document.loadTaObjects(database.get(), true); });
-}
-
 void check(std::string const& path) {
     std::vector<kiri::tov::TovFinding> findings;
     measured([&] { kiri::tov::checkTovFile(path.c_str(), findings); });
@@ -124,38 +118,6 @@ std::vector<std::string> wordsFor(std::string const& block, std::string const& o
     return words;
 }
 
-void findPins(std::string const& path) {
-    find(path, taDciObjPin, wordsFor("", "CK"));
-}
-
-void findNoPins(std::string const& path) {
-    find(path, taDciObjPin, wordsFor("", "XX"));
-}
-
-void findNames(std::string const& path) {
-    find(path, taDciObjName, wordsFor("", "CK"));
-}
-
-void findNoNames(std::string const& path) {
-    find(path, taDciObjName, wordsFor("", "XX"));
-}
-
-void findPatterns(std::string const& path) {
-    find(path, taDciObjPin, wordsFor("u_blk_*", "A?"));
-}
-
-void findClocks(std::string const& path) {
-    find(path, taDciObjClock, wordsFor("", "C*"));
-}
-
-void findPlainPatterns(std::string const& path) {
-    find(path, taDciObjName, wordsFor("", "C*"));
-}
-
-void findNowhere(std::string const& path) {
-    find(path, taDciObjPin, {"*/*/*/Z"});
-}
-
 void join(std::string const& path) {
     TovDesign design;
     design.load(inputs::designDump(instances).c_str());
@@ -163,10 +125,6 @@ void join(std::string const& path) {
     TOV document;
     document.load(path.c_str());
     measured([&] { kiri::tov::TovDocumentNames(document, names).missing(); });
-}
-
-std::string exceptions(std::size_t lines) {
-    return inputs::exceptionsOf(instances, lines);
 }
 
 std::string mixedFile(std::size_t lines) {
@@ -185,21 +143,28 @@ constexpr Operation operations[] = {
     {"load", load, mixedFile, mixedLines},
     {"save", save, mixedFile, mixedLines},
     {"destroy", destroy, mixedFile, mixedLines},
-    {"import", import, mixedFile, mixedLines},
     {"check", check, mixedFile, mixedLines},
     {"dump-load", loadDump, inputs::designDump, instances},
     {"dump-bare", readDumpBare, inputs::designDump, instances},
     {"dump-queries", queryDump, inputs::designDump, instances},
     {"index", index, inputs::designDump, instances},
-    {"pins", findPins, inputs::designDump, instances, wordsAsked},
-    {"pins-missing", findNoPins, inputs::designDump, instances, wordsAsked},
-    {"names", findNames, inputs::designDump, instances, wordsAsked},
-    {"names-missing", findNoNames, inputs::designDump, instances, wordsAsked},
-    {"patterns", findPatterns, inputs::designDump, instances, wordsAsked},
-    {"clock-patterns", findClocks, inputs::designDump, instances, wordsAsked},
-    {"name-patterns", findPlainPatterns, inputs::designDump, instances, wordsAsked},
-    {"pattern-nowhere", findNowhere, inputs::designDump, instances},
-    {"join", join, exceptions, instances},
+    {"pins", [](std::string const& path) { find(path, taDciObjPin, wordsFor("", "CK")); }, inputs::designDump,
+     instances, wordsAsked},
+    {"pins-missing", [](std::string const& path) { find(path, taDciObjPin, wordsFor("", "XX")); }, inputs::designDump,
+     instances, wordsAsked},
+    {"names", [](std::string const& path) { find(path, taDciObjName, wordsFor("", "CK")); }, inputs::designDump,
+     instances, wordsAsked},
+    {"names-missing", [](std::string const& path) { find(path, taDciObjName, wordsFor("", "XX")); }, inputs::designDump,
+     instances, wordsAsked},
+    {"patterns", [](std::string const& path) { find(path, taDciObjPin, wordsFor("u_blk_*", "A?")); },
+     inputs::designDump, instances, wordsAsked},
+    {"clock-patterns", [](std::string const& path) { find(path, taDciObjClock, wordsFor("", "C*")); },
+     inputs::designDump, instances, wordsAsked},
+    {"name-patterns", [](std::string const& path) { find(path, taDciObjName, wordsFor("", "C*")); }, inputs::designDump,
+     instances, wordsAsked},
+    {"pattern-nowhere", [](std::string const& path) { find(path, taDciObjPin, {"*/*/*/Z"}); }, inputs::designDump,
+     instances},
+    {"join", join, [](std::size_t lines) { return inputs::exceptionsOf(instances, lines); }, instances},
     {"dump-destroy", destroyDump, inputs::designDump, instances},
 };
 

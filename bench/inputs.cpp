@@ -231,11 +231,9 @@ std::vector<std::string> fileSet(std::size_t files, std::size_t lines) {
     return paths;
 }
 
-std::string growingNames(std::size_t lines, bool shrinking) {
-    return make(shrinking ? "shrinking" : "growing", [=](std::ostream& out) {
-        for (std::size_t i = 0; i < lines; ++i) {
-            out << "set_false_path -from [get_ports in" << (shrinking ? lines - 1 - i : i) << "]\n";
-        }
+std::string growingNames(std::size_t lines) {
+    return make("growing", [=](std::ostream& out) {
+        for (std::size_t i = 0; i < lines; ++i) out << "set_false_path -from [get_ports in" << i << "]\n";
     });
 }
 
@@ -259,13 +257,6 @@ std::string longLineFirst(std::size_t names, std::size_t lines) {
     return make("long-line-first", [=](std::ostream& out) {
         writeLongLine(out, names);
         writeLines(out, lines);
-    });
-}
-
-std::string longLineLast(std::size_t names, std::size_t lines) {
-    return make("long-line-last", [=](std::ostream& out) {
-        writeLines(out, lines);
-        writeLongLine(out, names);
     });
 }
 
@@ -308,34 +299,6 @@ std::string exceptionsOf(std::size_t instances, std::size_t lines) {
             out << "}] -to [get_cells {" << instance(i * 104729 % instances) << "}]\n";
         }
     });
-}
-
-std::unique_ptr<taDci> database(std::size_t lines) {
-    auto db = std::make_unique<taDci>();
-    auto const obj = [](std::string const& name, taDciObjTyp type) {
-        return new taDciObj(name.c_str(), nullptr, type, taDciObjNone);
-    };
-    auto* const master = new taDciSynClk();
-    db->clocks.push_back(master);
-    master->name = taDciText("clk");
-    master->master = 1;
-    for (std::size_t i = 0; i < lines; ++i) {
-        if (i % 100 < 55) {
-            auto* const io = new taDciSynIo();
-            db->ios.push_back(io);
-            io->delay = 2500;
-            io->clock = master;
-            io->direction = i % 100 < 30 ? 0 : 1;
-            io->objects.push_back(obj(bit("bus_", i), taDciObjPort));
-        } else {
-            auto* const path = new taDciSynFalse();
-            db->falses.push_back(path);
-            path->flag = 1;
-            path->from.push_back(obj(cell(i), taDciObjCell));
-            path->to.push_back(obj(cell(i + 7), taDciObjCell));
-        }
-    }
-    return db;
 }
 
 }  // namespace inputs

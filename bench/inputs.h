@@ -1,11 +1,8 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <string>
 #include <vector>
-
-#include "platform/dci.h"
 
 namespace inputs {
 
@@ -27,9 +24,8 @@ std::string soundFile(std::size_t lines);
 /// Lines of one kind of the mix alone: its lines number `kind`, `kind` + 100 and so on.
 std::string linesOfKind(std::size_t kind, std::size_t lines);
 
-/// A line with that many names, before and after mixed lines.
+/// A line with that many names, and then mixed lines.
 std::string longLineFirst(std::size_t names, std::size_t lines);
-std::string longLineLast(std::size_t names, std::size_t lines);
 
 /// The length of the longest line of a file.
 std::size_t longestLine(std::string const& path);
@@ -37,8 +33,8 @@ std::size_t longestLine(std::string const& path);
 /// One line with that many names.
 std::string oneLineOfNames(std::size_t names);
 
-/// Lines with the names in0, in1 and so on, or the other way round.
-std::string growingNames(std::size_t lines, bool shrinking);
+/// Lines with the names in0, in1 and so on.
+std::string growingNames(std::size_t lines);
 
 /// The mixed lines as a Tcl script of SDC, and a script that sources another with an empty procedure for each command.
 std::string sdcFile(std::size_t lines);
@@ -59,8 +55,5 @@ std::string designDump(std::size_t instances);
 /// A constraint file of exceptions between pins and cells of designDump(instances), all of which are there. Every tenth
 /// line has a pattern of its own.
 std::string exceptionsOf(std::size_t instances, std::size_t lines);
-
-/// A constraint database with as many records as constraintFile(lines) has commands.
-std::unique_ptr<taDci> database(std::size_t lines);
 
 }  // namespace inputs

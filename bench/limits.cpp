@@ -66,8 +66,6 @@ Limit const limits[] = {
      [](std::ostream& out, long scale) { out << "create_clock -name " << times(100 * megabyte / scale, "n"); }},
     {"a group of 20,000 unknown words", false,
      [](std::ostream& out, long scale) { out << "set_clock_groups -group {" << times(20000 / scale, " w") << "}"; }},
-    {"an attribute of 1,000,000 words", false,
-     [](std::ostream& out, long scale) { out << "#attribute" << times(million / scale, " w"); }},
     {"1,000,000 instances", true,
      [](std::ostream& out, long scale) {
          out << "<top name=\"t\"><library name=\"l\">";
@@ -87,18 +85,12 @@ Limit const limits[] = {
          out << "<top><library>" << times(million / scale, "<z>") << times(million / scale, "</z>")
              << "</library></top>";
      }},
-    // The XML reader compares every two attributes of an element, and every two declared ones.
+    // The XML reader compares every two attributes of an element.
     {"20,000 attributes on one element", true,
      [](std::ostream& out, long scale) {
          out << "<top";
          for (long i = 0; i < 20000 / scale; ++i) out << " a" << i << "=\"\"";
          out << "/>";
-     }},
-    {"20,000 declared attributes", true,
-     [](std::ostream& out, long scale) {
-         out << "<!DOCTYPE top [<!ATTLIST top";
-         for (long i = 0; i < 20000 / scale; ++i) out << " a" << i << " CDATA \"\"";
-         out << ">]><top/>";
      }},
     {"an entity bomb", true,
      [](std::ostream& out, long) {

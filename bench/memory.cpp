@@ -158,14 +158,12 @@ int main() {
     reportDocument("300,000 mixed lines", inputs::constraintFile(300'000), mostOfMixedLines);
     reportDocument("one line of 400,000 names", inputs::oneLineOfNames(400'000));
     reportDocument("a line of 100,000 names, then 30,000 mixed lines", inputs::longLineFirst(100'000, 30'000));
-    reportDocument("30,000 mixed lines, then a line of 100,000 names", inputs::longLineLast(100'000, 30'000));
     reportDocument("400,000 comments", inputs::linesOfKind(3, 400'000));
 
     std::puts("\n| save of | takes, times its text | capacity, times its text |\n|---|---|---|");
     reportSave("mixed lines as saved", inputs::constraintFile(300'000, inputs::Order::saved));
     reportSave("mixed lines at random", inputs::constraintFile(300'000, inputs::Order::random));
-    reportSave("names that grow (in0 to in199999)", inputs::growingNames(200'000, false));
-    reportSave("names that shrink", inputs::growingNames(200'000, true));
+    reportSave("names that grow (in0 to in199999)", inputs::growingNames(200'000));
     reportSave("a line of 100,000 names, then 30,000 mixed lines", inputs::longLineFirst(100'000, 30'000));
 
     std::puts(
