@@ -19,7 +19,7 @@ bool isBeyondAscii(char c) {
 constexpr std::array<bool, 256> specialBytes = [] {
     std::array<bool, 256> is{};
     for (char const c : {'*', '.', '?', '\\'}) is[static_cast<unsigned char>(c)] = true;
-    for (std::size_t c = 0x80; c < is.size(); ++c) is[c] = true;
+    for (std::size_t c = 0x80; c != is.size(); ++c) is[c] = true;
     return is;
 }();
 
