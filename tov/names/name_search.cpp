@@ -176,8 +176,8 @@ std::optional<Span<std::uint32_t>> NameSearch::withLastLevel() const {
     return index_.lastLevels.find(hash);
 }
 
-std::size_t NameSearch::lastLevels(std::size_t levels, std::size_t end) const {
-    std::string_view const text = word_.text().substr(0, end);
+std::size_t NameSearch::lastLevels(std::size_t levels, std::size_t textEnd) const {
+    std::string_view const text = word_.text().substr(0, textEnd);
     std::size_t at = text.size();
     for (; levels > 0; --levels) {
         at = lastLevelOf(text.substr(0, at));
