@@ -1,35 +1,27 @@
 // A design dump: loaded, asked everything, loaded again with progress, and stopped.
 
-#include <list>
-
 #include "fuzz/fuzz.h"
-#include "tov/design/design.h"
+#include "tov/design/queries.h"
 
 namespace {
 
 using namespace kiri::tov;
 
-template <class Node>
-std::string ask(TovDesign const& design, std::size_t (TovDesign::*query)(std::list<Node*>&) const) {
-    std::string text;
-    std::list<Node*> out;
-    std::size_t const count = (design.*query)(out);
-    fuzz::require(count == out.size(), "a query returns the length of its list");
-    for (Node* node : out) {
-        fuzz::require(node->parent() != nullptr, "every node but the top has a parent");
-        auto* const bus = dynamic_cast<TovBusNode*>(static_cast<TovNode*>(node));
-        fuzz::require(bus == nullptr || (bus->low() >= 0 && bus->low() <= bus->high()), "a bus has a range");
-        text.append(node->hierachyName('.')).append("|").append(node->name()).append("\n");
-    }
-    return text;
-}
-
 // All that a design answers, as one text.
 std::string contentOf(TovDesign const& design) {
-    using D = TovDesign;
-    auto const all = [&design](auto... query) { return (ask(design, query) + ...); };
-    return all(&D::getPorts, &D::getPins, &D::getNets, &D::getCells, &D::getRegs) +
-           all(&D::getClocks, &D::getViews, &D::getRams, &D::getRoms, &D::getMults);
+    std::string text;
+    forEachQuery([&](char const*, auto query) {
+        NodesOf<decltype(query)> out;
+        std::size_t const count = (design.*query)(out);
+        fuzz::require(count == out.size(), "a query returns the length of its list");
+        for (TovNode* node : out) {
+            fuzz::require(node->parent() != nullptr, "every node but the top has a parent");
+            auto* const bus = dynamic_cast<TovBusNode*>(node);
+            fuzz::require(bus == nullptr || (bus->low() >= 0 && bus->low() <= bus->high()), "a bus has a range");
+            text.append(node->hierachyName('.')).append("|").append(node->name()).append("\n");
+        }
+    });
+    return text;
 }
 
 }  // namespace

@@ -8,35 +8,29 @@
 #include <thread>
 
 #include "support.h"
-#include "tov/design/design.h"
+#include "tov/design/queries.h"
 
 using namespace kiri::tov;
 
 namespace {
 
-template <class Node>
-using Query = std::size_t (TovDesign::*)(std::list<Node*>&) const;
-
-/// Runs a query into a list of one null; returns " | ", the length and the names.
-template <class Node>
-std::string answer(TovDesign const& design, Query<Node> query) {
-    std::list<Node*> out(1);
-    std::string line = " | " + std::to_string((design.*query)(out));
-    for (TovNode const* node : out) {
-        line += " " + (node == nullptr ? "null" : node->hierachyName('.'));
-    }
+/// Runs each query into a list of one null; returns, for each, " | ", the length and the names.
+std::string answers(TovDesign const& design) {
+    std::string line;
+    forEachQuery([&](char const*, auto query) {
+        NodesOf<decltype(query)> out(1);
+        line += " | " + std::to_string((design.*query)(out));
+        for (TovNode const* node : out) line += " " + (node == nullptr ? "null" : node->hierachyName('.'));
+    });
     return line;
 }
 
-std::string answers(TovDesign const& design) {
-    using D = TovDesign;
-    auto const all = [&design](auto... query) { return (answer(design, query) + ...); };
-    return all(&D::getPorts, &D::getPins, &D::getNets, &D::getCells, &D::getRegs) +
-           all(&D::getClocks, &D::getViews, &D::getRams, &D::getRoms, &D::getMults);
-}
-
-std::string const noAnswers =
-    " | 0 null | 0 null | 0 null | 0 null | 0 null | 0 null | 0 null | 0 null | 0 null | 0 null";
+// What a design without nodes answers: each list as it was.
+std::string const noAnswers = [] {
+    std::string line;
+    forEachQuery([&line](char const*, auto) { line += " | 0 null"; });
+    return line;
+}();
 
 auto const [dump, dumpAnswers, place] = support::rowsOf("answers").front();
 

@@ -11,7 +11,7 @@
 #include <string>
 
 #include "tov/cmd/commands.h"
-#include "tov/design/design.h"
+#include "tov/design/queries.h"
 #include "tov/tov.h"
 
 using namespace kiri::tov;
@@ -27,17 +27,18 @@ std::string cut(std::string text) {
 
 constexpr std::size_t namesShown = 4;
 
-// One row of the table: how many there are, and the first names.
-template <class Node>
-void printRow(char const* title, TovDesign const& design, std::size_t (TovDesign::*query)(std::list<Node*>&) const) {
-    std::list<Node*> nodes;
-    std::printf("%-10s %5zu ", title, (design.*query)(nodes));
-    std::size_t shown = 0;
-    for (Node const* node : nodes) {
-        if (shown++ == namesShown) break;
-        std::printf(" %s", cut(node->hierachyName('/')).c_str());
-    }
-    std::printf(nodes.size() > namesShown ? " ...\n" : "\n");
+// A row for each query: how many there are, and the first names.
+void printRows(TovDesign const& design) {
+    forEachQuery([&design](char const* what, auto query) {
+        NodesOf<decltype(query)> nodes;
+        std::printf("%-12s %5zu ", what, (design.*query)(nodes));
+        std::size_t shown = 0;
+        for (TovNode const* node : nodes) {
+            if (shown++ == namesShown) break;
+            std::printf(" %s", cut(node->hierachyName('/')).c_str());
+        }
+        std::printf(nodes.size() > namesShown ? " ...\n" : "\n");
+    });
 }
 
 // A bus is in the list among its bits; only its class distinguishes it from them.
@@ -45,24 +46,14 @@ template <class Bus, class Node>
 void printBuses(std::list<Node*> const& nodes) {
     for (Node const* node : nodes) {
         if (auto const* bus = dynamic_cast<Bus const*>(node)) {
-            std::printf("bus        %-24s bits %d to %d\n", cut(node->hierachyName('/')).c_str(), bus->low(),
+            std::printf("bus          %-24s bits %d to %d\n", cut(node->hierachyName('/')).c_str(), bus->low(),
                         bus->high());
         }
     }
 }
 
 void printDesign(TovDesign const& design) {
-    printRow("ports", design, &TovDesign::getPorts);
-    printRow("pins", design, &TovDesign::getPins);
-    printRow("nets", design, &TovDesign::getNets);
-    printRow("cells", design, &TovDesign::getCells);
-    printRow("registers", design, &TovDesign::getRegs);
-    printRow("clocks", design, &TovDesign::getClocks);
-    printRow("views", design, &TovDesign::getViews);
-    printRow("RAMs", design, &TovDesign::getRams);
-    printRow("ROMs", design, &TovDesign::getRoms);
-    printRow("mults", design, &TovDesign::getMults);
-
+    printRows(design);
     std::list<TovPortNode*> ports;
     std::list<TovPortNode*> pins;
     std::list<TovNetNode*> nets;
@@ -84,7 +75,7 @@ void addClocks(TovDesign const& design, TOV& document) {
         auto* cmd = new TovCmdClockDef(10.0F, name.c_str(), nullptr);
         document.getTovCmdList(TOVCMD_CLOCK)->push_back(cmd);
         cmd->targets = TovCmd::fromTclString(query + name + "]", true);
-        std::printf("clock      %s\n", cut(cmd->toSaveString(&document)).c_str());
+        std::printf("clock        %s\n", cut(cmd->toSaveString(&document)).c_str());
     }
 }
 

@@ -241,13 +241,13 @@ void MrcDumpReader::readUnit(TovTopNode* top) {
         } else if (tag == u"instance"_v) {
             readInstProperty(top->cells_, top);
         } else if (tag == u"views"_v) {
-            readViews(top->views_, top);
+            readNodes(u"view"_v, TOV_OBJ_VIEW, top->views_, top);
         } else if (tag == u"ramnets"_v) {
-            readRams(top->rams_, top);
+            readNodes(u"ramnet"_v, TOV_OBJ_RAM, top->rams_, top);
         } else if (tag == u"romnets"_v) {
-            readRoms(top->roms_, top);
+            readNodes(u"romnet"_v, TOV_OBJ_ROM, top->roms_, top);
         } else if (tag == u"mults"_v) {
-            readMults(top->mults_, top);
+            readNodes(u"mult"_v, TOV_OBJ_MULT, top->mults_, top);
         } else {
             readUnknownElement();
         }
@@ -279,35 +279,23 @@ void MrcDumpReader::readInstProperty(std::list<TovCellNode*>& cells, TovNode* pa
 }
 
 void MrcDumpReader::readClockProperty(std::list<TovClockNode*>& clocks, TovNode* parent) {
-    readItems(u"clockitem"_v, &MrcDumpReader::readClockItem, clocks, parent);
+    readItems(u"clockitem"_v, [&] { readNode(clocks, clockTypes.decode(attributes()), parent); });
 }
 
 void MrcDumpReader::readPinProperty(std::list<TovPortNode*>& ports, TovNode* parent) {
-    readItems(u"pitem"_v, &MrcDumpReader::readPinItem, ports, parent);
+    readItems(u"pitem"_v, [&] { readPinItem(ports, parent); });
 }
 
 void MrcDumpReader::readNetProperty(std::list<TovNetNode*>& nets, TovNode* parent) {
-    readItems(u"nitem"_v, &MrcDumpReader::readNetItem, nets, parent);
+    readItems(u"nitem"_v, [&] {
+        if (readNode(nets, TOV_OBJ_NET, parent) != nullptr) gatherBit(netBuses_, nets);
+    });
 }
 
-void MrcDumpReader::readViews(std::list<TovViewNode*>& views, TovNode* parent) {
-    readItems(u"view"_v, &MrcDumpReader::readViewItem, views, parent);
-}
-
-void MrcDumpReader::readRams(std::list<TovRamNode*>& rams, TovNode* parent) {
-    readItems(u"ramnet"_v, &MrcDumpReader::readRamItem, rams, parent);
-}
-
-void MrcDumpReader::readRoms(std::list<TovRomNode*>& roms, TovNode* parent) {
-    readItems(u"romnet"_v, &MrcDumpReader::readRomItem, roms, parent);
-}
-
-void MrcDumpReader::readMults(std::list<TovMultNode*>& mults, TovNode* parent) {
-    readItems(u"mult"_v, &MrcDumpReader::readMultItem, mults, parent);
-}
-
-void MrcDumpReader::readClockItem(std::list<TovClockNode*>& clocks, TovNode* parent) {
-    readNode(clocks, clockTypes.decode(attributes()), parent);
+/// Reads a list of items that have a name and nothing else.
+template <class Node>
+void MrcDumpReader::readNodes(QStringView item, TovObjType type, std::list<Node*>& nodes, TovNode* parent) {
+    readItems(item, [&] { readNode(nodes, type, parent); });
 }
 
 void MrcDumpReader::readPinItem(std::list<TovPortNode*>& ports, TovNode* parent) {
@@ -320,33 +308,12 @@ void MrcDumpReader::readPinItem(std::list<TovPortNode*>& ports, TovNode* parent)
     if (bus != nullptr) bus->direction_ = direction;
 }
 
-void MrcDumpReader::readNetItem(std::list<TovNetNode*>& nets, TovNode* parent) {
-    if (readNode(nets, TOV_OBJ_NET, parent) != nullptr) gatherBit(netBuses_, nets);
-}
-
-void MrcDumpReader::readViewItem(std::list<TovViewNode*>& views, TovNode* parent) {
-    readNode(views, TOV_OBJ_VIEW, parent);
-}
-
-void MrcDumpReader::readRamItem(std::list<TovRamNode*>& rams, TovNode* parent) {
-    readNode(rams, TOV_OBJ_RAM, parent);
-}
-
-void MrcDumpReader::readRomItem(std::list<TovRomNode*>& roms, TovNode* parent) {
-    readNode(roms, TOV_OBJ_ROM, parent);
-}
-
-void MrcDumpReader::readMultItem(std::list<TovMultNode*>& mults, TovNode* parent) {
-    readNode(mults, TOV_OBJ_MULT, parent);
-}
-
-/// Reads a list element: hands each child of the name `item` to `readItem` and skips the others.
-template <class Node>
-void MrcDumpReader::readItems(QStringView item, void (MrcDumpReader::*readItem)(std::list<Node*>&, TovNode*),
-                              std::list<Node*>& nodes, TovNode* parent) {
+/// Reads a list element: calls `readItem` at each child of the name `item` and skips the others.
+template <class ReadItem>
+void MrcDumpReader::readItems(QStringView item, ReadItem readItem) {
     while (nextChild()) {
         if (name() == item) {
-            (this->*readItem)(nodes, parent);
+            readItem();
         } else {
             readUnknownElement();
         }

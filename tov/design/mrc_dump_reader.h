@@ -51,22 +51,12 @@ private:
     void readClockProperty(std::list<TovClockNode*>& clocks, TovNode* parent);
     void readPinProperty(std::list<TovPortNode*>& ports, TovNode* parent);
     void readNetProperty(std::list<TovNetNode*>& nets, TovNode* parent);
-    void readViews(std::list<TovViewNode*>& views, TovNode* parent);
-    void readRams(std::list<TovRamNode*>& rams, TovNode* parent);
-    void readRoms(std::list<TovRomNode*>& roms, TovNode* parent);
-    void readMults(std::list<TovMultNode*>& mults, TovNode* parent);
-
-    void readClockItem(std::list<TovClockNode*>& clocks, TovNode* parent);
     void readPinItem(std::list<TovPortNode*>& ports, TovNode* parent);
-    void readNetItem(std::list<TovNetNode*>& nets, TovNode* parent);
-    void readViewItem(std::list<TovViewNode*>& views, TovNode* parent);
-    void readRamItem(std::list<TovRamNode*>& rams, TovNode* parent);
-    void readRomItem(std::list<TovRomNode*>& roms, TovNode* parent);
-    void readMultItem(std::list<TovMultNode*>& mults, TovNode* parent);
 
     template <class Node>
-    void readItems(QStringView item, void (MrcDumpReader::*readItem)(std::list<Node*>&, TovNode*),
-                   std::list<Node*>& nodes, TovNode* parent);
+    void readNodes(QStringView item, TovObjType type, std::list<Node*>& nodes, TovNode* parent);
+    template <class ReadItem>
+    void readItems(QStringView item, ReadItem readItem);
     template <class Node>
     Node* readNode(std::list<Node*>& nodes, TovObjType type, TovNode* parent);
     template <class Bus, class Node>
