@@ -3,23 +3,31 @@
 #include <iterator>
 
 #include "fuzz/settle.h"
+#include "tov/cmd/command_kind_p.h"
 
 namespace {
 
-std::string const keywords[] = {
-    "create_clock",  "create_generated_clock", "set_clock_groups",    "set_input_delay", "set_output_delay",
-    "set_max_delay", "set_min_delay",          "set_multicycle_path", "set_false_path",
-};
+using namespace kiri::tov;
+using namespace kiri::tov::impl_detail;
+
+// The attributes come last, and are disabled in another way.
+constexpr std::size_t timingKinds = std::size(commandKinds) - 1;
+
+// The keyword and a text. Bit 7 of the choice joins them without a blank, bit 6 puts the options of the kind's sample
+// between them.
+std::string lineOf(CommandKind const& kind, unsigned choice, std::string const& text) {
+    std::string const start((choice & 0x40U) != 0 ? kind.sample : kind.keyword);
+    return start + ((choice & 0x80U) != 0 ? "" : " ") + text;
+}
 
 }  // namespace
 
 void fuzz::run(std::string const& input) {
     if (input.empty()) return;
     auto const choice = static_cast<unsigned char>(input[0]);
-    std::string const& keyword = keywords[choice % std::size(keywords)];
-    std::string const text = input.substr(1, input.find_first_of("\r\n", 1) - 1);
-    // The top bit joins the keyword and the text without a blank.
-    std::string const line = keyword + ((choice & 0x80) != 0 ? "" : " ") + text;
+    CommandKind const& kind = commandKinds[choice % timingKinds];
+    std::string const keyword(kind.keyword);
+    std::string const line = lineOf(kind, choice, input.substr(1, input.find_first_of("\r\n", 1) - 1));
     try {
         std::string const enabled = fuzz::savedAgain(line);
         std::string const disabled = fuzz::savedAgain("#disable " + line);
@@ -29,6 +37,6 @@ void fuzz::run(std::string const& input) {
                       enabled);
         fuzz::requireSettled(enabled, fuzz::savedAgain);
     } catch (std::out_of_range const&) {
-        fuzz::require(keyword == "create_clock" && line.find("-waveform") != line.npos, "no exception", line);
+        fuzz::require(kind.list == TOVCMD_CLOCK && line.find("-waveform") != line.npos, "no exception", line);
     }
 }

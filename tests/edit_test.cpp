@@ -25,7 +25,7 @@ TEST(Edit, WalksAndAppends) {
     });
     EXPECT_EQ(visited, "create_clock set_max_delay set_max_delay set_false_path set_false_path #attribute ");
     EXPECT_STREQ(keywordOf(TOVCMD_NONE), "");
-    EXPECT_STREQ(keywordOf(static_cast<TOVCMD_TYPE>(11)), "");
+    EXPECT_STREQ(keywordOf(static_cast<TOVCMD_TYPE>(support::allLists().back() + 1)), "");
     auto cmd = std::make_unique<TovCmdMaxDelay>(3.0F, nullptr);
     TovCmd* const added = cmd.get();
     EXPECT_EQ(&addCommand(document, TOVCMD_MAXDELAY, std::move(cmd)), added);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support.h"
+#include "tov/edit.h"
 
 namespace {
 
@@ -13,19 +14,24 @@ TEST(References, StandAsTheyAreWritten) {
         TOV document;
         support::load(document, line);
         std::string text;
-        for (int kind = TOVCMD_CLOCK; kind <= TOVCMD_ATTRIBUTE; ++kind) {
-            for (TovCmd* cmd : *document.getTovCmdList(static_cast<TOVCMD_TYPE>(kind))) {
-                for (auto& [role, list] : referencesOf(*cmd)) {
-                    text += (text.empty() ? "" : "|") + (role + ("=" + support::textOf(*list)));
-                }
+        forEachCommand(document, [&text](TOVCMD_TYPE, TovCmd& cmd) {
+            for (auto& [role, list] : referencesOf(cmd)) {
+                text += (text.empty() ? "" : "|") + (role + ("=" + support::textOf(*list)));
             }
-        }
+        });
         return text;
     });
     TovCmdClockGroupDef groups(true);
     groups.groups = {nullptr, new ppStlList<taDciObj*>()};
     ASSERT_EQ(referencesOf(groups).size(), 1U);
     EXPECT_EQ(referencesOf(groups)[0].list, groups.groups[1]);
+    // A caller's class has the lists of the one that it is derived from.
+    struct OwnDelay : TovCmdIODelay {
+        using TovCmdIODelay::TovCmdIODelay;
+        std::string toSaveString(TOV*) override { return {}; }
+    } delay("set_input_delay 1");
+    ASSERT_EQ(referencesOf(delay).size(), 2U);
+    EXPECT_EQ(referencesOf(delay)[1].list, &delay.objects);
 }
 
 // A class derived from one of the library's has its lists.

@@ -42,6 +42,15 @@ inline std::string read(std::string const& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+/// The lists of a document, in their order.
+inline std::vector<kiri::tov::TOVCMD_TYPE> allLists() {
+    kiri::tov::TOV document;
+    std::vector<kiri::tov::TOVCMD_TYPE> lists;
+    auto list = kiri::tov::TOVCMD_CLOCK;
+    for (; document.getTovCmdList(list) != nullptr; list = kiri::tov::TOVCMD_TYPE(list + 1)) lists.push_back(list);
+    return lists;
+}
+
 /// Makes a device that is always full, so that no test writes to the system's. Empty where that is not allowed.
 inline std::string makeFullDevice(TempDir const& dir) {
     std::string path = dir / "full";

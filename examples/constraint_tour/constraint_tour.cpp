@@ -7,10 +7,15 @@
 #include <exception>
 #include <fstream>
 #include <iostream>
+#include <map>
+#include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "tov/cmd/commands.h"
+#include "tov/cmd/references.h"
+#include "tov/edit.h"
 #include "tov/names/name_check.h"
 #include "tov/tov.h"
 
@@ -25,52 +30,40 @@ std::string cut(std::string text) {
     return text;
 }
 
-struct Kind {
-    TOVCMD_TYPE type;
-    char const* title;
-};
-
-constexpr Kind kinds[] = {
-    {TOVCMD_CLOCK, "clocks"},
-    {TOVCMD_GENCLOCK, "generated clocks"},
-    {TOVCMD_CLOCKGROUP, "groups"},
-    {TOVCMD_INPUTDELAY, "input delays"},
-    {TOVCMD_OUTPUTDELAY, "output delays"},
-    {TOVCMD_MAXDELAY, "maximum delays"},
-    {TOVCMD_MINDELAY, "minimum delays"},
-    {TOVCMD_MULTICYCLE, "multicycle paths"},
-    {TOVCMD_FALSEPATH, "false paths"},
-    {TOVCMD_ATTRIBUTE, "attributes"},
-};
-
+// A row for each kind of command: how many there are, and the first of them.
 void printKinds(TOV& document) {
-    for (Kind const& kind : kinds) {
-        std::list<TovCmd*> const& cmds = *document.getTovCmdList(kind.type);
-        std::printf("  %-17s %7zu", kind.title, cmds.size());
-        if (!cmds.empty()) std::printf("  %s", cut(cmds.front()->toSaveString(&document)).c_str());
-        std::printf("\n");
+    struct Kind {
+        std::size_t count = 0;
+        std::string first;
+    };
+    std::map<TOVCMD_TYPE, Kind> kinds;
+    forEachCommand(document, [&](TOVCMD_TYPE list, TovCmd& cmd) {
+        Kind& kind = kinds[list];
+        if (kind.count++ == 0) kind.first = cut(cmd.toSaveString(&document));
+    });
+    for (auto const& [list, kind] : kinds) {
+        std::printf("  %-22s %7zu  %s\n", keywordOf(list), kind.count, kind.first.c_str());
     }
 }
 
 // Disables the first command that is enabled.
 void disableOne(TOV& document) {
-    for (Kind const& kind : kinds) {
-        for (TovCmd* cmd : *document.getTovCmdList(kind.type)) {
-            if (!cmd->enabled) continue;
-            cmd->enabled = false;
-            std::printf("  disabled: %s\n", cut(cmd->toSaveString(&document)).c_str());
-            return;
-        }
-    }
+    TovCmd* first = nullptr;
+    forEachCommand(document, [&first](TOVCMD_TYPE, TovCmd& cmd) {
+        if (first == nullptr && cmd.enabled) first = &cmd;
+    });
+    if (first == nullptr) return;
+    first->enabled = false;
+    std::printf("  disabled: %s\n", cut(first->toSaveString(&document)).c_str());
 }
 
 // Adds a clock on two ports; of a list of targets the file holds the first.
 void addClock(TOV& document) {
-    auto* clock = new TovCmdClockDef(8.0F, "tour_clk", nullptr);
-    document.getTovCmdList(TOVCMD_CLOCK)->push_back(clock);
+    auto clock = std::make_unique<TovCmdClockDef>(8.0F, "tour_clk", nullptr);
     clock->waveform = {0.0F, 4.0F};
-    clock->targets = TovCmd::fromTclString("[get_ports {tour_clk_p tour_clk_n}]", true);
-    std::printf("  added:    %s\n", clock->toSaveString(&document).c_str());
+    replaceReferences(clock->targets, "[get_ports {tour_clk_p tour_clk_n}]", true);
+    TovCmd& added = addCommand(document, TOVCMD_CLOCK, std::move(clock));
+    std::printf("  added:    %s\n", added.toSaveString(&document).c_str());
 }
 
 std::string contentOf(std::string const& path) {
