@@ -29,9 +29,14 @@ ConstraintLine::ConstraintLine(std::string_view line) : text(trim(line.substr(0,
     if (disabled && isAttribute) kind = nullptr;
     if (kind == nullptr) return;
     command = keywordOn;
-    words = WordCursor(command);
+    char const* const keywordEnd = command.data() + kind->keyword.size();
+    char const* const end = command.data() + command.size();
+    if (keywordEnd == end || isSpace(*keywordEnd)) {
+        words = WordCursor(keywordEnd, end);
+    } else if (isAttribute) {
+        words = WordCursor(findSpace(keywordEnd, end), end);
+    }
     // A timing command whose first word is longer than the keyword is read as an empty one.
-    if (!words.skipKeyword(kind->keyword.size()) && !isAttribute) words = WordCursor({});
 }
 
 Result ConstraintLine::makeCommand(std::unique_ptr<TovCmd>& cmd) const {

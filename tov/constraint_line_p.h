@@ -19,7 +19,7 @@ struct ConstraintLine {
     bool disabled = false;              ///< the command follows "#disable "
     CommandKind const* kind = nullptr;  ///< null: a comment or a blank line
     std::string_view command;           ///< from the keyword on; empty without a kind
-    WordCursor words{{}};               ///< those after the first one
+    WordCursor words;                   ///< those after the first one
 };
 
 }  // namespace kiri::tov::impl_detail

@@ -19,6 +19,14 @@ public:
         end_ = at_ + line.size();
     }
 
+    /// A line without words.
+    WordCursor() = default;
+
+    /// The words that follow the first one, which ends at `at`, in a line that does not end in white space.
+    WordCursor(char const* at, char const* end) : at_(at), end_(end) {
+        if (at_ != end_) at_ = skipSpace(at_);
+    }
+
     /// Stores the next word to `word`. Returns false at the end of the line and leaves `word` as it was.
     bool next(std::string_view& word) {
         if (at_ == end_) return false;
@@ -36,15 +44,6 @@ public:
     /// Returns whether the next word is a plain one, which ends at white space.
     bool isAtPlainWord() const { return at_ != end_ && !opensGroupOrQuote(*at_); }
 
-    /// Skips the first word, which begins with `size` characters that are known. Returns false if the word is longer.
-    bool skipKeyword(std::size_t size) {
-        at_ += size;
-        bool const isWhole = at_ == end_ || isSpace(*at_);
-        if (!isWhole) at_ = findSpace(at_, end_);
-        if (at_ != end_) at_ = skipSpace(at_);
-        return isWhole;
-    }
-
 private:
     // Returns whether brackets or braces enclose the whole text.
     static bool isGroup(std::string_view text) {
@@ -60,8 +59,8 @@ private:
 
     std::string_view takeEnclosed();
 
-    char const* at_;  // the next word, or the end; the last character is not white space
-    char const* end_;
+    char const* at_ = nullptr;  // the next word, or the end; the last character is not white space
+    char const* end_ = nullptr;
 };
 
 }  // namespace kiri::tov::impl_detail

@@ -37,7 +37,7 @@ std::string clockOf(std::string const& name, ppStlList<taDciObj*> const& targets
 std::vector<TovReferences> referencesOf(TovCmd& cmd) {
     std::vector<TovReferences> lists;
     for (CommandKind const& kind : commandKinds) {
-        if (typeid(cmd) != *kind.type) continue;
+        if (&typeid(cmd) != kind.type) continue;
         kind.appendLists(cmd, lists);
         return lists;
     }
