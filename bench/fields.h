@@ -6,6 +6,7 @@
 
 #include "bench/heap.h"
 #include "tov/cmd/commands.h"
+#include "tov/cmd/references.h"
 #include "tov/design/design.h"
 
 /// What the public fields of commands and of a design's nodes take from the heap at least: a block for the command or
@@ -13,9 +14,11 @@
 /// fit into its object.
 class FieldSizes {
 public:
-    template <class Command>
-    std::size_t of(Command const& command) {
-        return heap::block(sizeof(Command)) + listNode() + text(command.note) + fields(command);
+    std::size_t of(kiri::tov::TovCmd& command) {
+        std::size_t size =
+            heap::blockOf(dynamic_cast<void*>(&command)) + listNode() + text(command.note) + own(command);
+        for (kiri::tov::TovReferences const& objects : referencesOf(command)) size += references(*objects.list);
+        return size;
     }
 
     template <class Node>
@@ -81,33 +84,24 @@ private:
         return vector.empty() ? 0 : heap::block(vector.size() * sizeof(T));
     }
 
-    std::size_t fields(kiri::tov::TovCmdClockDef const& command) {
-        return elements(command.waveform) + text(command.clockName) + references(command.targets);
-    }
-    std::size_t fields(kiri::tov::TovCmdGenClockDef const& command) {
-        return text(command.divideBy) + text(command.multiplyBy) + text(command.dutyCycle) + text(command.clockName) +
-               references(command.sources) + references(command.masterClock) + references(command.targets);
-    }
-    std::size_t fields(kiri::tov::TovCmdClockGroupDef const& command) {
-        std::size_t size = elements(command.groups);
-        for (References const* group : command.groups) size += heap::block(sizeof(References)) + references(*group);
-        return size;
-    }
-    std::size_t fields(kiri::tov::TovCmdIODelay const& command) {
-        return text(command.label) + references(command.clock) + references(command.objects);
-    }
-    std::size_t fields(kiri::tov::TovCmdTimingDelay const& command) {
-        return references(command.from) + references(command.to);
-    }
-    std::size_t fields(kiri::tov::TovCmdMultiPath const& command) {
-        return references(command.from) + references(command.to);
-    }
-    std::size_t fields(kiri::tov::TovCmdFalsePath const& command) {
-        return references(command.from) + references(command.to) + references(command.through);
-    }
-    static std::size_t fields(kiri::tov::TovCmdAttr const& command) {
-        return text(command.text1) + text(command.text2) + text(command.text3) + text(command.text4) +
-               text(command.text5);
+    // The blocks of the fields that are not lists of object references.
+    static std::size_t own(kiri::tov::TovCmd const& command) {
+        using namespace kiri::tov;
+        if (auto const* clock = dynamic_cast<TovCmdClockDef const*>(&command)) {
+            return elements(clock->waveform) + text(clock->clockName);
+        }
+        if (auto const* clock = dynamic_cast<TovCmdGenClockDef const*>(&command)) {
+            return text(clock->divideBy) + text(clock->multiplyBy) + text(clock->dutyCycle) + text(clock->clockName);
+        }
+        if (auto const* group = dynamic_cast<TovCmdClockGroupDef const*>(&command)) {
+            return elements(group->groups) + group->groups.size() * heap::block(sizeof(References));
+        }
+        if (auto const* delay = dynamic_cast<TovCmdIODelay const*>(&command)) return text(delay->label);
+        if (auto const* attribute = dynamic_cast<TovCmdAttr const*>(&command)) {
+            return text(attribute->text1) + text(attribute->text2) + text(attribute->text3) + text(attribute->text4) +
+                   text(attribute->text5);
+        }
+        return 0;
     }
 
     std::unordered_set<char const*> texts_;

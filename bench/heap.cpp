@@ -13,18 +13,22 @@ std::size_t block(std::size_t size) {
     return std::max<std::size_t>(32, (size + 8 + 15) / 16 * 16);
 }
 
+std::size_t blockOf(void* start) {
+    return malloc_usable_size(start) + 8;
+}
+
 namespace {
 
 void* count(void* block) {
     if (block != nullptr) {
-        live += malloc_usable_size(block) + 8;
+        live += blockOf(block);
         peak = std::max(peak, live);
     }
     return block;
 }
 
 void discount(void* block) {
-    if (block != nullptr) live -= malloc_usable_size(block) + 8;
+    if (block != nullptr) live -= blockOf(block);
 }
 
 }  // namespace

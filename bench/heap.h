@@ -12,4 +12,7 @@ extern std::size_t peak;
 /// What a block of that size takes from the heap: eight bytes more, in steps of sixteen, at least 32.
 std::size_t block(std::size_t size);
 
+/// What the block that begins at `start` takes.
+std::size_t blockOf(void* start);
+
 }  // namespace heap

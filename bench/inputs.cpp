@@ -249,6 +249,12 @@ std::string linesOfKind(std::size_t kind, std::size_t lines) {
     });
 }
 
+std::string copies(std::string const& line, std::size_t lines) {
+    return make("copies-" + line.substr(0, line.find(' ')), [&](std::ostream& out) {
+        for (std::size_t i = 0; i < lines; ++i) out << line << '\n';
+    });
+}
+
 std::string oneLineOfNames(std::size_t names) {
     return make("one-line-" + std::to_string(names), [=](std::ostream& out) { writeLongLine(out, names); });
 }

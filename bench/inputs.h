@@ -24,6 +24,9 @@ std::string soundFile(std::size_t lines);
 /// Lines of one kind of the mix alone: its lines number `kind`, `kind` + 100 and so on.
 std::string linesOfKind(std::size_t kind, std::size_t lines);
 
+/// A file of copies of a line.
+std::string copies(std::string const& line, std::size_t lines);
+
 /// A line with that many names, and then mixed lines.
 std::string longLineFirst(std::size_t names, std::size_t lines);
 

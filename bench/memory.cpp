@@ -9,6 +9,7 @@
 #include "bench/fields.h"
 #include "bench/heap.h"
 #include "bench/inputs.h"
+#include "tov/cmd/command_kind_p.h"
 #include "tov/design/design.h"
 #include "tov/names/design_names.h"
 #include "tov/tov.h"
@@ -16,6 +17,7 @@
 namespace {
 
 using namespace kiri::tov;
+using namespace kiri::tov::impl_detail;
 
 constexpr double mostOfMixedLines = 3.76;  // times the file
 constexpr std::size_t mostOfBuffers = std::size_t{64} * 1024;
@@ -51,44 +53,36 @@ double ratio(std::size_t above, std::size_t below) {
     return static_cast<double>(above) / static_cast<double>(below);
 }
 
-// A kind of line of the mix, with the list that its commands come to.
-struct Kind {
-    char const* name;
-    std::size_t number;
+// The lines of the mix that are of a kind. A kind that the mix lacks is measured by its sample.
+constexpr struct {
     TOVCMD_TYPE list;
-    std::size_t (*fields)(FieldSizes& sizes, TovCmd const& command);
+    std::size_t number;
+} linesOfTheMix[] = {
+    {TOVCMD_CLOCK, 0},        {TOVCMD_GENCLOCK, 1},  {TOVCMD_CLOCKGROUP, 2}, {TOVCMD_INPUTDELAY, 5},
+    {TOVCMD_OUTPUTDELAY, 30}, {TOVCMD_MAXDELAY, 87}, {TOVCMD_MINDELAY, 95},  {TOVCMD_MULTICYCLE, 75},
+    {TOVCMD_FALSEPATH, 55},   {TOVCMD_ATTRIBUTE, 4},
 };
 
-template <class Command>
-std::size_t fieldsOf(FieldSizes& sizes, TovCmd const& command) {
-    return sizes.of(static_cast<Command const&>(command));
+std::string fileOf(CommandKind const& kind, std::size_t lines) {
+    for (auto const& [list, number] : linesOfTheMix) {
+        if (list == kind.list) return inputs::linesOfKind(number, lines);
+    }
+    return inputs::copies(std::string(kind.sample), lines);
 }
 
-constexpr Kind kinds[] = {
-    {"create_clock", 0, TOVCMD_CLOCK, fieldsOf<TovCmdClockDef>},
-    {"create_generated_clock", 1, TOVCMD_GENCLOCK, fieldsOf<TovCmdGenClockDef>},
-    {"set_clock_groups", 2, TOVCMD_CLOCKGROUP, fieldsOf<TovCmdClockGroupDef>},
-    {"set_input_delay", 5, TOVCMD_INPUTDELAY, fieldsOf<TovCmdInputDelay>},
-    {"set_output_delay", 30, TOVCMD_OUTPUTDELAY, fieldsOf<TovCmdOutputDelay>},
-    {"set_max_delay", 87, TOVCMD_MAXDELAY, fieldsOf<TovCmdMaxDelay>},
-    {"set_min_delay", 95, TOVCMD_MINDELAY, fieldsOf<TovCmdMinDelay>},
-    {"set_multicycle_path", 75, TOVCMD_MULTICYCLE, fieldsOf<TovCmdMultiPath>},
-    {"set_false_path", 55, TOVCMD_FALSEPATH, fieldsOf<TovCmdFalsePath>},
-    {"#attribute", 4, TOVCMD_ATTRIBUTE, fieldsOf<TovCmdAttr>},
-};
-
-void reportKind(Kind const& kind) {
+void reportKind(CommandKind const& kind) {
     constexpr std::size_t lines = 10'000;
-    std::string const path = inputs::linesOfKind(kind.number, lines);
+    std::string const path = fileOf(kind, lines);
     TOV document;
     Usage const usage = load(path, document);
     FieldSizes sizes;
     std::size_t fields = 0;
-    for (TovCmd const* command : *document.getTovCmdList(kind.list)) fields += kind.fields(sizes, *command);
-    std::printf("| `%s` | %.1f | %.1f | %.1f | %.1f |\n", kind.name, ratio(std::filesystem::file_size(path), lines),
-                ratio(fields, lines), ratio(usage.kept, lines), ratio(usage.kept, lines) - ratio(fields, lines));
+    for (TovCmd* command : *document.getTovCmdList(kind.list)) fields += sizes.of(*command);
+    std::printf("| `%s` | %.1f | %.1f | %.1f | %.1f |\n", kind.keyword.data(),
+                ratio(std::filesystem::file_size(path), lines), ratio(fields, lines), ratio(usage.kept, lines),
+                ratio(usage.kept, lines) - ratio(fields, lines));
     // Where the allocator finds no block of the right size, it returns a slightly larger one.
-    promise(usage.kept <= fields + lines / 10, "keeps more than its fields take", kind.name);
+    promise(usage.kept <= fields + lines / 10, "keeps more than its fields take", kind.keyword.data());
 }
 
 void reportDocument(char const* name, std::string const& path, double mostKept = 0) {
@@ -151,7 +145,7 @@ int main() {
 
     std::puts("| kind of line | bytes in the file | its fields take | the document keeps | more |");
     std::puts("|---|---|---|---|---|");
-    for (Kind const& kind : kinds) reportKind(kind);
+    for (CommandKind const& kind : commandKinds) reportKind(kind);
 
     std::puts("\n| document | keeps, times the file | longest line, KiB | needs beyond that, KiB |");
     std::puts("|---|---|---|---|");

@@ -81,14 +81,11 @@ TEST(Document, SavesListsThatACallerMixed) {
             list.insert(place, cmd);
             if (i % 7 == 0) list.reverse();
         }
-        std::string lines;
-        for (TOVCMD_TYPE type : allLists) {
-            if (type == TOVCMD_ATTRIBUTE) lines += "~\n";
-            for (TovCmd* cmd : *document.getTovCmdList(type)) {
-                if (cmd != nullptr) lines += cmd->toSaveString(&document) + '\n';
-            }
-        }
-        EXPECT_EQ(bodyOf(document), lines);
+        std::string lines, attributes = "~\n";
+        forEachCommand(document, [&](TOVCMD_TYPE list, TovCmd& cmd) {
+            (list == TOVCMD_ATTRIBUTE ? attributes : lines) += cmd.toSaveString(&document) + '\n';
+        });
+        EXPECT_EQ(bodyOf(document), lines + attributes);
     }
 }
 

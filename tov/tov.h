@@ -50,7 +50,7 @@ public:
 
     /// Replaces the content by that of the file. Returns false and changes nothing if nothing exists at `path`. True
     /// means only that something does: a file that cannot be opened or read leaves what could be read of it. Where a
-    /// file must not be overwritten unless it was read, use read(). Throws std::out_of_range at a "create_clock" line
+    /// file must not be overwritten unless it was read, use read(). Throws TovMissingValue at a "create_clock" line
     /// that ends in "-waveform"; the lines before it are kept.
     bool load(char const* path);
 

@@ -10,7 +10,6 @@ using namespace impl_detail;
 
 namespace {
 
-//   create_clock { -period number | -name word | -waveform { number ... } | objects }
 void addEdge(TovCmdClockDef& cmd, std::string_view text) {
     float edge = 0;
     if (parseFloatValue(text, edge)) cmd.waveform.push_back(edge);
@@ -22,6 +21,7 @@ void readWaveform(TovCmdClockDef& cmd, std::string_view group) {
     for (std::string_view edge; edges.next(edge);) addEdge(cmd, edge);
 }
 
+//   create_clock { -period number | -name word | -waveform { number ... } | objects }
 constexpr Option<TovCmdClockDef> options[] = {
     {"-period", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { parseFloatValue(value, cmd.period); }},
     {"-name", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { cmd.clockName = value; }},

@@ -10,7 +10,7 @@ namespace kiri::tov {
 /// "create_clock": a primary clock and the objects it is defined on.
 class TOVENG_API TovCmdClockDef : public TovCmd {
 public:
-    /// Reads a line (null reads as ""); std::out_of_range if "-waveform" is its last word.
+    /// Reads a line (null reads as ""); TovMissingValue if "-waveform" is its last word.
     explicit TovCmdClockDef(std::string const& line) : TovCmdClockDef(line.c_str()) {}
     explicit TovCmdClockDef(char const* line);
     /// Copies a database record.

@@ -10,9 +10,6 @@ using namespace impl_detail;
 
 namespace {
 
-//   set_clock_groups { -asynchronous | -group objects | ignored word }
-//
-// "-exclusive" is an ignored word: a line is asynchronous if it says so, and exclusive otherwise.
 // Appends an empty group.
 ppStlList<taDciObj*>& addGroup(TovCmdClockGroupDef& cmd) {
     cmd.groups.push_back(nullptr);
@@ -26,6 +23,9 @@ void appendGroups(TovCmdClockGroupDef& cmd, char const* role, std::vector<TovRef
     }
 }
 
+//   set_clock_groups { -asynchronous | -group objects | ignored word }
+//
+// "-exclusive" is an ignored word: a line is asynchronous if it says so, and exclusive otherwise.
 constexpr Option<TovCmdClockGroupDef> options[] = {
     {"-asynchronous", OptionValue::none, [](auto& cmd, auto) { cmd.exclusive = false; }},
     {"-group", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readObjs(addGroup(cmd), value, false); },

@@ -10,8 +10,6 @@ using namespace impl_detail;
 
 namespace {
 
-//   create_generated_clock { -divide_by number | -multiply_by number | -name word | -duty_cycle number
-//                          | -source objects | -master_clock objects | objects }
 void readInteger(std::string& out, std::string_view value) {
     float number = 0;
     if (!parseFloatValue(value, number)) return;
@@ -26,6 +24,8 @@ void readDutyCycle(TovCmdGenClockDef& cmd, std::string_view value) {
     appendPiece(cmd.dutyCycle, neoform("%f", static_cast<double>(number)));
 }
 
+//   create_generated_clock { -divide_by number | -multiply_by number | -name word | -duty_cycle number
+//                          | -source objects | -master_clock objects | objects }
 constexpr Option<TovCmdGenClockDef> options[] = {
     {"-divide_by", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readInteger(cmd.divideBy, value); }},
     {"-multiply_by", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readInteger(cmd.multiplyBy, value); }},

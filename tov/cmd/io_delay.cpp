@@ -10,11 +10,11 @@ using namespace impl_detail;
 
 namespace {
 
-//   ( set_input_delay | set_output_delay ) { -max | -min | -clock objects | number | objects }
 void readDelayOrObjects(TovCmdIODelay& cmd, std::string_view word) {
     if (!parseFloatValue(word, cmd.delay)) readObjs(cmd.objects, word, false);
 }
 
+//   ( set_input_delay | set_output_delay ) { -max | -min | -clock objects | number | objects }
 constexpr Option<TovCmdIODelay> options[] = {
     {"-max", OptionValue::none, [](auto& cmd, auto) { cmd.max = true; }},
     {"-min", OptionValue::none, [](auto& cmd, auto) { cmd.min = true; }},

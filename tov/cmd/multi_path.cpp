@@ -10,12 +10,12 @@ using namespace impl_detail;
 
 namespace {
 
-//   set_multicycle_path { -from objects | -to objects | number | ignored word }
 void readMultiplier(TovCmdMultiPath& cmd, std::string_view word) {
     float number = 0;
     if (parseFloatValue(word, number)) cmd.multiplier = truncateToInt(number);
 }
 
+//   set_multicycle_path { -from objects | -to objects | number | ignored word }
 constexpr Option<TovCmdMultiPath> options[] = {
     objects<&TovCmdMultiPath::from>("-from"),
     objects<&TovCmdMultiPath::to>("-to"),

@@ -10,11 +10,11 @@ using namespace impl_detail;
 
 namespace {
 
-//   ( set_max_delay | set_min_delay ) { -from objects | -to objects | number | ignored word }
 void readDelay(TovCmdTimingDelay& cmd, std::string_view word) {
     parseFloatValue(word, cmd.delay);
 }
 
+//   ( set_max_delay | set_min_delay ) { -from objects | -to objects | number | ignored word }
 constexpr Option<TovCmdTimingDelay> options[] = {
     objects<&TovCmdTimingDelay::from>("-from"),
     objects<&TovCmdTimingDelay::to>("-to"),

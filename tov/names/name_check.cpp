@@ -3,11 +3,11 @@
 #include <optional>
 #include <utility>
 
+#include "tov/check/line_checker_p.h"
 #include "tov/constraint_line_p.h"
 #include "tov/io/error_text_p.h"
 #include "tov/io/file_p.h"
 #include "tov/io/line_reader_p.h"
-#include "tov/line_checker_p.h"
 #include "tov/names/document_clocks_p.h"
 #include "tov/names/questions_p.h"
 

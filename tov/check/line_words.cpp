@@ -1,4 +1,4 @@
-#include "tov/line_words_p.h"
+#include "tov/check/line_words_p.h"
 
 #include <algorithm>
 #include <iterator>

@@ -7,7 +7,7 @@
 #include "tov/base/text_p.h"
 #include "tov/base/tokenizer_p.h"
 #include "tov/check.h"
-#include "tov/finding_cause_p.h"
+#include "tov/check/finding_cause_p.h"
 #include "tov/io/error_text_p.h"
 
 namespace kiri::tov {

@@ -1,4 +1,4 @@
-#include "tov/line_checker_p.h"
+#include "tov/check/line_checker_p.h"
 
 #include <algorithm>
 #include <array>

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "tov/check.h"
+#include "tov/check/word_comparison_p.h"
 #include "tov/cmd/cmd.h"
 #include "tov/tov.h"
-#include "tov/word_comparison_p.h"
 
 namespace kiri::tov::impl_detail {
 

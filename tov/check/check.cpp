@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include "tov/check/line_checker_p.h"
 #include "tov/io/file_p.h"
 #include "tov/io/line_reader_p.h"
-#include "tov/line_checker_p.h"
 
 namespace kiri::tov {
 

@@ -1,17 +1,17 @@
 // Why a save does not keep the words of a finding: the line is checked and read once more, word by word.
 
-#include "tov/finding_cause_p.h"
+#include "tov/check/finding_cause_p.h"
 
 #include <algorithm>
 #include <functional>
 #include <utility>
 
 #include "tov/base/text_p.h"
+#include "tov/check/line_checker_p.h"
+#include "tov/check/line_words_p.h"
 #include "tov/cmd/number_p.h"
 #include "tov/cmd/obj_list_p.h"
 #include "tov/constraint_line_p.h"
-#include "tov/line_checker_p.h"
-#include "tov/line_words_p.h"
 
 namespace kiri::tov::impl_detail {
 

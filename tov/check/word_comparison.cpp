@@ -7,7 +7,7 @@
 //   3. The rest of the line is lost, the rest of the saved line is added.
 //   4. Lost and added numbers make pairs, the last ones first. The lost number of a pair is changed, not lost.
 
-#include "tov/word_comparison_p.h"
+#include "tov/check/word_comparison_p.h"
 
 #include <algorithm>
 #include <array>
