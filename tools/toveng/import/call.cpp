@@ -82,6 +82,23 @@ private:
                     return;
                 }
                 throw NotHeld{option_, "this file format does not have it"};
+            case Becomes::exclusive:
+                return takeRelation(call_.exclusive, option.name);
+            case Becomes::asynchronous:
+                return takeRelation(call_.asynchronous, option.name);
+            case Becomes::max:
+                call_.max = true;
+                return;
+            case Becomes::min:
+                call_.min = true;
+                return;
+            default:
+                return takeValue(option.becomes, value);
+        }
+    }
+
+    void takeValue(Becomes kind, Tcl_Obj* value) {
+        switch (kind) {
             case Becomes::period:
                 call_.period = timeOf(value);
                 return;
@@ -106,23 +123,11 @@ private:
             case Becomes::masterClock:
                 call_.masterClock = oneOf(value);
                 return;
-            case Becomes::exclusive:
-                takeRelation(call_.exclusive, option.name);
-                return;
-            case Becomes::asynchronous:
-                takeRelation(call_.asynchronous, option.name);
-                return;
             case Becomes::group:
                 call_.groups.push_back(objectsOf(value));
                 return;
             case Becomes::clock:
                 call_.clock = oneOf(value);
-                return;
-            case Becomes::max:
-                call_.max = true;
-                return;
-            case Becomes::min:
-                call_.min = true;
                 return;
             case Becomes::from:
                 call_.from = objectsOf(value);
@@ -132,6 +137,8 @@ private:
                 return;
             case Becomes::through:
                 call_.through = objectsOf(value);
+                return;
+            default:
                 return;
         }
     }
@@ -224,7 +231,7 @@ private:
     }
 
     Number wholeOf(Tcl_Obj* value) const {
-        Number const number = numberOf(value);
+        Number number = numberOf(value);
         constexpr double largest = 1U << 24U;  // that is exact in 32 bits
         if (number.value != std::trunc(number.value)) {
             throw NotHeld{option_, "`" + number.text + "` is not a whole number"};

@@ -101,7 +101,7 @@ private:
     };
 
     void runInCommand();
-    void runText(File file, std::string const& text);
+    void runText(File file, std::string const& bytes);
     int runStatement(Statement& statement, Tcl_Parse const* parse, std::uint32_t line, std::string const& parseError);
     static std::string commentOf(Statement const& statement);
     int evaluate(Statement& statement, Tcl_Parse const& parse);
