@@ -35,8 +35,8 @@ public:
     /// Replaces `count` statements from `first` on by others.
     void replace(std::size_t first, std::size_t count, std::vector<Facts> const& others);
 
-    /// Says that a file of the set could not be read to its end.
-    void setCut() { isCut_ = true; }
+    /// Says whether a file of the set could not be read to its end.
+    void setCut(bool isCut = true) { isCut_ = isCut; }
 
     /// Returns what is found in a statement, in the order in which it is reported.
     std::vector<SetFinding> findingsOf(std::size_t place) const;

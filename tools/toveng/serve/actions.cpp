@@ -1,14 +1,18 @@
 // What a client may do to the command at a place.
 
 #include <QJsonArray>
+#include <utility>
 
 #include "serve/features.h"
 #include "serve/line_edits.h"
+#include "serve/line_words.h"
+#include "text.h"
 
 namespace tool::lsp {
 
 namespace {
 
+constexpr char const* fixKind = "quickfix";
 constexpr char const* rewriteKind = "refactor.rewrite";
 
 /// Collects the actions of the kinds that the client asks for.
@@ -42,6 +46,36 @@ private:
     QJsonArray actions_;
 };
 
+// Puts the near names in the place of the missing ones.
+void addNearNames(Actions& actions, Workspace const& workspace, OpenDocument& document, Statement const& statement) {
+    DocumentAnalysis& analysis = workspace.analysisOf(document);
+    LineWords const words = wordsOf(document.text.line(statement.first));
+    for (Problem const& problem : analysis.problemsAt(statement.first)) {
+        for (MissingWord const& missing : problem.words) {
+            std::string const nearest = analysis.nearestTo(missing);
+            if (nearest.empty()) continue;
+            QString const name = toText(nearest);
+            for (Word const& word : words.words) {
+                if (word.kind != WordKind::name || word.text != missing.text) continue;
+                QJsonObject const range =
+                    workspace.range(document, {statement.first, word.begin}, {statement.first, word.end});
+                bool const needsBraces = !word.isBraced && nearest.find_first_of(" []{}\"$;\\") != std::string::npos;
+                actions.add("Write " + name, fixKind, range, needsBraces ? "{" + name + "}" : name);
+                break;
+            }
+        }
+    }
+}
+
+void addJoin(Actions& actions, Workspace const& workspace, OpenDocument const& document, Statement const& statement) {
+    if (statement.kind != Statement::Kind::command || statement.count < 2 || statement.isOpen) return;
+    std::vector<std::string_view> lines;
+    for (std::size_t i = statement.first; i < statement.end(); ++i) lines.push_back(document.text.line(i));
+    Place const end{statement.end() - 1, lines.back().size()};
+    actions.add("Join the lines of the command", fixKind, workspace.range(document, {statement.first, 0}, end),
+                QString::fromStdString(joinedLines(lines)));
+}
+
 void addLineEdits(Actions& actions, Workspace const& workspace, OpenDocument const& document, std::size_t number) {
     std::string_view const line = document.text.line(number);
     QJsonObject const range = document.text.lineRange(number, workspace.client.encoding);
@@ -58,11 +92,16 @@ void addLineEdits(Actions& actions, Workspace const& workspace, OpenDocument con
 }  // namespace
 
 QJsonValue codeAction(Workspace const& workspace, QJsonObject const& params) {
-    OpenDocument const& document = workspace.documentIn(params);
+    OpenDocument& document = workspace.documentIn(params);
     Place const place = workspace.placeIn(document, objectIn(objectIn(params, "range"), "start"));
     workspace.placeIn(document, objectIn(objectIn(params, "range"), "end"));
     Actions actions(workspace, document, at(params, {"context", "only"}).toArray());
-    addLineEdits(actions, workspace, document, place.line);
+    Statement const* const statement = workspace.analysisOf(document).statementAt(place.line);
+    if (statement != nullptr) {
+        addNearNames(actions, workspace, document, *statement);
+        addJoin(actions, workspace, document, *statement);
+    }
+    if (statement == nullptr || !statement->goesOn()) addLineEdits(actions, workspace, document, place.line);
     return actions.list();
 }
 

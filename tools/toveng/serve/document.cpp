@@ -27,8 +27,8 @@ std::string_view clientPart(std::string_view line, std::size_t part) {
     return line.substr(0, line.find('\r'));
 }
 
-QJsonObject positionOf(std::size_t line, std::size_t character) {
-    return {{"line", static_cast<qint64>(line)}, {"character", static_cast<qint64>(character)}};
+QJsonObject jsonOf(Position position) {
+    return {{"line", static_cast<qint64>(position.line)}, {"character", static_cast<qint64>(position.character)}};
 }
 
 }  // namespace
@@ -67,16 +67,16 @@ std::size_t Text::clientLine(Place place) const {
     return line;
 }
 
-QJsonObject Text::position(Place place, Encoding encoding) const {
+Position Text::positionOf(Place place, Encoding encoding) const {
     std::string_view before = line(place.line).substr(0, place.byte);
     std::size_t const parts =
         returns_ == 0 ? 0 : static_cast<std::size_t>(std::count(before.begin(), before.end(), '\r'));
     before.remove_prefix(parts == 0 ? 0 : before.rfind('\r') + 1);
-    return positionOf(clientLine(place) + parts, unitsIn(before, encoding));
+    return {clientLine(place) + parts, unitsIn(before, encoding)};
 }
 
 QJsonObject Text::range(Place start, Place end, Encoding encoding) const {
-    return {{"start", position(start, encoding)}, {"end", position(end, encoding)}};
+    return {{"start", jsonOf(positionOf(start, encoding))}, {"end", jsonOf(positionOf(end, encoding))}};
 }
 
 QJsonObject Text::lineRange(std::size_t index, Encoding encoding) const {

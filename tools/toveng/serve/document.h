@@ -20,6 +20,12 @@ struct Place {
     std::size_t byte = 0;
 };
 
+/// A place as the client has it.
+struct Position {
+    std::size_t line;
+    std::size_t character;
+};
+
 inline bool operator<(Place a, Place b) {
     return a.line != b.line ? a.line < b.line : a.byte < b.byte;
 }
@@ -43,7 +49,7 @@ public:
     /// Returns the place of the client's position: at the end of a line that is shorter, nothing beyond the last line.
     std::optional<Place> placeAt(std::size_t line, std::size_t character, Encoding encoding) const;
     /// Returns a place as the client's position.
-    QJsonObject position(Place place, Encoding encoding) const;
+    Position positionOf(Place place, Encoding encoding) const;
     QJsonObject range(Place start, Place end, Encoding encoding) const;
     /// The whole of a line, or of what is on it apart from white space at its ends.
     QJsonObject lineRange(std::size_t line, Encoding encoding) const;

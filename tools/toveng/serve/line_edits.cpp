@@ -161,4 +161,18 @@ std::optional<std::string> oneForEachObject(std::string_view line) {
     return text;
 }
 
+std::string joinedLines(std::vector<std::string_view> const& lines) {
+    std::string text;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        std::string_view line = lines[i];
+        bool const goesOn = i + 1 < lines.size();
+        if (goesOn && !line.empty() && line.back() == '\\') line.remove_suffix(1);
+        if (goesOn) line = line.substr(0, line.find_last_not_of(whiteSpace) + 1);
+        if (i > 0) line.remove_prefix(std::min(line.find_first_not_of(whiteSpace), line.size()));
+        if (i > 0 && !line.empty()) text += ' ';
+        text += line;
+    }
+    return text;
+}
+
 }  // namespace tool::lsp

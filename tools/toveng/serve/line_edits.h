@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tool::lsp {
 
@@ -16,5 +17,8 @@ std::optional<std::string> asSaved(std::string_view line);
 
 /// A line for each of the objects that the command names, if that keeps all of it.
 std::optional<std::string> oneForEachObject(std::string_view line);
+
+/// The lines of a command that goes on as one line: a blank in the place of each line end, and of the '\' before it.
+std::string joinedLines(std::vector<std::string_view> const& lines);
 
 }  // namespace tool::lsp

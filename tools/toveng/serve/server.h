@@ -73,6 +73,7 @@ private:
     void changeWatchedFiles(Params params);
     void ignore(Params) {}
     void applyChange(OpenDocument& document, QJsonValue const& change);
+    static void apply(OpenDocument& document, Splice const& splice);
 
     // Settings
     void pullSettings();
@@ -80,7 +81,7 @@ private:
     void readFiles(QStringList& problems);
     std::string absolute(QString const& path) const;
     void showProblems(QStringList const& problems);
-    void touchAll();
+    void judgeAnew();
 
     // The design
     void startDesign();
@@ -94,9 +95,6 @@ private:
     void watchFiles();
     QString registrationId() const;
     void fileChanged(std::string const& path);
-
-    // Diagnostics
-    void publish(OpenDocument& document);
 
     static NotificationRow const notifications[];
 

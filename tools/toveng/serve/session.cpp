@@ -61,18 +61,21 @@ void Server::applySettings() {
     settings_ = layers_.merged();
     QStringList problems = layers_.problems();
     workspace_.match = settings_.match.value_or(kiri::tov::TOVMATCH_LEVELS);
+    workspace_.codes = settings_.codes();
+    workspace_.isDesignSet = !settings_.design.value_or(QString()).isEmpty();
     readFiles(problems);
-    touchAll();
     showProblems(problems);
     if (!isPulling_) startDesign();
 }
 
 void Server::readFiles(QStringList& problems) {
+    judgeAnew();  // the documents refer to the files
     workspace_.files.clear();
     for (QString const& name : settings_.files.value_or(QStringList())) {
         SetFile file{absolute(name), name.toStdString(), {}};
         try {
             file.lines = linesOf(tool::Input(file.path, Content::constraints));
+            file.isRead = true;
         } catch (Trouble const& trouble) {
             problems.append(QString::fromStdString(trouble.what()));
         }
@@ -94,6 +97,7 @@ void Server::startDesign() {
     std::string const path = name.isEmpty() ? "" : absolute(name);
     if (path == designPath_) return;
     designPath_ = path;
+    judgeAnew();  // the documents refer to the design
     outside_.disposeDesign(std::exchange(workspace_.design, nullptr));
     watchFiles();
     loadDesign();
@@ -115,8 +119,9 @@ void Server::handleDesign(DesignEvent const& event) {
         notify("window/showMessage", QJsonObject{{"type", errorMessage}, {"message", text}});
         return;
     }
+    judgeAnew();  // the documents refer to the design before
+    workspace_.nearNames = std::make_shared<NearNameCache>();
     outside_.disposeDesign(std::exchange(workspace_.design, event.design));
-    touchAll();
 }
 
 // The client makes room for the progress first. A design that is loaded by then still has its beginning and end.

@@ -2,10 +2,7 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
-#include <algorithm>
 #include <utility>
-
-#include "serve/rule_codes.h"
 
 namespace tool::lsp {
 
@@ -54,7 +51,7 @@ public:
         QStringList known;
         for (QString const& text : std::as_const(*found)) {
             QString const code = text.trimmed();
-            if (!isRuleCode(code.toStdString())) {
+            if (findRule(code.toStdString()) == nullptr) {
                 complain(key, QString("has the unknown code '%1'").arg(code));
             } else if (code == "ends-load" && std::string_view(key) == "ignore") {
                 complain(key, "cannot hold ends-load: nothing after that line is read");
@@ -97,6 +94,14 @@ Settings Settings::read(QJsonValue const& value, QStringList& problems) {
     Settings settings = readObject(object.value("toveng").toObject(), problems);
     settings.fillFrom(readObject(object, problems));
     return settings;
+}
+
+CodeSet Settings::codes() const {
+    QStringList const selected = select.value_or(QStringList());
+    CodeSet codes(selected.isEmpty());
+    for (QString const& code : selected) codes.set(findRule(code.toStdString())->code, true);
+    for (QString const& code : ignore.value_or(QStringList())) codes.set(findRule(code.toStdString())->code, false);
+    return codes;
 }
 
 void Settings::fillFrom(Settings const& below) {

@@ -4,10 +4,8 @@
 #include <QString>
 #include <QStringList>
 #include <optional>
-#include <set>
-#include <string>
-#include <vector>
 
+#include "analysis/rules.h"
 #include "tov/names/design_names.h"
 
 namespace tool::lsp {
@@ -23,6 +21,9 @@ struct Settings {
     /// Reads the keys of an object, and of the object below its key "toveng", which come first. Appends a sentence to
     /// `problems` for each value that cannot be used; the rest of the settings is.
     static Settings read(QJsonValue const& value, QStringList& problems);
+
+    /// Returns the codes of the findings to show. An empty selection selects all.
+    CodeSet codes() const;
 
     /// Takes what is not set from `below`.
     void fillFrom(Settings const& below);

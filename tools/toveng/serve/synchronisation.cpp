@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "serve/diagnostics.h"
 #include "serve/server.h"
 
 namespace tool::lsp {
@@ -32,6 +33,7 @@ void Server::open(Params params) {
         outside_.complain("toveng: serve: the document was open: " + uri.toStdString());
     }
     document->version = version;
+    document->analysis = nullptr;
     document->text.replaceAll(text);
     document->isDirty = true;
 }
@@ -54,14 +56,17 @@ void Server::applyChange(OpenDocument& document, QJsonValue const& change) {
     QJsonObject const object = change.toObject();
     std::string const text = textIn(object, "text").toStdString();
     if (object.value("range").isUndefined()) {
-        document.text.replaceAll(text);
-        return;
+        return apply(document, document.text.replaceAll(text));
     }
     QJsonObject const range = objectIn(object, "range");
     Place const start = workspace_.placeIn(document, objectIn(range, "start"));
     Place const end = workspace_.placeIn(document, objectIn(range, "end"));
     if (end < start) throw RpcError{ErrorCode::invalidParams, "the range ends before it starts"};
-    document.text.replace(start, end, text);
+    apply(document, document.text.replace(start, end, text));
+}
+
+void Server::apply(OpenDocument& document, Splice const& splice) {
+    if (document.analysis != nullptr) document.analysis->apply(splice);
 }
 
 void Server::close(Params params) {
@@ -73,14 +78,16 @@ void Server::close(Params params) {
 void Server::settle() {
     for (auto const& [uri, document] : workspace_.documents) {
         if (!std::exchange(document->isDirty, false)) continue;
-        publish(*document);
+        workspace_.analysisOf(*document);
+        outside_.send(publishedDiagnostics(workspace_, *document));
     }
 }
 
-void Server::publish(OpenDocument&) {}
-
-void Server::touchAll() {
-    for (auto const& [uri, document] : workspace_.documents) document->isDirty = true;
+void Server::judgeAnew() {
+    for (auto const& [uri, document] : workspace_.documents) {
+        document->analysis = nullptr;
+        document->isDirty = true;
+    }
 }
 
 }  // namespace tool::lsp

@@ -33,6 +33,32 @@ Place Workspace::placeIn(OpenDocument const& document, QJsonObject const& positi
     return *place;
 }
 
+DocumentAnalysis& Workspace::analysisOf(OpenDocument& document) const {
+    if (document.analysis != nullptr) return *document.analysis;
+    Rules rules;
+    rules.isDesignPending = isDesignSet && design == nullptr;
+    rules.match = match;
+    rules.codes = codes;
+    rules.documentName = document.path.empty() ? document.uri.toStdString() : document.path;
+    if (design != nullptr) {
+        rules.names = &design->names();
+        rules.nearest = [cache = nearNames, names = rules.names](taDciObjTyp type, std::string const& word) {
+            return cache->nearest(*names, type, word);
+        };
+    }
+    // The document takes the place of its file among the files of the set; else it comes last.
+    std::vector<FileText>* texts = &rules.filesBefore;
+    for (SetFile const& file : files) {
+        if (file.path == document.path) {
+            texts = &rules.filesAfter;
+        } else {
+            texts->push_back({file.name, file.isRead ? &file.lines : nullptr});
+        }
+    }
+    document.analysis = std::make_unique<DocumentAnalysis>(document.text, std::move(rules));
+    return *document.analysis;
+}
+
 QJsonObject Workspace::edit(OpenDocument const& document, QJsonArray const& edits) const {
     if (!client.versionsEdits) return {{"changes", QJsonObject{{document.uri, edits}}}};
     QJsonValue const version = document.version ? QJsonValue(*document.version) : QJsonValue();

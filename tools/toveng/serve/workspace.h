@@ -11,6 +11,8 @@
 
 #include "serve/design_loader.h"
 #include "serve/document.h"
+#include "serve/document_analysis.h"
+#include "serve/near_name_cache.h"
 #include "serve/rpc.h"
 
 namespace tool::lsp {
@@ -35,6 +37,7 @@ struct SetFile {
     std::string path;
     std::string name;                ///< as the user wrote it
     std::vector<std::string> lines;  ///< UTF-8
+    bool isRead = false;             ///< else it could not be read
 };
 
 /// A document that the client has opened.
@@ -44,20 +47,28 @@ struct OpenDocument {
     std::optional<qint64> version;
     Text text;
     bool isDirty = true;  ///< has changed since its diagnostics were sent
+    /// Of the text; null until it is asked for.
+    std::unique_ptr<DocumentAnalysis> analysis;
 };
 
 /// What the features work on.
 struct Workspace {
     Client client;
     DesignPtr design;  ///< null until it is loaded
+    bool isDesignSet = false;  ///< it may not be loaded
     kiri::tov::TovNameMatch match = kiri::tov::TOVMATCH_LEVELS;
+    CodeSet codes{true};  ///< of the findings that are shown
     std::vector<SetFile> files;
     std::map<QString, std::unique_ptr<OpenDocument>> documents;
+    std::shared_ptr<NearNameCache> nearNames = std::make_shared<NearNameCache>();  ///< of the design
 
     /// Returns the document that a request's "textDocument" names; RpcError if it is not open.
     OpenDocument& documentIn(QJsonObject const& params) const;
     /// Returns the place of a request's position; RpcError if it is beyond the last line.
     Place placeIn(OpenDocument const& document, QJsonObject const& position) const;
+
+    /// Returns the analysis of a document as it is now.
+    DocumentAnalysis& analysisOf(OpenDocument& document) const;
 
     /// Returns text edits of a document as an edit of the workspace, for the document's version where the client minds.
     QJsonObject edit(OpenDocument const& document, QJsonArray const& edits) const;

@@ -1,0 +1,204 @@
+// What the server is made of: the framing of messages, positions, words of a line, and what it costs.
+
+#include <gtest/gtest.h>
+#include <malloc.h>
+#include <sys/resource.h>
+
+#include "analysis/words.h"
+#include "conversation.h"
+#include "serve/line_words.h"
+#include "serve/name_list.h"
+#include "tests/support.h"
+
+namespace {
+
+using conversation::Conversation;
+using tool::lsp::Framer;
+
+/// The bodies that a stream holds; "!" for what is broken.
+std::vector<std::string> bodiesIn(std::string const& stream, std::size_t block) {
+    std::vector<std::string> bodies;
+    Framer framer;
+    QByteArray body;
+    for (std::size_t at = 0; at < stream.size(); at += block) {
+        framer.append(std::string_view(stream).substr(at, block));
+        for (auto result = framer.next(body); result != Framer::Result::needMore; result = framer.next(body)) {
+            bodies.push_back(result == Framer::Result::broken ? "!" : body.toStdString());
+        }
+    }
+    return bodies;
+}
+
+TEST(Framer, TakesMessagesAndGoesOnAfterBrokenHeaders) {
+    using Bodies = std::vector<std::string>;
+    std::string const one = "Content-Length: 2\r\n\r\n{}";
+    struct {
+        std::string stream;
+        Bodies bodies;
+    } const rows[] = {
+        {one + one, {"{}", "{}"}},
+        {"content-LENGTH:2\nContent-Type: x\n\n{}", {"{}"}},
+        {"Content-Length: 0\r\n\r\n" + one, {"", "{}"}},
+        {"Content-Type: x\r\n\r\n{}" + one, {"!", "{}"}},
+        {"rubbish" + one, {"!", "{}"}},
+        {"rubbish\r\n" + one, {"{}"}},
+        {"Content-Length: x\r\n\r\n" + one, {"!", "{}"}},
+        {"Content-Length: -1\r\n\r\nContent-Length: 1e3\r\n\r\n" + one, {"!", "!", "{}"}},
+        {"Content-Length: 99999999999999999999\r\n\r\n" + one, {"!", "{}"}},
+        {"Content-Length: 268435457\r\n\r\n" + one, {"!", "{}"}},
+        {std::string(10'000, 'x') + one, {"!", "{}"}},
+        {"\r\n\r\n" + one, {"!", "{}"}},
+    };
+    for (auto const& row : rows) {
+        for (std::size_t block : {std::size_t{1}, std::size_t{7}, row.stream.size()}) {
+            EXPECT_EQ(bodiesIn(row.stream, block), row.bodies) << row.stream << " in blocks of " << block;
+        }
+    }
+}
+
+TEST(Text, ConvertsPositions) {
+    using tool::lsp::Encoding;
+    tool::lsp::Text text;
+    text.replaceAll("a\xc3\xbc\xf0\x9f\x98\x80z\r\nb\rcd\n\re\r");
+    struct {
+        std::size_t line;
+        std::size_t character;
+        Encoding encoding;
+        int textLine;  // -1: there is no such line
+        std::size_t byte;
+    } const rows[] = {
+        {0, 2, Encoding::utf16, 0, 3},  {0, 3, Encoding::utf16, 0, 3},    // within the pair
+        {0, 4, Encoding::utf16, 0, 7},  {0, 99, Encoding::utf16, 0, 8},   // before the line end
+        {0, 3, Encoding::utf8, 0, 3},   {0, 2, Encoding::utf8, 0, 1},     // within the character
+        {1, 5, Encoding::utf16, 1, 1},  {2, 1, Encoding::utf16, 1, 3},    // a lone CR ends the client's line
+        {3, 9, Encoding::utf16, 2, 0},  {4, 1, Encoding::utf16, 2, 2},
+        {5, 0, Encoding::utf16, 2, 3},  {6, 0, Encoding::utf16, -1, 0},
+    };
+    for (auto const& row : rows) {
+        auto const place = text.placeAt(row.line, row.character, row.encoding);
+        ASSERT_EQ(place.has_value(), row.textLine >= 0) << row.line << ":" << row.character;
+        if (!place) continue;
+        EXPECT_EQ(place->line, static_cast<std::size_t>(row.textLine)) << row.line << ":" << row.character;
+        EXPECT_EQ(place->byte, row.byte) << row.line << ":" << row.character;
+        EXPECT_EQ(text.positionOf(*place, row.encoding).line, row.line);
+    }
+}
+
+/// The words of a line with their kinds, in short.
+std::string wordsIn(std::string_view line) {
+    constexpr char const* kinds[] = {"command", "option", "query", "name", "clock", "value", "other"};
+    std::string text;
+    for (tool::lsp::Word const& word : tool::lsp::wordsOf(line).words) {
+        std::string kind = kinds[static_cast<int>(word.kind)];
+        if (word.kind == tool::lsp::WordKind::name) kind = tool::lsp::typeTitle(word.type);
+        if (!word.isJudged) kind += "?";
+        if (word.isLocal) kind += "*";
+        tool::addWord(text, std::string(word.text) + "=" + kind);
+    }
+    return text;
+}
+
+TEST(LineWords, KnowWhatEachWordRefersTo) {
+    struct {
+        char const* line;
+        char const* words;
+    } const rows[] = {
+        {"create_clock -name c -period 10 -waveform {0 5} [get_ports {clk d[3]}]",
+         "create_clock=command -name=option c=clock -period=option 10=value -waveform=option 0=value 5=value "
+         "get_ports=query clk=port d[3]=port"},
+        {" #disable set_input_delay -clock clk -min -0.5 a", "#disable=command set_input_delay=command -clock=option "
+                                                            "clk=clock -min=option -0.5=value a=object"},
+        {"set_false_path -from [get_pins -hier {a b}] -to [get_cells -filter {x == y} c]",
+         "set_false_path=command -from=option get_pins=query -hier=option* a=pin* b=pin* -to=option get_cells=query "
+         "-filter=option? x=other? ===other? y=other? c=cell?"},
+        {"set_clock_groups -group [list [get_clocks a] b] -group {c \"d\"}",
+         "set_clock_groups=command -group=option list=query get_clocks=query a=clock b=other -group=option c=clock "
+         "d=clock"},
+        {"#attribute PORT clk KEEP 1 bool", "#attribute=command PORT=other clk=other KEEP=other 1=other bool=other"},
+        {"# set_false_path -from a", ""},
+        {"]}\"", ""},
+    };
+    for (auto const& row : rows) EXPECT_EQ(wordsIn(row.line), row.words) << row.line;
+}
+
+TEST(NameList, CompletesUpToTheNextLevel) {
+    tool::lsp::NameList names;
+    for (char const* name : {"u/b/x", "u/a", "u/a/y", "u/a/z", "ux", "u/a", "v"}) names.add(name);
+    names.sort();
+    struct {
+        char const* prefix;
+        std::string completions;
+    } const rows[] = {{"", "u/ ux v"}, {"u", "u/ ux"}, {"u/", "u/a u/a/ u/b/"}, {"u/a/", "u/a/y u/a/z"}, {"w", ""}};
+    for (auto const& row : rows) {
+        std::string found;
+        names.complete(row.prefix, [&](std::string_view name) {
+            tool::addWord(found, name);
+            return true;
+        });
+        EXPECT_EQ(found, row.completions) << row.prefix;
+    }
+}
+
+QString const uri = "file:///w/a.tov";
+
+std::string largeDocument(int lines) {
+    std::string text = "create_clock -period 10 -name clk [get_ports clk]\n";
+    for (int i = 0; i < lines; ++i) {
+        std::string const number = std::to_string(i);
+        text += i % 100 == 0 ? "set_false_path -setup -from [get_ports p" + number + "]\n"
+                             : "set_max_delay " + number + " -from [get_pins u" + number + "/Q] -to [get_clocks clk]\n";
+    }
+    return text;
+}
+
+void start(Conversation& client) {
+    client.request("initialize", {{"capabilities", QJsonObject()}});
+    client.notify("initialized", {});
+}
+
+QJsonArray typed(int line, QString const& text) {
+    QJsonObject const place{{"line", line}, {"character", 17}};
+    return {QJsonObject{{"range", QJsonObject{{"start", place}, {"end", place}}}, {"text", text}}};
+}
+
+double secondsUsed() {
+    struct rusage used {};
+    ::getrusage(RUSAGE_SELF, &used);
+    return static_cast<double>(used.ru_utime.tv_sec + used.ru_stime.tv_sec) +
+           static_cast<double>(used.ru_utime.tv_usec + used.ru_stime.tv_usec) * 1e-6;
+}
+
+// A promise is a tenth; the test's own work is in both figures.
+TEST(Server, JudgesAfterAnEditWhatItMayChange) {
+    Conversation client("/w");
+    start(client);
+    double const before = secondsUsed();
+    client.open(uri, largeDocument(20'000));
+    double const whole = secondsUsed() - before;
+    constexpr int edits = 20;
+    double const start = secondsUsed();
+    for (int i = 0; i < edits; ++i) client.change(uri, 2 + i, typed(9'000 + i, "9"));
+    EXPECT_LT((secondsUsed() - start) / edits, whole / 5);
+}
+
+TEST(Server, DoesNotGrowInALongConversation) {
+    Conversation client("/w");
+    start(client);
+    client.open(uri, largeDocument(100));
+    auto const converse = [&client](int from, int count) {
+        for (int i = from; i < from + count; ++i) {
+            bool const isAdding = i % 2 == 0;
+            client.change(uri, i, typed(7, isAdding ? QString("x%1\n").arg(i) : QString("-from y%1 ").arg(i)));
+            if (i % 50 == 0) client.open(uri, largeDocument(100), i);
+            client.request("textDocument/hover", {{"textDocument", QJsonObject{{"uri", uri}}},
+                                                  {"position", QJsonObject{{"line", 7}, {"character", 40}}}});
+            client.take();
+        }
+    };
+    converse(0, 500);
+    std::size_t const before = ::mallinfo2().uordblks;
+    converse(500, 2'000);
+    EXPECT_LT(::mallinfo2().uordblks, before + 200'000);
+}
+
+}  // namespace

@@ -1,0 +1,2 @@
+" Constraint files of toveng.
+autocmd BufNewFile,BufRead *.tov setfiletype toveng
