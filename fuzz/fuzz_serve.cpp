@@ -23,7 +23,8 @@ std::string framed(std::string const& input) {
     for (std::size_t at = 0; at < input.size();) {
         std::size_t const end = std::min(input.find('\n', at), input.size());
         std::string const line = input.substr(at, end - at);
-        if (!line.empty() && line.front() == '{') bytes += "Content-Length: " + std::to_string(line.size()) + "\r\n\r\n";
+        if (!line.empty() && line.front() == '{')
+            bytes += "Content-Length: " + std::to_string(line.size()) + "\r\n\r\n";
         bytes += line;
         if (line.empty() || line.front() != '{') bytes += '\n';
         at = end + 1;
@@ -37,8 +38,8 @@ void fuzz::run(std::string const& input) {
     Log log("");
     Channel channel;
     Framer framer;
-    Server server({checkMessage, [](std::string const&) {}, [](int, std::string const&) {}, [](DesignPtr const&) {}}, {},
-                  "/nowhere");
+    Server server({checkMessage, [](std::string const&) {}, [](int, std::string const&) {}, [](DesignPtr const&) {}},
+                  {}, "/nowhere");
     framer.append(framed(input));
     std::vector<Event> events = messagesIn(framer, log);
     channel.push(std::move(events));

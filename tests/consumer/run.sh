@@ -165,6 +165,22 @@ examples() {
   done
 }
 
+# The installed program in Neovim, without a screen.
+editor() {
+  command -v nvim >/dev/null || { echo "no Neovim: not run"; exit 77; }
+  local folder=$work/$way
+  mkdir -p "$folder"
+  iconv -f latin1 -t utf8 "$source/examples/constraint_tour/demo_soc.tov" |
+    sed 's/\[get_ports usb_oe\]/[get_ports usb_eo]/' >"$folder/demo_soc.tov"
+  cp "$source/examples/design_tour/soc.xml" "$folder"
+  (cd "$folder" && PROGRAM=$prefix/bin/toveng DESIGN=soc.xml OUT=editor.out HOME=$folder timeout 60 \
+    nvim --headless -u NONE -i NONE -n -c "luafile $here/editor.lua" demo_soc.tov >"$folder.log" 2>&1)
+  grep -F '26:39 missing-name' "$folder/editor.out" >/dev/null || fail "no finding: $(cat "$folder/editor.out")"
+  grep -F 'Also used in lines' "$folder/editor.out" >/dev/null || fail "no hover: $(cat "$folder/editor.out")"
+  grep -Fx 'Write usb_oe' "$folder/editor.out" >/dev/null || fail "no action: $(cat "$folder/editor.out")"
+  grep -F 'set_output_delay -clock clk_usb 2.0 [get_ports usb_oe]' "$folder/editor.out" >/dev/null || fail "not applied"
+}
+
 # BUILD is the folder of the packages that scripts/package made.
 debian() {
   local runtime development tools flags root=$work/root
@@ -221,7 +237,7 @@ external_platform() {
 }
 
 case $way in
-  add_subdirectory | cmake_package | debian | debug_containers | examples | external_platform | headers | pkg_config | \
+  add_subdirectory | cmake_package | debian | debug_containers | editor | examples | external_platform | headers | pkg_config | \
     readme | stage) "$way" ;;
   *) fail "no such way" ;;
 esac

@@ -2,6 +2,7 @@
 // UPDATE=1 writes the file instead. Rows of the client, with the place of a word as LINE:CHARACTER, from 0:
 //
 //   start [CAPABILITIES [OPTIONS]]  begins a conversation; the workspace is a scratch folder with the samples in it
+//   connect                         begins one without a word
 //   write FILE                      writes a file of the workspace: the lines that begin with "| "
 //   open FILE                       opens a document with these lines
 //   change FILE FROM-TO "TEXT"...   edits it, with all edits in one notification
@@ -9,7 +10,7 @@
 //   FEATURE FILE PLACE [PARAMETERS] asks for hover, completion, definition ...
 //   request METHOD PARAMETERS, notify METHOD PARAMETERS
 //   answer RESULT, refuse           for the last request of the server
-//   raw BYTES                       as they are, with \r, \n and \0
+//   message JSON, raw BYTES         as they are; bytes with \r, \n and \0
 //   design, tick                    waits for the design; lets the server look at files
 //
 // What the server says is indented. Ranges are FROM-TO, and the workspace is $W.
@@ -82,7 +83,8 @@ class Player {
 public:
     explicit Player(std::string const& samples) {
         for (char const* sample : {"constraint_tour/demo_soc.tov", "design_tour/soc.xml"}) {
-            std::filesystem::copy_file(samples + "/" + sample, dir_ / std::filesystem::path(sample).filename().string());
+            std::filesystem::copy_file(samples + "/" + sample,
+                                       dir_ / std::filesystem::path(sample).filename().string());
         }
     }
 
@@ -103,6 +105,8 @@ public:
 private:
     void run(std::string const& verb, std::istringstream& words, std::string const& text) {
         if (verb == "start") return start(rest(words));
+        if (verb == "connect") return void(client_ = std::make_unique<Conversation>(dir_ / ""));
+        if (verb == "message") return client_->send(Conversation::framed(parsed(rest(words)).toObject()));
         if (verb == "raw") return client_->send(unescaped(rest(words)));
         if (verb == "design") return client_->waitForDesign();
         if (verb == "tick") return client_->tick();
@@ -133,8 +137,10 @@ private:
 
     void start(std::string const& parameters) {
         client_ = std::make_unique<Conversation>(dir_ / "");
-        QJsonArray const given =
-            QJsonDocument::fromJson(QByteArray::fromStdString("[" + parameters + "]")).array();
+        std::string values = parameters;
+        std::size_t const between = values.find("} {");
+        if (between != std::string::npos) values.replace(between, 3, "}, {");
+        QJsonArray const given = QJsonDocument::fromJson(QByteArray::fromStdString("[" + values + "]")).array();
         client_->request("initialize", {{"capabilities", given.at(0).toObject()},
                                         {"initializationOptions", given.at(1)},
                                         {"rootUri", QString::fromStdString("file://" + (dir_ / ""))}});
@@ -188,8 +194,9 @@ private:
         for (QJsonValue const& each : params.value("diagnostics").toArray()) {
             QJsonObject const finding = each.toObject();
             addLine("  " + shortened(finding.value("range")).toString().toStdString() +
-                    (finding.value("severity") == 1 ? " error " : " ") + finding.value("code").toString().toStdString() +
-                    ": " + finding.value("message").toString().toStdString());
+                    (finding.value("severity") == 1 ? " error " : " ") +
+                    finding.value("code").toString().toStdString() + ": " +
+                    finding.value("message").toString().toStdString());
         }
     }
 

@@ -18,6 +18,11 @@ std::string utf8(std::string const& bytes) {
     return toText(bytes).toStdString();
 }
 
+NearNames::Search searchIn(Design const* design) {
+    if (design == nullptr) return {};
+    return [design](taDciObjTyp type, std::string const& word) { return design->names->nearest(type, word); };
+}
+
 std::string savedLine(std::string const& line) {
     std::unique_ptr<TovCmd> const cmd = makeCommand(line);
     return cmd == nullptr ? line : cmd->toSaveString(nullptr);
@@ -32,7 +37,7 @@ SetCheck::SetCheck(CheckOptions const& options, Design const* design, Report& re
       counts_(counts),
       judge_(design == nullptr ? nullptr : design->names.get(), options.match),
       set_(design != nullptr),
-      near_(set_.clocks(), design == nullptr ? nullptr : design->names.get()) {}
+      near_(set_.clocks(), searchIn(design)) {}
 
 void SetCheck::read(Input const& input, SlowProgress& progress) {
     File& file = files_.emplace_back(File{input, spots_.size()});

@@ -19,23 +19,27 @@ std::string number(double value) {
 
 }  // namespace
 
-std::string NearNames::messageOf(MissingWord const& word) {
-    bool const isClock = word.isClock;
-    taDciObjTyp const type = isClock ? taDciObjClock : word.type;
-    std::string message = missingMessage({nullptr, "", type, word.text, word.match});
+std::string NearNames::nearestTo(MissingWord const& word) {
     Nearest nearest(word.text);
-    if (isClock || word.mayBeClock()) {
+    if (word.isClock || word.mayBeClock()) {
         std::string const clock = clocks_.nearest(word.text);
         if (!clock.empty()) nearest.add(clock);
     }
-    if (names_ != nullptr && searches_ > 0) {
+    if (search_ && searches_ > 0) {
         --searches_;
-        std::string const name = names_->nearest(type, word.text);
+        std::string const name = search_(word.isClock ? taDciObjClock : word.type, word.text);
         // The design's name may be near by its path, which is not its text.
-        if (!name.empty() && nearest.word().empty()) return message + "; did you mean `" + name + "`?";
+        if (nearest.word().empty()) return name;
         if (!name.empty()) nearest.add(name);
     }
-    return nearest.word().empty() ? message : message + "; did you mean `" + nearest.word() + "`?";
+    return nearest.word();
+}
+
+std::string NearNames::messageOf(MissingWord const& word) {
+    taDciObjTyp const type = word.isClock ? taDciObjClock : word.type;
+    std::string const message = missingMessage({nullptr, "", type, word.text, word.match});
+    std::string const nearest = nearestTo(word);
+    return nearest.empty() ? message : message + "; did you mean `" + nearest + "`?";
 }
 
 std::string messageOf(SetFinding const& finding, StatementSet const& set, std::size_t place, std::string const& other,

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "analysis/statement_set.h"
 #include "tov/names/design_names.h"
@@ -10,16 +12,22 @@ namespace tool {
 /// Looks for near names among those of a design, where there is one, and the clocks of a set.
 class NearNames {
 public:
-    /// `names` is null for none. Each search goes through all names of the design: at most `searches` are made.
-    NearNames(KnownClocks const& clocks, kiri::tov::TovDesignNames const* names, int searches = 100)
-        : clocks_(clocks), names_(names), searches_(searches) {}
+    /// Returns the name of a design that is nearest to a word; empty if there is none.
+    using Search = std::function<std::string(taDciObjTyp type, std::string const& word)>;
+
+    /// `search` is empty without a design. It may go through all names of the design: at most `searches` are made.
+    NearNames(KnownClocks const& clocks, Search search, int searches = 100)
+        : clocks_(clocks), search_(std::move(search)), searches_(searches) {}
 
     /// "no such port: `a`; did you mean `b`?" Where a clock is meant, clocks alone are near.
     std::string messageOf(MissingWord const& word);
 
+    /// Returns the near name; empty if there is none.
+    std::string nearestTo(MissingWord const& word);
+
 private:
     KnownClocks const& clocks_;
-    kiri::tov::TovDesignNames const* names_;
+    Search search_;
     int searches_;
 };
 

@@ -91,9 +91,9 @@ DocumentAnalysis::Record DocumentAnalysis::judge(Lines& lines, Statement const& 
     endsLoad = judgement.endsLoad;
     Record record;
     if (judgement.findings.empty()) return record;
-    record.own = std::make_unique<std::vector<Problem>>();
+    record.own = std::make_unique<Own>(Own{statement.first, {}});
     for (Finding& finding : judgement.findings) {
-        record.own->push_back(
+        record.own->problems.push_back(
             {finding.line - statement.first, finding.code, std::move(finding.text), std::move(finding.message)});
     }
     return record;
@@ -122,7 +122,9 @@ void DocumentAnalysis::apply(Splice const& splice) {
     bool const reachesOld = !endsLoad && line < text_.lineCount();
     if (!reachesOld) last = statements_.size();
     isCut_ = endsLoad || (isCut_ && reachesOld);
-    for (std::size_t i = last; i < statements_.size(); ++i) statements_[i].first = moved(statements_[i].first);
+    bool const isMoved = splice.added != splice.removed;
+    for (std::size_t i = last; isMoved && i < statements_.size(); ++i)
+        statements_[i].first = moved(statements_[i].first);
     set_.replace(offset_ + first, last - first, facts);
     replacePart(statements_, first, last, statements);
     replacePart(records_, first, last, records);
@@ -143,10 +145,17 @@ bool DocumentAnalysis::isTold(Code code) const {
 }
 
 // Findings between statements name lines, which move: they are made anew.
-std::vector<Problem> DocumentAnalysis::problemsOf(std::size_t index, NearNames& near) const {
-    Record const& record = records_[index];
+std::vector<Problem> DocumentAnalysis::problemsOf(std::size_t index, NearNames& near) {
+    Record& record = records_[index];
+    Statement const& statement = statements_[index];
+    if (record.own != nullptr && statement.goesOn() && record.own->first != statement.first) {
+        TextLines lines(text_);
+        Facts facts;
+        bool endsLoad = false;
+        record.own = judge(lines, statement, facts, endsLoad).own;
+    }
     std::vector<Problem> problems;
-    if (record.own != nullptr) problems = *record.own;
+    if (record.own != nullptr) problems = record.own->problems;
     std::vector<SetFinding> others;
     if (record.hasOthers) others = set_.findingsOf(offset_ + index);
     for (SetFinding& other : others) {
@@ -160,7 +169,7 @@ std::vector<Problem> DocumentAnalysis::problemsOf(std::size_t index, NearNames& 
     });
     auto const isSilent = [this](Problem const& problem) { return !isTold(problem.code); };
     problems.erase(std::remove_if(problems.begin(), problems.end(), isSilent), problems.end());
-    for (Problem& problem : problems) problem.line += statements_[index].first;
+    for (Problem& problem : problems) problem.line += statement.first;
     return problems;
 }
 

@@ -37,7 +37,7 @@ struct Problem {
     std::size_t line;  ///< counted from 0
     Code code;
     std::string text;
-    std::string message;    ///< UTF-8
+    std::string message;               ///< UTF-8
     std::vector<MissingWord> words{};  ///< that stand for nothing: of undefined-clock and missing-name
 };
 
@@ -59,13 +59,20 @@ public:
     /// Returns the findings of the statement that a line belongs to.
     std::vector<Problem> problemsAt(std::size_t line);
     /// Returns the near name for a word that stands for nothing; empty if there is none.
-    std::string nearestTo(MissingWord const& word) const { return NearNames(set_.clocks(), rules_.nearest).nearestTo(word); }
+    std::string nearestTo(MissingWord const& word) const {
+        return NearNames(set_.clocks(), rules_.nearest).nearestTo(word);
+    }
 
 private:
+    /// What is found in a statement by itself. Messages on commands that go on name their lines.
+    struct Own {
+        std::size_t first;  // the statement's line when it was judged
+        std::vector<Problem> problems;
+    };
     /// What is found in a statement.
     struct Record {
-        std::unique_ptr<std::vector<Problem>> own;  // in the statement by itself
-        bool hasOthers = false;                     // there is something because of other statements
+        std::unique_ptr<Own> own;  // null for nothing
+        bool hasOthers = false;    // there is something because of other statements
     };
     /// A statement of another file.
     struct FileStatement {
@@ -76,7 +83,7 @@ private:
     void addFiles(std::vector<FileText> const& files);
     Record judge(Lines& lines, Statement const& statement, Facts& facts, bool& endsLoad) const;
     void refresh();
-    std::vector<Problem> problemsOf(std::size_t index, NearNames& near) const;
+    std::vector<Problem> problemsOf(std::size_t index, NearNames& near);
     std::string placeOf(std::size_t place) const;
     std::size_t indexAt(std::size_t line) const;
     bool isTold(Code code) const;

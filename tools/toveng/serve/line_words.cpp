@@ -53,6 +53,7 @@ private:
         bool isLocal = false;
         bool isJudged = true;
         bool skipsNext = false;  // the operand of one of its options
+        bool isSkipped = false;  // is such an operand
         std::size_t firstWord = 0;
     };
 
@@ -98,7 +99,8 @@ private:
             group.query = outer.query;
             group.hasWord = true;
             group.isLocal = outer.isLocal;
-            group.isJudged = outer.isJudged && !outer.skipsNext;
+            group.isJudged = outer.isJudged;
+            group.isSkipped = outer.skipsNext || outer.isSkipped;
         }
         groups_.push_back(group);
         ++at_;
@@ -150,7 +152,7 @@ private:
             group.skipsNext = selectsByOther(text) || text == "-hsc";
             return addWord(begin, at_, WordKind::option);
         }
-        if (group.skipsNext) {
+        if (group.skipsNext || group.isSkipped) {
             group.skipsNext = false;
             return addWord(begin, at_, WordKind::other);
         }

@@ -1,7 +1,7 @@
 #include "serve/rpc.h"
 
+#include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace tool::lsp {
 
@@ -66,6 +66,11 @@ std::size_t numberIn(QJsonObject const& object, char const* field) {
     }
     constexpr double most = 1e15;
     return static_cast<std::size_t>(number < most ? number : most);
+}
+
+std::int64_t wholeNumber(QJsonValue const& number) {
+    constexpr double most = 9007199254740992;
+    return static_cast<std::int64_t>(std::clamp(number.toDouble(), -most, most));
 }
 
 QJsonValue at(QJsonValue value, std::initializer_list<char const*> fields) {

@@ -40,6 +40,9 @@ QString textIn(QJsonObject const& object, char const* field);
 /// A whole number from 0 on; one that is larger than any text is the largest.
 std::size_t numberIn(QJsonObject const& object, char const* field);
 
+/// Returns a number as a whole one; what a double does not hold exactly becomes the nearest that it does.
+std::int64_t wholeNumber(QJsonValue const& number);
+
 /// Returns what a path of fields leads to; undefined where a field is missing or no object.
 QJsonValue at(QJsonValue value, std::initializer_list<char const*> fields);
 

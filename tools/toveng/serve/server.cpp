@@ -122,7 +122,7 @@ void Server::handleNotification(QString const& method, QJsonValue const& params)
 
 void Server::handleResponse(QJsonObject const& message) {
     QJsonValue const id = message.value("id");
-    auto const found = asked_.find(id.isDouble() ? static_cast<std::int64_t>(id.toDouble()) : -1);
+    auto const found = asked_.find(id.isDouble() ? wholeNumber(id) : -1);
     if (found == asked_.end()) return;
     Answered const answered = std::move(found->second);
     asked_.erase(found);

@@ -94,6 +94,7 @@ private:
     void sendProgress(char const* kind, QJsonObject value);
     void watchFiles();
     QString registrationId() const;
+    void registerFor(QString const& id, char const* method, QJsonObject const& options, Answered answered);
     void fileChanged(std::string const& path);
 
     static NotificationRow const notifications[];

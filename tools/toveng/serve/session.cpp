@@ -29,6 +29,10 @@ std::vector<std::string> linesOf(Input const& input) {
 }  // namespace
 
 void Server::initialized(Params) {
+    if (workspace_.client.reportsSettings) {
+        constexpr char const* method = "workspace/didChangeConfiguration";
+        registerFor("toveng/settings", method, QJsonObject{{"section", "toveng"}}, {});
+    }
     if (workspace_.client.hasSettings) pullSettings();
     applySettings();
 }
@@ -176,12 +180,15 @@ void Server::watchFiles() {
     QJsonArray const watchers = watched_.watchers(workspace_.client.knowsBasePaths);
     if (watchers.isEmpty()) return;
     registration_ = ++lastRegistration_;
-    QJsonObject const added{
-        {"id", registrationId()}, {"method", method}, {"registerOptions", QJsonObject{{"watchers", watchers}}}};
-    ask("client/registerCapability", QJsonObject{{"registrations", QJsonArray{added}}},
-        [this, number = registration_](QJsonValue const&, bool isError) {
-            if (number == registration_) watched_.setWatchedByClient(!isError);
-        });
+    registerFor(registrationId(), method, QJsonObject{{"watchers", watchers}},
+                [this, number = registration_](QJsonValue const&, bool isError) {
+                    if (number == registration_) watched_.setWatchedByClient(!isError);
+                });
+}
+
+void Server::registerFor(QString const& id, char const* method, QJsonObject const& options, Answered answered) {
+    QJsonObject const added{{"id", id}, {"method", method}, {"registerOptions", options}};
+    ask("client/registerCapability", QJsonObject{{"registrations", QJsonArray{added}}}, std::move(answered));
 }
 
 QString Server::registrationId() const {

@@ -11,7 +11,7 @@ namespace {
 
 std::optional<qint64> versionIn(QJsonObject const& document) {
     QJsonValue const version = document.value("version");
-    if (version.isDouble()) return static_cast<qint64>(version.toDouble());
+    if (version.isDouble()) return wholeNumber(version);
     if (version.isUndefined() || version.isNull()) return {};
     throw RpcError{ErrorCode::invalidParams, "'version' must be a number"};
 }

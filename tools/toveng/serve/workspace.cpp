@@ -13,6 +13,7 @@ Client Client::of(QJsonObject const& params) {
     client.nestsSymbols = isTrue({"textDocument", "documentSymbol", "hierarchicalDocumentSymbolSupport"});
     client.versionsEdits = isTrue({"workspace", "workspaceEdit", "documentChanges"});
     client.hasSettings = isTrue({"workspace", "configuration"});
+    client.reportsSettings = isTrue({"workspace", "didChangeConfiguration", "dynamicRegistration"});
     client.watchesFiles = isTrue({"workspace", "didChangeWatchedFiles", "dynamicRegistration"});
     client.knowsBasePaths = isTrue({"workspace", "didChangeWatchedFiles", "relativePatternSupport"});
     client.showsProgress = isTrue({"window", "workDoneProgress"});

@@ -25,10 +25,11 @@ struct Client {
     Encoding encoding = Encoding::utf16;
     bool readsMarkdown = false;
     bool nestsSymbols = false;
-    bool versionsEdits = false;   ///< takes edits for a version of a document
-    bool hasSettings = false;     ///< answers workspace/configuration
-    bool watchesFiles = false;    ///< where it is asked to
-    bool knowsBasePaths = false;  ///< of the patterns of files to watch
+    bool versionsEdits = false;    ///< takes edits for a version of a document
+    bool hasSettings = false;      ///< answers workspace/configuration
+    bool reportsSettings = false;  ///< where it is asked to
+    bool watchesFiles = false;     ///< where it is asked to
+    bool knowsBasePaths = false;   ///< of the patterns of files to watch
     bool showsProgress = false;
 };
 
@@ -54,7 +55,7 @@ struct OpenDocument {
 /// What the features work on.
 struct Workspace {
     Client client;
-    DesignPtr design;  ///< null until it is loaded
+    DesignPtr design;          ///< null until it is loaded
     bool isDesignSet = false;  ///< it may not be loaded
     kiri::tov::TovNameMatch match = kiri::tov::TOVMATCH_LEVELS;
     CodeSet codes{true};  ///< of the findings that are shown
