@@ -35,7 +35,7 @@ local ok, failure = pcall(function()
     return assert(answer.result, vim.inspect(answer))
   end
   write(ask('textDocument/hover', 'clk_usb', {}).contents.value)
-  local actions = ask('textDocument/codeAction', 'usb_eo', { context = { diagnostics = {} } })
+  local actions = ask('textDocument/codeAction', 'usb_ooe', { context = { diagnostics = {} } })
   write(actions[1].title)
   vim.lsp.util.apply_workspace_edit(actions[1].edit, 'utf-16')
   write(vim.fn.getline('.'))

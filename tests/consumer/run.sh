@@ -171,11 +171,11 @@ editor() {
   local folder=$work/$way
   mkdir -p "$folder"
   iconv -f latin1 -t utf8 "$source/examples/constraint_tour/demo_soc.tov" |
-    sed 's/\[get_ports usb_oe\]/[get_ports usb_eo]/' >"$folder/demo_soc.tov"
+    sed 's/\[get_ports usb_oe\]/[get_ports usb_ooe]/' >"$folder/demo_soc.tov"
   cp "$source/examples/design_tour/soc.xml" "$folder"
   (cd "$folder" && PROGRAM=$prefix/bin/toveng DESIGN=soc.xml OUT=editor.out HOME=$folder timeout 60 \
     nvim --headless -u NONE -i NONE -n -c "luafile $here/editor.lua" demo_soc.tov >"$folder.log" 2>&1)
-  grep -F '26:39 missing-name' "$folder/editor.out" >/dev/null || fail "no finding: $(cat "$folder/editor.out")"
+  grep -F '30:48 missing-name' "$folder/editor.out" >/dev/null || fail "no finding: $(cat "$folder/editor.out")"
   grep -F 'Also used in lines' "$folder/editor.out" >/dev/null || fail "no hover: $(cat "$folder/editor.out")"
   grep -Fx 'Write usb_oe' "$folder/editor.out" >/dev/null || fail "no action: $(cat "$folder/editor.out")"
   grep -F 'set_output_delay -clock clk_usb 2.0 [get_ports usb_oe]' "$folder/editor.out" >/dev/null || fail "not applied"

@@ -72,8 +72,9 @@ public:
                {{"textDocument", QJsonObject{{"uri", uri}, {"version", version}}}, {"contentChanges", changes}});
     }
 
-    /// Waits until the design that is being loaded has come.
+    /// Waits until the design that is being loaded has come. Nothing of it comes before.
     void waitForDesign() {
+        for (tool::lsp::Event const& event : std::exchange(held_, {})) handle(event);
         while (isLoading_) handle(channel_.take(std::chrono::seconds(60)));
         work();
     }
@@ -102,7 +103,10 @@ private:
     }
 
     void work() {
-        while (std::optional<tool::lsp::Event> const event = channel_.take({})) handle(event);
+        while (std::optional<tool::lsp::Event> event = channel_.take({})) {
+            bool const isMessage = std::holds_alternative<tool::lsp::Incoming>(*event);
+            isMessage ? handle(event) : held_.push_back(std::move(*event));
+        }
         server_.settle();
     }
 
@@ -111,6 +115,7 @@ private:
     tool::lsp::Framer framer_;
     std::vector<QJsonObject> sent_;
     std::vector<std::string> complaints_;
+    std::deque<tool::lsp::Event> held_;  // of the design: they come when the test waits for them
     bool isLoading_ = false;
     int lastId_ = 0;
     tool::lsp::DesignLoader loader_;

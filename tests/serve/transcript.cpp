@@ -128,9 +128,8 @@ private:
     std::string rest(std::istringstream& words) const {
         std::string text;
         std::getline(words >> std::ws, text);
-        std::string const folder = (dir_ / "").substr(0, (dir_ / "").size() - 1);
         for (std::size_t at = text.find("$W"); at != std::string::npos; at = text.find("$W", at)) {
-            text.replace(at, 2, folder);
+            text.replace(at, 2, folder());
         }
         return text;
     }
@@ -213,12 +212,14 @@ private:
     }
 
     void addLine(std::string line) {
-        std::string const folder = dir_ / "";
-        for (std::size_t at = line.find(folder); at != std::string::npos; at = line.find(folder, at)) {
-            line.replace(at, folder.size(), "$W/");
+        std::string const path = folder();
+        for (std::size_t at = line.find(path); at != std::string::npos; at = line.find(path, at)) {
+            line.replace(at, path.size(), "$W");
         }
         output_ += "    " + line + "\n";
     }
+
+    std::string folder() const { return (dir_ / "").substr(0, (dir_ / "").size() - 1); }
 
     support::TempDir dir_;
     std::unique_ptr<Conversation> client_;

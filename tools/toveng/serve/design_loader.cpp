@@ -40,7 +40,9 @@ TovProgress part(TovProgress const& progress, std::uint64_t from, std::uint64_t 
 Design::Design(std::string const& path, TovProgress const& progress) {
     Input const input(path, Content::dump);
     std::string error;
-    if (!design_.load(input.path(), part(progress, 0, percentRead), &error) || !error.empty()) throw Trouble(error);
+    if (!design_.load(input.path(), part(progress, 0, percentRead), &error) || !error.empty()) {
+        throw Trouble(path + ": " + error);
+    }
     names_ = std::make_unique<TovDesignNames const>(design_, part(progress, percentRead, percentIndexed));
     if (!names_->complete()) throw Trouble("stopped");
     for (taDciObjTyp type : listed) {

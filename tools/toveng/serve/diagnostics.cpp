@@ -3,6 +3,7 @@
 #include <QJsonDocument>
 
 #include "analysis/words.h"
+#include "text.h"
 
 namespace tool::lsp {
 
@@ -47,7 +48,7 @@ void appendProblem(std::string& json, Text const& text, Encoding encoding, Probl
     json.append(",\"source\":\"toveng\",\"code\":");
     appendText(json, rule.name);
     json += ",\"message\":";
-    appendText(json, problem.message);
+    appendText(json, toText(problem.message).toStdString());  // a design may have Latin-1 names
     json += '}';
 }
 

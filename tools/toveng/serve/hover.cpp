@@ -142,6 +142,7 @@ QJsonValue hover(Workspace const& workspace, QJsonObject const& params) {
         if (workspace.design != nullptr && word->isJudged) {
             addNodes(page, workspace, *subject, word->isLocal ? TOVMATCH_LOCAL : workspace.match);
         }
+        if (workspace.design == nullptr && !subject->isClock()) page.add("No design is loaded.");
         addUses(page, *subject);
     }
     if (page.isEmpty()) return {};

@@ -35,6 +35,8 @@ public:
         skipSpace();
         if (line_.substr(at_, 1) == "#" && !startComment()) {
             result_.end.isComment = true;
+            result_.end.begin = at_;
+            result_.end.isFirstWord = line_.find_first_of(whiteSpace, at_) == std::string_view::npos;
             return std::move(result_);
         }
         skipSpace();

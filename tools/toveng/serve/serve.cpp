@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <csignal>
+#include <cstdlib>
 
 #include "command.h"
 #include "serve/server.h"
@@ -23,8 +24,12 @@ int takeStandardOutput() {
     return fd;
 }
 
-QStringList codesIn(Arguments const& arguments, char const* option) {
-    return toText(arguments.value(option)).split(',', Qt::SkipEmptyParts);
+QJsonArray codesIn(Arguments const& arguments, char const* option) {
+    QJsonArray codes;
+    for (std::string const& list : arguments.values(option)) {
+        for (QString const& code : toText(list).split(',', Qt::SkipEmptyParts)) codes.append(code);
+    }
+    return codes;
 }
 
 Settings settingsOf(Arguments const& arguments) {
@@ -33,7 +38,7 @@ Settings settingsOf(Arguments const& arguments) {
         if (arguments.has(option)) object.insert(option, toText(arguments.value(option)));
     }
     for (char const* option : {"ignore", "select"}) {
-        if (arguments.has(option)) object.insert(option, QJsonArray::fromStringList(codesIn(arguments, option)));
+        if (arguments.has(option)) object.insert(option, codesIn(arguments, option));
     }
     QStringList problems;
     Settings settings = Settings::read(object, problems);
@@ -43,19 +48,25 @@ Settings settingsOf(Arguments const& arguments) {
     return settings;
 }
 
+// Findings go out when no messages wait, and twice a second where they never end.
 void work(Server& server, Channel& channel) {
+    using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds tick{300};
-    constexpr std::chrono::hours long_{24};
+    constexpr std::chrono::milliseconds longest{500};
+    constexpr std::chrono::hours forever{24};
+    Clock::time_point ticked = Clock::now();
+    Clock::time_point settled = ticked;
     while (!server.hasEnded()) {
         std::optional<Event> event = channel.take({});
-        if (!event) {
+        if (!event || Clock::now() - settled > longest) {
             server.settle();
-            event = channel.take(server.isWatching() ? tick : std::chrono::milliseconds(long_));
+            settled = Clock::now();
         }
-        if (event) {
-            server.handle(*event);
-        }
+        if (!event) event = channel.take(server.isWatching() ? tick : std::chrono::milliseconds(forever));
+        if (event) server.handle(*event);
+        if (Clock::now() - ticked < tick) continue;
         server.tick();
+        ticked = Clock::now();
     }
 }
 
@@ -83,7 +94,8 @@ int serve(Arguments const& arguments) {
     } catch (Output::Closed const&) {
         // There is nobody left to tell.
     }
-    return server.status();
+    // Nothing is left to write, and a design takes long to free.
+    std::_Exit(server.status());
 }
 
 }  // namespace tool

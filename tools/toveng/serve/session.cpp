@@ -119,8 +119,7 @@ void Server::handleDesign(DesignEvent const& event) {
     showProgress(event.percent);
     if (event.percent < 100) return;
     if (event.design == nullptr) {
-        QString const text = toText(designPath_) + ": " + toText(event.error);
-        notify("window/showMessage", QJsonObject{{"type", errorMessage}, {"message", text}});
+        notify("window/showMessage", QJsonObject{{"type", errorMessage}, {"message", toText(event.error)}});
         return;
     }
     judgeAnew();  // the documents refer to the design before
