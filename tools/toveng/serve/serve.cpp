@@ -53,7 +53,7 @@ void work(Server& server, Channel& channel) {
     using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds tick{300};
     constexpr std::chrono::milliseconds longest{500};
-    constexpr std::chrono::hours forever{24};
+    constexpr std::chrono::hours unbounded{24};
     Clock::time_point ticked = Clock::now();
     Clock::time_point settled = ticked;
     while (!server.hasEnded()) {
@@ -62,7 +62,7 @@ void work(Server& server, Channel& channel) {
             server.settle();
             settled = Clock::now();
         }
-        if (!event) event = channel.take(server.isWatching() ? tick : std::chrono::milliseconds(forever));
+        if (!event) event = channel.take(server.isWatching() ? tick : std::chrono::milliseconds(unbounded));
         if (event) server.handle(*event);
         if (Clock::now() - ticked < tick) continue;
         server.tick();

@@ -75,6 +75,12 @@ Input::~Input() {
     ::close(stop_[0]);
 }
 
+bool Input::hasEnded() const {
+    if (ended_) return true;
+    pollfd end{fd_, 0, 0};
+    return ::poll(&end, 1, 0) > 0 && (end.revents & POLLHUP) != 0;
+}
+
 void Input::run() {
     Framer framer;
     std::array<char, 65536> buffer{};

@@ -41,8 +41,8 @@ public:
     Input(Input const&) = delete;
     Input& operator=(Input const&) = delete;
 
-    /// Whether the client has closed its end.
-    bool hasEnded() const { return ended_; }
+    /// Whether the client has closed its end. Messages of it may still wait.
+    bool hasEnded() const;
 
 private:
     void run();
