@@ -9,10 +9,10 @@
 #include "analysis/edit_distance.h"
 #include "analysis/kept_line.h"
 #include "analysis/keywords.h"
+#include "analysis/known_clocks.h"
 #include "analysis/words.h"
 #include "tov/cmd/cmd.h"
 #include "tov/cmd/references.h"
-#include "tov/design/design.h"
 #include "tov/make_command.h"
 
 using namespace kiri::tov;
@@ -20,12 +20,6 @@ using namespace kiri::tov;
 namespace tool {
 
 namespace {
-
-TovDesignNames const& noDesign() {
-    static TovDesign const design;
-    static TovDesignNames const names(design);
-    return names;
-}
 
 // The first word of a line, without a "\" that ends the line.
 std::string_view commandWord(std::string_view text) {

@@ -11,15 +11,11 @@ using namespace kiri::tov;
 
 namespace tool {
 
-namespace {
-
 TovDesignNames const& noDesign() {
     static TovDesign const design;
     static TovDesignNames const names(design);
     return names;
 }
-
-}  // namespace
 
 KnownClocks::KnownClocks() : join_(std::make_unique<TovDocumentNames>(document_, noDesign())) {}
 

@@ -13,6 +13,9 @@
 
 namespace tool {
 
+/// Returns the names of a design without objects.
+kiri::tov::TovDesignNames const& noDesign();
+
 /// The clocks that the statements of a set define, and the words of the statements that clocks may be meant by.
 class KnownClocks {
 public:
