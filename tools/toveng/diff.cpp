@@ -142,7 +142,7 @@ void printNotCompared(Input const& input) {
     std::array<std::size_t, TOVFINDING_LOST_WORD + 1> counts{};
     auto const visit = [&](TovFinding const& finding, std::string const&, std::vector<TovNameUse> const&) {
         if (finding.kind > TOVFINDING_LOST_WORD) return true;
-        ++counts[finding.kind];
+        ++counts[static_cast<std::size_t>(finding.kind)];
         if (std::exchange(last, finding.line) != finding.line) ++lines;
         return true;
     };
@@ -150,9 +150,9 @@ void printNotCompared(Input const& input) {
     if (lines == 0) return;
     std::string text;
     auto const add = [&](TovFindingKind kind, char const* one) {
-        if (counts[kind] == 0) return;
-        text +=
-            (text.empty() ? ": " : ", ") + std::to_string(counts[kind]) + " " + one + (counts[kind] == 1 ? "" : "s");
+        std::size_t const count = counts[static_cast<std::size_t>(kind)];
+        if (count == 0) return;
+        text += (text.empty() ? ": " : ", ") + std::to_string(count) + " " + one + (count == 1 ? "" : "s");
     };
     add(TOVFINDING_UNKNOWN_COMMAND, "unknown command");
     add(TOVFINDING_LOST_WORD, "lost word");

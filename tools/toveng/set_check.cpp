@@ -32,7 +32,6 @@ std::string savedLine(std::string const& line) {
 
 SetCheck::SetCheck(CheckOptions const& options, Design const* design, Report& report, CheckCounts& counts)
     : options_(options),
-      design_(design),
       report_(report),
       counts_(counts),
       judge_(design == nullptr ? nullptr : design->names.get(), options.match),

@@ -76,7 +76,6 @@ private:
     std::pair<std::string, std::size_t> lineOf(std::size_t place) const;
 
     CheckOptions const& options_;
-    Design const* design_;
     Report& report_;
     CheckCounts& counts_;
     Judge judge_;
