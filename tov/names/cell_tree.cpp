@@ -49,10 +49,10 @@ Span<std::uint32_t> CellTree::cells(Range nodes) const {
     return {cells_.data() + nodes_[nodes.begin].firstCell, cells_.data() + nodes_[nodes.end].firstCell};
 }
 
-CellTreeBuilder::CellTreeBuilder(std::size_t cells) : nodes_(1) {
+CellTreeBuilder::CellTreeBuilder(std::size_t cells) : nodes_(1), slots_(16) {
     nodes_.reserve(cells + cells / 8 + 1);
     nodeOfCell_.reserve(cells);
-    children_.reserve(cells);
+    while (slots_.size() < 2 * cells) slots_.resize(2 * slots_.size());
 }
 
 void CellTreeBuilder::add(std::string_view name) {
@@ -61,17 +61,32 @@ void CellTreeBuilder::add(std::string_view name) {
     nodeOfCell_.push_back(node);
 }
 
-CellTree::Id CellTreeBuilder::childOf(Id parent, std::string_view text) {
-    std::uint32_t const hash = PathHash(text).bits();
-    std::uint64_t const key = std::uint64_t{hash} << 32U | parent;
-    auto const [first, last] = children_.equal_range(key);
-    for (auto at = first; at != last; ++at) {
-        if (textOf(at->second) == text) return at->second;
+/// Returns the slot of a child: its own, or the empty one where it belongs.
+CellTree::Id& CellTreeBuilder::slotOf(Node const& child) {
+    std::size_t const mask = slots_.size() - 1;
+    for (std::size_t at = child.hash ^ (child.parent * 0x9E3779B9U);; ++at) {
+        Id& slot = slots_[at & mask];
+        Node const& node = nodes_[slot];
+        bool const isSame = node.hash == child.hash && node.parent == child.parent && node.size == child.size;
+        if (slot == CellTree::root || (isSame && std::equal(child.text, child.text + child.size, node.text)))
+            return slot;
     }
-    auto const node = static_cast<Id>(nodes_.size());
-    children_.emplace(key, node);
-    nodes_.push_back({text.data(), static_cast<std::uint32_t>(text.size()), hash, parent});
-    return node;
+}
+
+void CellTreeBuilder::growSlots() {
+    slots_.assign(2 * slots_.size(), CellTree::root);
+    for (Id node = 1; node < nodes_.size(); ++node) slotOf(nodes_[node]) = node;
+}
+
+CellTree::Id CellTreeBuilder::childOf(Id parent, std::string_view text) {
+    if (2 * nodes_.size() > slots_.size()) growSlots();
+    Node const child{text.data(), static_cast<std::uint32_t>(text.size()), PathHash(text).bits(), parent};
+    Id& slot = slotOf(child);
+    if (slot == CellTree::root) {
+        slot = static_cast<Id>(nodes_.size());
+        nodes_.push_back(child);
+    }
+    return slot;
 }
 
 /// Numbers the nodes in the order of the tree, and moves them there without their cells. Returns the new number of each
@@ -103,7 +118,7 @@ std::vector<CellTree::Id> CellTreeBuilder::sortNodes(CellTree& tree) {
 
 CellTree CellTreeBuilder::build() {
     CellTree tree;
-    children_ = {};
+    slots_ = {};
     std::vector<Id> const numbers = sortNodes(tree);
     sortCells(tree, numbers);
     std::vector<TextTable::Entry> texts(nodes_.size() - 1);

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "tov/names/text_table_p.h"
@@ -91,12 +90,14 @@ private:
     };
 
     std::string_view textOf(Id node) const { return {nodes_[node].text, nodes_[node].size}; }
+    Id& slotOf(Node const& child);
+    void growSlots();
     Id childOf(Id parent, std::string_view text);
     std::vector<Id> sortNodes(CellTree& tree);
     void sortCells(CellTree& tree, std::vector<Id> const& numbers);
 
-    std::vector<Node> nodes_;                              // in the order of their first cells
-    std::unordered_multimap<std::uint64_t, Id> children_;  // by parent and hash
+    std::vector<Node> nodes_;  // in the order of their first cells
+    std::vector<Id> slots_;    // hash table of them; the root marks an empty slot
     std::vector<Id> nodeOfCell_;
 };
 
