@@ -47,7 +47,8 @@ TEST(Commands, AreOfTheKindsThatTheirSourcesState) {
         std::unique_ptr<TovCmd> const cmd = makeCommand(sample, &list);
         ASSERT_NE(cmd, nullptr) << sample;
         EXPECT_EQ(list, kind.list);
-        EXPECT_EQ(typeid(*cmd), *kind.type) << sample;
+        TovCmd const& made = *cmd;
+        EXPECT_EQ(typeid(made), *kind.type) << sample;
         EXPECT_EQ(cmd->toSaveString(nullptr).find(keywordOf(list)), 0U);
         for (auto const& [role, objects] : referencesOf(*cmd)) {
             EXPECT_FALSE(objects->empty()) << sample;
