@@ -21,7 +21,7 @@ using support::TempDir;
 TEST(Files, MayHaveLinesOfAnyLength) {
     EXPECT_EQ(bodyOf("\n" + std::string(20'000, 'n')), std::string(20'000, 'n') + "\n~\n");
     std::vector<std::size_t> sizes = {3'000'000};
-    for (std::size_t const chunks : {1, 2, 4}) {
+    for (std::size_t const chunks : {1U, 2U, 4U}) {
         for (std::size_t beside = 0; beside < 5; ++beside) sizes.push_back(chunks * 16'384 + beside - 2);
     }
     for (std::size_t const size : sizes) {
