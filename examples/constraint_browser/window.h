@@ -1,7 +1,5 @@
 #pragma once
 
-#include <atomic>
-
 #include "model.h"
 
 /// Work in a thread, shown as a button with its progress; a click cancels it. Only the result of what was started last
@@ -110,7 +108,7 @@ private:
         setCentralWidget(split(Qt::Vertical, {split(Qt::Horizontal, {left, right}), findings_}));
         table_->setModel(&commands_);
         form_->setModel(&fields_);
-        form_->setItemDelegate(new FieldDelegate(design_));
+        form_->setItemDelegate(&delegate_);
         for (QTableView* view : {table_, form_}) view->horizontalHeader()->setStretchLastSection(true);
         tree_->setModel(&objects_);
         tree_->setUniformRowHeights(true);
@@ -354,7 +352,7 @@ private:
         bool const isUsable = document_ && !documentJob_->isRunning();
         for (QWidget* pane : QList<QWidget*>{table_, form_, findings_}) pane->setEnabled(isUsable);
         for (QAction* action : documentActions_) action->setEnabled(isUsable);
-        setWindowTitle((document_ ? QFile::decodeName(document_->path.c_str()) : "No file") + "[*]");
+        setWindowTitle(QString(document_ ? document_->path.c_str() : "No file") + "[*]");
         setWindowModified(!undo_.isClean());
     }
 
@@ -371,6 +369,7 @@ private:
     int shown_ = -1;  // the row of the command in the form
     CommandModel commands_;
     FieldModel fields_;
+    FieldDelegate delegate_{design_};
     DesignModel objects_;
     Job *documentJob_, *lentJob_, *designJob_;
     QList<QAction*> documentActions_;

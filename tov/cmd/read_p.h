@@ -47,7 +47,7 @@ void appendList(Cmd& cmd, char const* role, std::vector<TovReferences>& lists) {
 }
 
 /// The row for words that are not options. Without it they are ignored.
-inline constexpr std::string_view anyOtherWord{"", 0};  // not null: it is a role, too
+inline constexpr std::string_view anyOtherWord = "";  // not null: it is a role, too
 
 template <class Member>
 struct MemberClass;

@@ -84,6 +84,7 @@ bool isCovered(taDciObj const& object, std::string_view role, std::vector<WordUs
 // others is not compared.
 Hash hashOfObjects(Command const& command, std::vector<WordUse> const& uses) {
     std::vector<Hash> parts;
+    parts.reserve(uses.size());
     for (WordUse const& use : uses) parts.push_back(hashOf(use));
     for (TovReferences const& references : command.references) {
         if (references.list->empty()) continue;

@@ -133,7 +133,8 @@ Judgement Judge::judge(Statement const& statement, Lines& lines, Detail detail) 
     std::string_view text;
     lines.get(statement.first, text);
     if (statement.kind == Statement::Kind::comment) {
-        bool const mayHaveFindings = startsWith(trimFront(text), "#attribute") || text.find('\0') != text.npos;
+        bool const mayHaveFindings =
+            startsWith(trimFront(text), "#attribute") || text.find('\0') != std::string_view::npos;
         if (mayHaveFindings) judgeComment(std::string(text), statement.first, out, detail);
         return out;
     }

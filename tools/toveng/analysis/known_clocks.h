@@ -45,13 +45,13 @@ public:
     Name& name(Id id) { return names_[id]; }
     Name const& name(Id id) const { return names_[id]; }
     /// Adds a user of a word, or drops one.
-    void use(Id word, Id user);
+    void use(Id id, Id user);
     void drop(Id word, Id user) { words_[word].users.eraseId(user); }
     Word const& word(Id id) const { return words_[id]; }
 
     /// Counts a definition more or less of a clock. Returns whether a clock came or went.
-    bool define(Id name);
-    bool undefine(Id name);
+    bool define(Id id);
+    bool undefine(Id id);
     bool empty() const { return defined_ == 0; }
 
     /// Looks up again what the words mean; calls `visit` with each word for which the answer has changed.

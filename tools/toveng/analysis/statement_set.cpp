@@ -40,6 +40,7 @@ void StatementSet::replace(std::size_t first, std::size_t count, std::vector<Fac
         free_.push_back(order_[i]);
     }
     std::vector<Id> ids;
+    ids.reserve(others.size());
     for (Facts const& facts : others) ids.push_back(add(facts));
     std::size_t const same = std::min(count, ids.size());
     auto const place = order_.begin() + static_cast<std::ptrdiff_t>(first);

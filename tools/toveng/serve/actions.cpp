@@ -24,7 +24,7 @@ public:
     /// Whether a kind is asked for, by itself or by one that it belongs to.
     bool wants(QString const& kind) const {
         if (only_.isEmpty()) return true;
-        for (QJsonValue const& wanted : only_) {
+        for (QJsonValue const wanted : only_) {
             QString const name = wanted.toString();
             if (name.isEmpty() || kind == name || kind.startsWith(name + ".")) return true;
         }

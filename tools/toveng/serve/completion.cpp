@@ -125,12 +125,10 @@ QJsonValue completion(Workspace const& workspace, QJsonObject const& params) {
         addCommands(items);
     } else if (end.isQueryWord) {
         addQueries(items);
-    } else if (end.query != nullptr && end.query->type == taDciObjClock) {
+    } else if (end.query == nullptr ? takesClocks : end.query->type == taDciObjClock) {
         addClocks(items, workspace, document);
     } else if (end.query != nullptr) {
         addObjects(items, workspace, end.query->type);
-    } else if (takesClocks) {
-        addClocks(items, workspace, document);
     } else if (line.command != nullptr && !end.isComment && items.typed().substr(0, 1) == "-") {
         addOptions(items, *line.command);
     }

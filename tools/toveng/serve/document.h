@@ -52,7 +52,7 @@ public:
     Position positionOf(Place place, Encoding encoding) const;
     QJsonObject range(Place start, Place end, Encoding encoding) const;
     /// The whole of a line, or of what is on it apart from white space at its ends.
-    QJsonObject lineRange(std::size_t line, Encoding encoding) const;
+    QJsonObject lineRange(std::size_t index, Encoding encoding) const;
 
     /// Replaces what is between two places, of which `start` is not after `end`.
     Splice replace(Place start, Place end, std::string_view text);

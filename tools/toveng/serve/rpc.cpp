@@ -12,7 +12,7 @@ QJsonObject message() {
 }
 
 QJsonValue fieldIn(QJsonObject const& object, char const* field, QJsonValue::Type type, char const* title) {
-    QJsonValue const value = object.value(QLatin1String(field));
+    QJsonValue value = object.value(QLatin1String(field));
     if (value.type() == type) return value;
     throw RpcError{ErrorCode::invalidParams,
                    QString("'%1' must be %2").arg(QLatin1String(field), QLatin1String(title))};

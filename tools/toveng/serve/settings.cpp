@@ -26,7 +26,7 @@ public:
         // Users write one word without the list.
         if (value.isString()) return value.toString().split(',', Qt::SkipEmptyParts);
         QStringList texts;
-        for (QJsonValue const& entry : value.toArray()) {
+        for (QJsonValue const entry : value.toArray()) {
             if (entry.isString()) texts.append(entry.toString());
         }
         if (value.isArray() && texts.size() == value.toArray().size()) return texts;

@@ -41,7 +41,7 @@ void Server::open(Params params) {
 void Server::change(Params params) {
     OpenDocument& document = workspace_.documentIn(params);
     std::optional<qint64> const version = versionIn(objectIn(params, "textDocument"));
-    for (QJsonValue const& change : arrayIn(params, "contentChanges")) {
+    for (QJsonValue const change : arrayIn(params, "contentChanges")) {
         try {
             applyChange(document, change);
         } catch (RpcError const& error) {

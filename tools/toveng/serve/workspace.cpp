@@ -28,8 +28,8 @@ OpenDocument& Workspace::documentIn(QJsonObject const& params) const {
 }
 
 Place Workspace::placeIn(OpenDocument const& document, QJsonObject const& position) const {
-    std::optional<Place> const place =
-        document.text.placeAt(numberIn(position, "line"), numberIn(position, "character"), client.encoding);
+    auto const line = numberIn(position, "line");  // first, so that it is the one to complain about
+    std::optional<Place> const place = document.text.placeAt(line, numberIn(position, "character"), client.encoding);
     if (!place) throw RpcError{ErrorCode::invalidParams, "the position is beyond the last line"};
     return *place;
 }
