@@ -125,7 +125,7 @@ private:
             TovNameUse const missing = document_->missing[index];
             auto const& all = document_->commands;
             select(static_cast<int>(std::find(all.begin(), all.end(), missing.cmd) - all.begin()));
-            if (column == 1 && mayLeaveFields()) takeNear(missing);
+            if (column == 0 && mayLeaveFields()) takeNear(missing);
         });
     }
 
@@ -314,14 +314,15 @@ private:
         QList<QTreeWidgetItem*> items;
         for (std::size_t i = 0; i < std::min<std::size_t>(most, document_->missing.size()); ++i) {
             auto const& [message, near] = document_->said[document_->missing[i].word];
-            items += new QTreeWidgetItem({message, near});
+            items += new QTreeWidgetItem({near, message});
         }
-        for (QString const& loss : document_->losses.mid(0, most)) items += new QTreeWidgetItem(QStringList(loss));
+        for (QString const& loss : document_->losses.mid(0, most))
+            items += new QTreeWidgetItem(QStringList{QString(), loss});
         findings_->clear();
         findings_->addTopLevelItems(items);
         findings_->resizeColumnToContents(0);
         QString const counts = QString("Findings: %1 missing names, %2 losses").arg(document_->missing.size());
-        findings_->setHeaderLabels({counts.arg(document_->losses.size()), "Click to take"});
+        findings_->setHeaderLabels({"Click to take", counts.arg(document_->losses.size())});
     }
 
     void takeObjects() {

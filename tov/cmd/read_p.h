@@ -47,7 +47,8 @@ void appendList(Cmd& cmd, char const* role, std::vector<TovReferences>& lists) {
 }
 
 /// The row for words that are not options. Without it they are ignored.
-inline constexpr std::string_view anyOtherWord = "";  // not null: it is a role, too
+// Not null: it is a role, too. NOLINTNEXTLINE(bugprone-string-constructor)
+inline constexpr std::string_view anyOtherWord{"", 0};
 
 template <class Member>
 struct MemberClass;
