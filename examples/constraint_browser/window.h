@@ -140,11 +140,12 @@ private:
         QMenu* const edit = menuBar()->addMenu("&Edit");
         add(file, "&Open...", QKeySequence::Open, [this] { open(QFileDialog::getOpenFileName(this)); });
         documentActions_ = {
-            add(file, "&Reload", QKeySequence::Refresh, [this] { open(QFile::decodeName(document_->path.c_str())); }),
+            add(file, "&Reload", QKeySequence::Refresh,
+                [this] { mayChange() ? open(QFile::decodeName(document_->path.c_str())) : void(); }),
             add(file, "&Save", QKeySequence::Save, [this] { save(false, {}); }),
             add(file, "Save &as...", QKeySequence::SaveAs, [this] { save(true, {}); }),
-            add(edit, "&Undo", QKeySequence::Undo, [this] { mayLeaveFields() ? undo_.undo() : void(); }),
-            add(edit, "&Redo", QKeySequence::Redo, [this] { mayLeaveFields() ? undo_.redo() : void(); }),
+            add(edit, "&Undo", QKeySequence::Undo, [this] { mayChange() ? undo_.undo() : void(); }),
+            add(edit, "&Redo", QKeySequence::Redo, [this] { mayChange() ? undo_.redo() : void(); }),
             add(edit, "&Take the selected objects", {"Ctrl+T"}, [this] { takeObjects(); }),
             add(edit, "&Drop what is red", {"Ctrl+D"}, [this] { fields_.show(nullptr), select(shown_); })};
         add(file, "&Close the design", {}, [this] { setDesign(nullptr); });
@@ -217,7 +218,7 @@ private:
     }
 
     void save(bool asNew, Then const& then) {
-        if (!document_ || documentJob_->isRunning() || !mayLeaveFields()) return;
+        if (!mayChange()) return;
         QString const chosen = asNew ? QFileDialog::getSaveFileName(this) : QFile::decodeName(document_->path.c_str());
         std::string const path = asNew ? QFile::encodeName(chosen).toStdString() : document_->path;
         auto const mayGoOn = [this](bool isDoubtful, QString const& question) {
@@ -269,6 +270,9 @@ private:
         if (fields_.isRed()) statusBar()->showMessage("What is red is not applied: type it anew, or drop it (Edit).");
         return !fields_.isRed();
     }
+
+    // Whether the document is here, and nothing that is typed is left.
+    bool mayChange() { return document_ && !documentJob_->isRunning() && mayLeaveFields(); }
 
     // Shows a command and its fields, and selects its objects in the design.
     void select(int row) {

@@ -42,6 +42,7 @@ bool FileLines::readLine() {
     for (;;) {
         std::size_t const start = next_ - bufferOffset_;
         std::size_t const from = start + searched_;
+        // NOLINTNEXTLINE(bugprone-not-null-terminated-result): the buffer is not a text
         void const* const found = std::memchr(buffer_.data() + from, '\n', buffer_.size() - from);
         if (found != nullptr) {
             auto const end = static_cast<std::size_t>(static_cast<char const*>(found) - buffer_.data());

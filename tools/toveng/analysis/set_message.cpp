@@ -27,7 +27,7 @@ std::string NearNames::nearestTo(MissingWord const& word) {
     }
     if (search_ && searches_ > 0) {
         --searches_;
-        std::string const name = search_(word.isClock ? taDciObjClock : word.type, word.text);
+        std::string name = search_(word.isClock ? taDciObjClock : word.type, word.text);
         // The design's name may be near by its path, which is not its text.
         if (nearest.word().empty()) return name;
         if (!name.empty()) nearest.add(name);

@@ -195,7 +195,7 @@ QString Server::registrationId() const {
 }
 
 void Server::changeWatchedFiles(Params params) {
-    for (QJsonValue const& change : arrayIn(params, "changes")) fileChanged(pathOf(textIn(change.toObject(), "uri")));
+    for (QJsonValue const change : arrayIn(params, "changes")) fileChanged(pathOf(textIn(change.toObject(), "uri")));
 }
 
 void Server::tick() {
