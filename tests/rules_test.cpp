@@ -13,19 +13,6 @@ using namespace tool;
 
 namespace {
 
-class TextLines : public Lines {
-public:
-    explicit TextLines(std::vector<std::string> const& lines) : lines_(lines) {}
-    bool get(std::size_t index, std::string_view& line) override {
-        if (index >= lines_.size()) return false;
-        line = lines_[index];
-        return true;
-    }
-
-private:
-    std::vector<std::string> const& lines_;
-};
-
 std::vector<std::string> linesOf(std::string const& text) {
     std::vector<std::string> lines;
     std::istringstream stream(text);
@@ -67,7 +54,7 @@ public:
 private:
     // Makes the statements new from a place on, up to one that begins where an old one does, at `until` or later.
     void scan(std::size_t from, std::size_t until, std::ptrdiff_t shift) {
-        TextLines lines(lines_);
+        LinesInMemory lines(lines_);
         StatementScanner scanner(lines);
         std::size_t old = from;
         std::size_t at = from < statements_.size() ? statements_[from].first : 0;
@@ -186,7 +173,7 @@ TEST(Rules, ReadManyOpenLinesOnce) {
     for (char const* line : {"x {", "x [", "x [ {", "x \"a ["}) {
         std::vector<std::string> lines(20000, line);
         lines.insert(lines.end(), 10, "}");
-        TextLines text(lines);
+        LinesInMemory text(lines);
         StatementScanner scanner(text);
         std::size_t count = 0;
         for (std::size_t at = 0; at < lines.size(); at = scanner.at(at).end()) ++count;

@@ -39,7 +39,8 @@ SetCheck::SetCheck(CheckOptions const& options, Design const* design, Report& re
       near_(set_.clocks(), searchIn(design)) {}
 
 void SetCheck::read(Input const& input, SlowProgress& progress) {
-    File& file = files_.emplace_back(File{input, spots_.size()});
+    files_.push_back({input, spots_.size()});
+    File& file = files_.back();
     std::uint64_t done = 0;
     try {
         FileLines lines(input);

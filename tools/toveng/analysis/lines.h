@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace tool {
 
@@ -18,6 +20,21 @@ protected:
     Lines() = default;
     Lines(Lines const&) = default;
     Lines& operator=(Lines const&) = default;
+};
+
+/// The lines of a vector, which must outlive it.
+class LinesInMemory : public Lines {
+public:
+    explicit LinesInMemory(std::vector<std::string> const& lines) : lines_(lines) {}
+
+    bool get(std::size_t index, std::string_view& line) override {
+        if (index >= lines_.size()) return false;
+        line = lines_[index];
+        return true;
+    }
+
+private:
+    std::vector<std::string> const& lines_;
 };
 
 }  // namespace tool

@@ -95,6 +95,7 @@ private:
         bool const isWord = std::isalpha(static_cast<unsigned char>(name[0])) != 0 || name[0] == '_' || name[0] == ':';
         bool const isFunction = isWord && name != "eq" && name != "ne" && name != "in" && name != "ni";
         std::vector<Value> words;
+        words.reserve(operands.size() + 1);
         words.emplace_back(newText((isFunction ? "::tcl::mathfunc::" : "::tcl::mathop::") + std::string(name)));
         for (Tcl_Token* operand : operands) {
             int const status = computeToken(operand);
@@ -102,6 +103,7 @@ private:
             words.emplace_back(Tcl_GetObjResult(interp_));
         }
         std::vector<Tcl_Obj*> objv;
+        objv.reserve(words.size());
         for (Value const& word : words) objv.push_back(word.get());
         return Tcl_EvalObjv(interp_, static_cast<int>(objv.size()), objv.data(), 0);
     }

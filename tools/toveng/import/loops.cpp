@@ -48,9 +48,10 @@ std::vector<std::string> elements(std::string const& list) {
 }
 
 void readFrame(Tcl_Interp* interp, std::string const& frame, std::vector<std::string> const& names, Variables& values) {
+    std::string const prefix = frame + " ";
     for (std::string const& name : names) {
         bool const isArray = ask(interp, frame, {"::array", "exists", name}) == "1";
-        values[frame + " " + name] =
+        values[std::string(prefix).append(name)] =
             isArray ? ask(interp, frame, {"::array", "get", name}) : ask(interp, frame, {"::set", name});
     }
 }
@@ -123,8 +124,7 @@ int loopThrough(Run& run, Tcl_Obj* variable, Tcl_Obj* list, Tcl_Obj* body) {
     int size = 0;
     Tcl_Obj** words = nullptr;
     if (Tcl_ListObjGetElements(run.interp(), list, &size, &words) != TCL_OK) return TCL_ERROR;
-    std::vector<Value> values;
-    for (int i = 0; i < size; ++i) values.emplace_back(words[i]);
+    std::vector<Value> const values(words, words + size);
     for (Value const& value : values) {
         int const status = (isExtent(value.get()) ? runTwice : runOnce)(run, variable, value.get(), body);
         if (status == TCL_BREAK) break;

@@ -108,15 +108,11 @@ int query(Run& run, int objc, Tcl_Obj* const objv[]) {
         Tcl_SetObjResult(run.interp(), run.extent({text, named, query.option}));
     } else {
         // Objects that are given back, beside names of unknown extent.
-        std::vector<Object> const unknown = named;
-        query.words.erase(std::remove_if(query.words.begin(), query.words.end(),
-                                         [&](Word const& word) {
-                                             return word.kind == Word::object &&
-                                                    std::find(unknown.begin(), unknown.end(), word.reference) !=
-                                                        unknown.end();
-                                         }),
-                          query.words.end());
-        Extent const rest{text, unknown, {}};
+        auto const isUnknown = [&](Word const& word) {
+            return word.kind == Word::object && std::find(named.begin(), named.end(), word.reference) != named.end();
+        };
+        query.words.erase(std::remove_if(query.words.begin(), query.words.end(), isUnknown), query.words.end());
+        Extent const rest{text, named, {}};
         Word word;
         word.kind = Word::extent;
         word.unknown = &rest;

@@ -94,7 +94,8 @@ void Result::takeFinding(std::string_view record) {
 
 void Result::add(Code code, std::string_view text, std::string_view message) {
     ImportFinding const finding{files_.back(), open_.back().line, code, numberOf(text), numberOf(message), 1};
-    std::uint64_t const key = (std::uint64_t{finding.text} * 8 + static_cast<unsigned>(code)) << 32U | finding.message;
+    std::uint64_t const textAndCode = finding.text * std::uint64_t{8} + static_cast<std::uint64_t>(code);
+    std::uint64_t const key = textAndCode << 32U | finding.message;
     auto const [known, isNew] = open_.back().known.emplace(key, findings_.size());
     if (isNew)
         findings_.push_back(finding);

@@ -27,20 +27,6 @@ private:
     Text const& text_;
 };
 
-class FileLines : public Lines {
-public:
-    explicit FileLines(std::vector<std::string> const& lines) : lines_(lines) {}
-
-    bool get(std::size_t index, std::string_view& line) override {
-        if (index >= lines_.size()) return false;
-        line = lines_[index];
-        return true;
-    }
-
-private:
-    std::vector<std::string> const& lines_;
-};
-
 template <class T>
 void replacePart(std::vector<T>& all, std::size_t first, std::size_t last, std::vector<T>& others) {
     std::size_t const shared = std::min(last - first, others.size());
@@ -68,7 +54,7 @@ void DocumentAnalysis::addFiles(std::vector<FileText> const& files) {
             isFileCut_ = true;
             continue;
         }
-        FileLines lines(*file.lines);
+        LinesInMemory lines(*file.lines);
         StatementScanner scanner(lines);
         bool endsLoad = false;
         for (std::size_t line = 0; !endsLoad && line < file.lines->size();) {
