@@ -28,15 +28,15 @@ CellTree::Id CellTree::child(Id node, std::string_view text, PathHash const& has
 
 CellTree::Range CellTree::withPrefix(Range siblings, std::string_view prefix) const {
     if (prefix.empty()) return siblings;
-    struct Less {
-        std::size_t size;
-        std::string_view cut(Node const& node) const { return {node.text, std::min<std::size_t>(node.size, size)}; }
-        bool operator()(Node const& node, std::string_view wanted) const { return cut(node) < wanted; }
-        bool operator()(std::string_view wanted, Node const& node) const { return wanted < cut(node); }
+    auto const beginOf = [&](Node const& node) {
+        return std::string_view(node.text, node.size).substr(0, prefix.size());
     };
-    auto const [first, last] =
-        std::equal_range(nodes_.begin() + siblings.begin, nodes_.begin() + siblings.end, prefix, Less{prefix.size()});
-    return {static_cast<Id>(first - nodes_.begin()), static_cast<Id>(last - nodes_.begin())};
+    Node const* const all = nodes_.data();
+    Node const* const first = std::partition_point(all + siblings.begin, all + siblings.end,
+                                                   [&](Node const& node) { return beginOf(node) < prefix; });
+    Node const* const last =
+        std::partition_point(first, all + siblings.end, [&](Node const& node) { return beginOf(node) == prefix; });
+    return {static_cast<Id>(first - all), static_cast<Id>(last - all)};
 }
 
 Span<CellTree::Id> CellTree::withText(Range nodes, PathHash const& hash) const {

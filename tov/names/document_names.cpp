@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <iterator>
 #include <unordered_map>
 #include <utility>
 
@@ -23,8 +22,7 @@ public:
     Index(TOV& document, TovDesignNames const& names, TovNameMatch match)
         : document_(document), names_(names), match_(match) {
         forEachCommand(document, [this](TOVCMD_TYPE, TovCmd& cmd) { add(cmd); });
-        auto const moved = [](Entries::iterator at) { return std::make_move_iterator(at); };
-        Entries(moved(entries_.begin()), moved(entries_.end())).swap(entries_);  // takes no more room than it needs
+        entries_.shrink_to_fit();
         isOrdered_ = true;
     }
 

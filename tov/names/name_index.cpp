@@ -66,10 +66,8 @@ void SortedNames::add(NameKind kind, std::size_t owner, Nodes const& nodes) {
 
 void SortedNames::sort() {
     std::vector<PlacedNode>(nodes_).swap(nodes_);  // takes no more room than it needs
-    std::sort(nodes_.begin(), nodes_.end(), [](PlacedNode const& a, PlacedNode const& b) {
-        int const order = comparePaths(a.name(), b.name());
-        return order != 0 ? order < 0 : a.place < b.place;
-    });
+    std::sort(nodes_.begin(), nodes_.end(),
+              [](PlacedNode const& a, PlacedNode const& b) { return comparePaths(a.name(), b.name()) < 0; });
     for (PlacedNode const& placed : nodes_) {
         ++starts_[placed.name().empty() ? 0 : firstByte(placed.name()) + std::size_t{1}];
     }
@@ -84,11 +82,6 @@ std::size_t SortedNames::lowerBound(std::string_view name) const {
     };
     auto const* const begin = nodes_.data();
     return static_cast<std::size_t>(std::lower_bound(begin + starts[0], begin + starts[1], name, isBefore) - begin);
-}
-
-bool SortedNames::beginsWith(PlacedNode const& placed, std::string_view prefix) {
-    std::string_view const name = placed.name();
-    return name.size() >= prefix.size() && equalPaths(name.data(), prefix.data(), prefix.size());
 }
 
 NameIndex::NameIndex(TovDesign const& design, TovProgress const& progress) : tree(CellTreeBuilder(0).build()) {
@@ -147,7 +140,7 @@ void NameIndex::sort() {
     clocks.sort();
     auto number = static_cast<std::uint32_t>(cells.size());
     for (PlacedNode const& net : nets.nodes()) {
-        if (lastLevelOf(net.name()) > 0) entries_.push_back({PathHash(busOf(net.name())).bits(), number});
+        if (lastLevelsOf(net.name()) > 0) entries_.push_back({PathHash(busOf(net.name())).bits(), number});
         ++number;
     }
     lastLevels = TextTable(entries_, cells.size() + nets.nodes().size(), mostOfOneText);

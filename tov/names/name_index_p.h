@@ -57,8 +57,6 @@ struct PlacedNode {
     TovNode const* node;
 
     std::string_view name() const { return node->plainName(); }
-    /// One more than the number of the cell that has the node; 0 for the top node.
-    std::size_t owner() const { return (place & ((std::uint64_t{1} << 61U) - 1)) >> 29U; }
 };
 
 /// Calls `visit(kind, node, position)` for the pins, nets and clocks of a cell that are of these kinds, and their
@@ -75,7 +73,7 @@ void forEachIn(TovCellNode const& cell, NameKinds kinds, Visit visit) {
     visitAll(NameKind::clock, cell.clocks());
 }
 
-/// Nodes in the byte order of their own names as paths; those of equal names in the order of their places.
+/// Nodes in the byte order of their own names as paths.
 class SortedNames {
 public:
     /// Adds the nodes of an owner's list, except the buses.
@@ -87,14 +85,14 @@ public:
     /// Calls `visit(node)` for those with that beginning, until it returns false.
     template <class Visit>
     void visit(std::string_view prefix, Visit visit) const {
-        for (std::size_t i = lowerBound(prefix); i < nodes_.size() && beginsWith(nodes_[i], prefix); ++i) {
-            if (!visit(nodes_[i])) return;
+        for (std::size_t i = lowerBound(prefix); i < nodes_.size(); ++i) {
+            bool const begins = comparePaths(nodes_[i].name().substr(0, prefix.size()), prefix) == 0;
+            if (!begins || !visit(nodes_[i])) return;
         }
     }
 
 private:
     std::size_t lowerBound(std::string_view name) const;
-    static bool beginsWith(PlacedNode const& placed, std::string_view prefix);
 
     std::vector<PlacedNode> nodes_;
     std::array<std::uint32_t, 257> starts_{};  // of the names with each first byte, and the end of all

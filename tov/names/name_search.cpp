@@ -79,8 +79,8 @@ void NameSearch::findLiteral(NameKinds kinds, std::size_t begin) {
     bool const hasLibrary = begin > 0;
     std::string_view const library = word_.text().substr(0, hasLibrary ? begin - 1 : 0);
     bool const hasCells = kinds.has(NameKind::cell) && !word_.isRange();
-    std::size_t const own = lastLevels(*index_.ownLevels.rbegin(), end);
-    TreeWalk walk(index_.tree, word_, NameWord::start(false, begin), hasCells ? end : lastLevels(1, end));
+    std::size_t const own = lastLevelsOf(word_.text(), *index_.ownLevels.rbegin());
+    TreeWalk walk(index_.tree, word_, NameWord::start(false, begin), hasCells ? end : lastLevelsOf(word_.text()));
     while (!hits_.isEnough() && walk.next()) {
         for (Cell const cell : index_.tree.cells(walk.node())) {
             if (!hasLibrary && walk.below().at >= own) addOwn(kinds, cell, walk.below());
@@ -116,13 +116,11 @@ void NameSearch::findOwn(NameKinds kinds, bool crosses) {
     std::set<std::size_t> const& ownLevels = index_.ownLevels;
     Match const start = NameWord::start(crosses);
     if (crosses) {
-        findOwn(kinds, start, lastLevels(*ownLevels.rbegin(), word_.prefix().size()), end);
+        findOwn(kinds, start, lastLevelsOf(word_.prefix(), *ownLevels.rbegin()), end);
         return;
     }
-    std::size_t const levels = word_.levels();
     for (std::size_t const own : ownLevels) {
-        if (own >= levels) return;
-        std::size_t const begin = lastLevels(own, end);
+        std::size_t const begin = lastLevelsOf(word_.text(), own);
         findOwn(kinds, start, begin, begin);
     }
 }
@@ -155,9 +153,9 @@ bool NameSearch::findByLastLevel(NameKinds kinds, bool crosses) {
     bool const isClock = kinds.without(NameKind::clock).isEmpty();
     if (isClock && word_.prefix().find('/') == end) {
         for (PlacedNode const& clock : index_.clocks.nodes()) {
-            if (clock.owner() == 0 || hits_.isEnough()) continue;
-            path_ = index_.cells[clock.owner() - 1]->plainName() + '/';
-            path_ += clock.name();
+            TovNode const& owner = *clock.node->parent();
+            if (owner.type() != TOV_OBJ_CELL || hits_.isEnough()) continue;
+            path_.assign(owner.plainName()).append("/").append(clock.name());
             if (word_.fits(path_, false, crosses)) hits_.add(clock);
         }
         return true;
@@ -165,26 +163,17 @@ bool NameSearch::findByLastLevel(NameKinds kinds, bool crosses) {
     auto const numbers = withLastLevel();
     if (!numbers) return false;
     for (std::uint32_t const cell : *numbers) {
-        if (cell < index_.cells.size() && !hits_.isEnough()) addInCell(kinds, cell, crosses);
+        if (cell >= index_.cells.size() || hits_.isEnough()) break;
+        path_.assign(index_.cells[cell]->plainName()) += '/';
+        addOwn(kinds, cell, word_.advance(NameWord::start(crosses), path_));
     }
     return true;
 }
 
 std::optional<Span<std::uint32_t>> NameSearch::withLastLevel() const {
     PathHash const hash(busOf(word_.text()));
-    if (!word_.literalAt(lastLevelOf(word_.text())).isLevel || index_.lastLevels.isCommon(hash)) return {};
+    if (!word_.literalAt(lastLevelsOf(word_.text())).isLevel || index_.lastLevels.isCommon(hash)) return {};
     return index_.lastLevels.find(hash);
-}
-
-std::size_t NameSearch::lastLevels(std::size_t levels, std::size_t textEnd) const {
-    std::string_view const text = word_.text().substr(0, textEnd);
-    std::size_t at = text.size();
-    for (; levels > 0; --levels) {
-        at = lastLevelOf(text.substr(0, at));
-        if (at == 0) return 0;
-        if (levels > 1) --at;
-    }
-    return at;
 }
 
 /// Finds what the word stands for by last levels.
@@ -202,7 +191,7 @@ void NameSearch::findLocal(NameKinds kinds) {
 /// Adds nets of the design.
 void NameSearch::findLocalNets() {
     auto const add = [this](PlacedNode const& net) {
-        if (word_.fits(net.name().substr(lastLevelOf(net.name())), true, false)) hits_.add(net);
+        if (word_.fits(net.name().substr(lastLevelsOf(net.name())), true, false)) hits_.add(net);
         return !hits_.isEnough();
     };
     auto const numbers = withLastLevel();
@@ -255,18 +244,12 @@ void NameSearch::addLocal(NameKinds kinds, Cell cell) {
     std::string_view const name = index_.cells[cell]->plainName();
     bool const hasCell = word_.levels() > 1;
     Match const start = NameWord::start(false);
-    Match const below = hasCell ? word_.advance(word_.advance(start, name.substr(lastLevelOf(name))), "/") : start;
+    Match const below = hasCell ? word_.advance(word_.advance(start, name.substr(lastLevelsOf(name))), "/") : start;
     addFitting(kinds, cell, [&](std::string_view own, bool bits) {
-        std::size_t last = lastLevelOf(own);
+        std::size_t const last = lastLevelsOf(own);
         if (!hasCell || last == 0) return word_.fits(below, own.substr(last), 0, bits);
-        last = lastLevelOf(own.substr(0, last - 1));
-        return word_.fits(start, own.substr(last), 0, bits);
+        return word_.fits(start, own.substr(lastLevelsOf(own, 2)), 0, bits);
     });
-}
-
-void NameSearch::addInCell(NameKinds kinds, Cell cell, bool crosses) {
-    path_.assign(index_.cells[cell]->plainName()) += '/';
-    addOwn(kinds, cell, word_.advance(NameWord::start(crosses), path_));
 }
 
 void NameSearch::addOwn(NameKinds kinds, Cell cell, Match const& match) {

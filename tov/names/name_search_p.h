@@ -59,13 +59,9 @@ private:
     void findLocalCells();
     void findLocalOwn(NameKinds kinds);
 
-    /// Returns where the last levels of the word up to `end` begin.
-    std::size_t lastLevels(std::size_t levels, std::size_t end) const;
     /// The numbers of lastLevels for the last level of the word; none if it has wildcards or too many have it.
     std::optional<Span<std::uint32_t>> withLastLevel() const;
 
-    /// Adds what is in a cell whose path fits a part of the word.
-    void addInCell(NameKinds kinds, Cell cell, bool crosses);
     /// Adds what is in a cell and fits the rest of the word, after the match of the cell's path and a separator.
     void addOwn(NameKinds kinds, Cell cell, Match const& match);
     /// Adds what is in a cell and fits by its last levels.

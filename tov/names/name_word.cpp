@@ -101,7 +101,7 @@ std::optional<BitName> BitName::of(std::string_view text) {
 }
 
 std::string_view busOf(std::string_view path) {
-    path.remove_prefix(lastLevelOf(path));
+    path.remove_prefix(lastLevelsOf(path));
     for (auto bit = BitName::of(path); bit && bit->hasBase(); bit = BitName::of(path)) path = bit->base;
     return path;
 }
@@ -215,7 +215,6 @@ bool NameWord::fitsAsBit(Match const& match, std::string_view path, std::size_t 
         bool const hasText = bit->hasBase() || (isRange() && match.crosses && !base.empty());
         bool const isInRange = !isRange() || (low_ <= bit->index && bit->index <= high_);
         if (hasText && isInRange && fitsText(match, base, from)) return true;
-        if (!bit->hasBase()) return false;
     }
     return false;
 }

@@ -57,7 +57,7 @@ bool NodeNames::fits(NameWord const& word, TovNameMatch match) const {
 
 bool NodeNames::fitsBlock(NameWord const& word, TovNameMatch match) const {
     bool const isLocal = match == TOVMATCH_LOCAL;
-    if (word.isRange() || (isLocal && word.levels() > 1)) return false;
+    if (word.isRange()) return false;
     Match const start = NameWord::start(match == TOVMATCH_FLAT);
     Match block = start;
     std::string_view rest = path_;
@@ -74,10 +74,7 @@ bool NodeNames::fitsBlock(NameWord const& word, TovNameMatch match) const {
 }
 
 std::string_view NodeNames::lastLevels(std::size_t levels) const {
-    std::string_view const path = path_;
-    std::size_t begin = lastLevelOf(path);
-    if (levels > 1 && begin > 0) begin = lastLevelOf(path.substr(0, begin - 1));
-    return path.substr(begin);
+    return std::string_view(path_).substr(lastLevelsOf(path_, levels));
 }
 
 bool isLiteral(std::string_view word) {

@@ -27,10 +27,13 @@ inline std::string_view takeLevel(std::string_view& rest) {
     return level;
 }
 
-/// Returns where the last level of a path begins.
-inline std::size_t lastLevelOf(std::string_view path) {
-    std::size_t begin = path.size();
-    while (begin > 0 && !isSeparator(path[begin - 1])) --begin;
+/// Returns where the last levels of a path begin; 0 for a path with fewer.
+inline std::size_t lastLevelsOf(std::string_view path, std::size_t levels = 1) {
+    std::size_t begin = path.size() + 1;
+    for (; begin > 0 && levels > 0; --levels) {
+        --begin;
+        while (begin > 0 && !isSeparator(path[begin - 1])) --begin;
+    }
     return begin;
 }
 

@@ -11,17 +11,6 @@
 
 namespace kiri::tov::impl_detail {
 
-namespace {
-
-/// The one type for all types that are looked up alike.
-taDciObjTyp lookedForAs(taDciObjTyp type) {
-    if (type == taDciObjSourcePort) return taDciObjPort;
-    if (type == taDciObjSourceNet) return taDciObjNet;
-    return type == taDciObjPin2 ? taDciObjPin : type;
-}
-
-}  // namespace
-
 std::vector<ReferenceWord> referenceWords(TovCmd& cmd, TovNameMatch match) {
     std::vector<ReferenceWord> words;
     std::set<std::tuple<std::string_view, taDciObjTyp, std::string_view, TovNameMatch>> seen;
@@ -40,7 +29,7 @@ std::vector<ReferenceWord> referenceWords(TovCmd& cmd, TovNameMatch match) {
 
 Questions::Question Questions::of(ReferenceWord const& word) {
     bool const isMatch = word.match == TOVMATCH_LOCAL || word.match == TOVMATCH_FLAT;
-    return {lookedForAs(word.type), isMatch ? word.match : TOVMATCH_LEVELS, word.text};
+    return {word.type, isMatch ? word.match : TOVMATCH_LEVELS, word.text};
 }
 
 Questions::Id Questions::find(Question const& question, std::uint64_t hash) const {

@@ -42,7 +42,7 @@ public:
     enum class Answer : std::uint8_t { unknown, missing, found };
 
     struct Question {
-        taDciObjTyp type;  ///< port, pin, net, cell, clock or name
+        taDciObjTyp type;
         TovNameMatch match;
         std::string_view word;  ///< lives until the next question is put
 

@@ -2,12 +2,6 @@
 
 namespace kiri::tov::impl_detail {
 
-namespace {
-
-constexpr CellTree::Id fewSiblings = 3;  // not worth a search for a later level
-
-}  // namespace
-
 bool TreeWalk::next() {
     bool const goesBelow = below_.at < until_ && tree_.children(node_).size() > 0;
     if (goesBelow) {

@@ -32,6 +32,8 @@ public:
 private:
     using Id = CellTree::Id;
 
+    static constexpr Id fewSiblings = 3;  // not worth a search for a later level
+
     /// Nodes to try: siblings, or nodes of a later level that have its text.
     struct Step {
         CellTree::Range siblings;
