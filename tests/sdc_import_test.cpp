@@ -83,14 +83,14 @@ TEST_P(Tables, HoldWithTheirReports) {
 INSTANTIATE_TEST_SUITE_P(Import, Tables, testing::Values("calls", "references", "forms", "hostile"));
 
 TEST(Import, EndsAtItsLimitsAndKeepsWhatCameBefore) {
-    std::string const late = "the run is beyond its limit of 0.5 seconds";
+    std::string const late = "the run exceeded its time limit of 0.5 seconds";
     struct {
         std::string command;
         std::string message;
     } const rows[] = {
         {"while 1 {}", late},
         {"for {set i 0} {1} {incr i} {set_false_path -from $i}", late},
-        {"while 1 {append t [string repeat x 1000000]}", "the run is beyond its limit of memory"},
+        {"while 1 {append t [string repeat x 1000000]}", "the run exceeded its memory limit"},
     };
     support::TempDir const dir;
     for (auto const& [command, message] : rows) {

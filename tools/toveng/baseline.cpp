@@ -25,7 +25,7 @@ std::string textIn(QJsonObject const& finding, char const* key) {
 }  // namespace
 
 Baseline::Baseline(QByteArray const& report) {
-    if (report.contains('\0')) refuse("it holds a NUL byte");
+    if (report.contains('\0')) refuse("it contains a NUL byte");
     QJsonParseError error{};
     QJsonDocument const document = QJsonDocument::fromJson(report, &error);
     if (error.error != QJsonParseError::NoError) {

@@ -20,7 +20,7 @@ CodeSet codesIn(std::vector<std::string> const& lists) {
     for (std::string const& list : lists) {
         for (QString const& name : toText(list).split(',')) {
             Rule const* const rule = findRule(name.toStdString());
-            if (rule == nullptr) throw Trouble("unknown code '" + name.toStdString() + "'; toveng(1) has the codes");
+            if (rule == nullptr) throw Trouble("unknown code '" + name.toStdString() + "'; toveng(1) lists the codes");
             codes.set(rule->code, true);
         }
     }
@@ -30,7 +30,8 @@ CodeSet codesIn(std::vector<std::string> const& lists) {
 CodeSet selectedCodes(Arguments const& arguments) {
     CodeSet codes = arguments.has("select") ? codesIn(arguments.values("select")) : CodeSet(true);
     CodeSet const ignored = codesIn(arguments.values("ignore"));
-    if (ignored.has(Code::endsLoad)) throw Trouble("ends-load cannot be ignored: what comes after it was not read");
+    if (ignored.has(Code::endsLoad))
+        throw Trouble("ends-load cannot be ignored, because the lines after it are not read");
     for (Rule const& rule : rules) {
         if (ignored.has(rule.code)) codes.set(rule.code, false);
     }
@@ -128,7 +129,7 @@ int check(Arguments const& arguments) {
     options.match = arguments.match();
     options.codes = selectedCodes(arguments);
     options.isFolded = !arguments.has("all");
-    if (arguments.has("match") && !arguments.has("design")) throw Trouble("--match without --design");
+    if (arguments.has("match") && !arguments.has("design")) throw Trouble("--match requires --design");
     auto const colors = static_cast<Colors>(arguments.choose("color", {"auto", "always", "never"}));
     Report report(form, mostIn(arguments), lookFor(stdout, colors));
     Run& run = keep<Run>(options, report);

@@ -22,7 +22,7 @@ Design::Design(std::string const& dump) {
     Input const input(dump, Content::dump);
     std::string error;
     if (!design.load(input.path(), progressBar(), &error) || !error.empty()) {
-        throw Trouble(dump + ": not read whole: " + error);
+        throw Trouble(dump + ": not read completely: " + error);
     }
     names = std::make_unique<TovDesignNames const>(design, progressBar());
 }

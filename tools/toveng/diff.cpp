@@ -166,7 +166,7 @@ void printNotCompared(Input const& input) {
 int diff(Arguments const& arguments) {
     bool const isJson = arguments.choose("format", {"text", "json"}) == 1;
     std::vector<std::string> const names = arguments.words();
-    if (names[0] == "-" && names[1] == "-") throw Trouble("standard input can be read once");
+    if (names[0] == "-" && names[1] == "-") throw Trouble("standard input can be read only once");
     Input const oldInput(names[0], Content::constraints);
     Input const newInput(names[1], Content::constraints);
     TOV& document = keep<TOV>();

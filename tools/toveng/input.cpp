@@ -68,8 +68,8 @@ Input::Input(std::string const& name, Content content) : name_(name), path_(name
     size_ = static_cast<std::uint64_t>(std::max<off_t>(::ftello(file.get()), 0));
     bool const fits = content == Content::any || found == content;
     if (content == Content::dump && !fits) fail(name, "not a design dump: it does not begin with '<'");
-    if (found == Content::dump && !fits) fail(name, "a design dump where constraints belong");
-    if (!fits) fail(name, "not a constraint file: it holds NUL bytes");
+    if (found == Content::dump && !fits) fail(name, "a design dump, not a constraint file");
+    if (!fits) fail(name, "not a constraint file: it contains NUL bytes");
     if (copy_ == nullptr) return;
     if (std::fflush(copy_.get()) != 0) fail("temporary file", std::strerror(errno));
     path_ = "/proc/self/fd/" + std::to_string(::fileno(copy_.get()));

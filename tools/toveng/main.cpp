@@ -32,13 +32,13 @@ constexpr int any = 1 << 30;
 
 constexpr Command commands[] = {
     {"check", check, 1, any, "[OPTION...] FILE...",
-     "Reports what makes no sense in constraint files, what loading and saving would lose, and missing names."},
+     "Reports what is wrong in constraint files, what a load and a save would lose, and missing names."},
     {"coverage", coverage, 1, any, "--design DUMP [OPTION...] FILE...",
-     "Reports what of the design the constraints reach, and what they leave out."},
-    {"diff", diff, 2, 2, "[OPTION...] OLD NEW", "Reports what changes in meaning from one constraint file to another."},
+     "Reports which parts of the design the constraints cover, and which they miss."},
+    {"diff", diff, 2, 2, "[OPTION...] OLD NEW", "Reports how two constraint files differ in meaning."},
     {"objects", objects, 1, any, "--design DUMP [OPTION...] WORD...",
-     "Lists the objects of the design that words stand for."},
-    {"format", format, 1, 1, "[OPTION...] FILE [-o OUT]", "Writes a constraint file as a save writes it."},
+     "Lists the objects of the design that words match."},
+    {"format", format, 1, 1, "[OPTION...] FILE [-o OUT]", "Rewrites a constraint file as a save writes it."},
     {"serve", serve, 0, 0, "[OPTION...]", "Checks constraint files in an editor, as a language server."},
     {"import", import, 1, any, "[OPTION...] [-o OUT] FILE...", "Runs SDC, which is Tcl, and writes a constraint file."},
 };
@@ -54,32 +54,31 @@ struct Option {
 };
 
 constexpr Option options[] = {
-    {"check coverage objects serve", "design", "DUMP", "the dump of the design that is constrained"},
-    {"check objects serve", "match", "HOW", "how words meet the levels of a name: levels, local or flat"},
+    {"check coverage objects serve", "design", "DUMP", "the dump of the constrained design"},
+    {"check objects serve", "match", "HOW", "how words match the levels of a name: levels, local or flat"},
     {"check", "each", "", "check each file by itself, not all as one set"},
-    {"check serve", "select", "CODE,...", "report findings of these codes only", Times::several},
-    {"check serve", "ignore", "CODE,...", "leave findings of these codes out", Times::several},
-    {"check", "baseline", "FILE", "leave out the findings of an earlier report in JSON"},
-    {"check", "all", "", "report each finding, also where many have one cause"},
-    {"check", "format", "FORMAT", "the form of the findings: text, json or sarif"},
-    {"coverage diff objects", "format", "FORMAT", "the form of the result: text or json"},
+    {"check serve", "select", "CODE,...", "report only findings with these codes", Times::several},
+    {"check serve", "ignore", "CODE,...", "leave out findings with these codes", Times::several},
+    {"check", "baseline", "FILE", "leave out the findings of an earlier JSON report"},
+    {"check", "all", "", "report each finding, even if many have the same cause"},
+    {"check", "format", "FORMAT", "the format of the findings: text, json or sarif"},
+    {"coverage diff objects", "format", "FORMAT", "the format of the result: text or json"},
     {"check", "color", "WHEN", "colours: auto, always or never"},
-    {"check", "max", "N", "print the first N findings only"},
-    {"objects", "type", "TYPE", "look for these alone: port, pin, net, cell or clock"},
-    {"objects", "constraints", "FILE", "list the commands of the file that refer to each object, too", Times::several},
+    {"check", "max", "N", "print only the first N findings"},
+    {"objects", "type", "TYPE", "match only objects of one type: port, pin, net, cell or clock"},
+    {"objects", "constraints", "FILE", "also list the commands of the file that refer to each object", Times::several},
     {"format", "check", "", "write nothing: status 1 if the file would change"},
-    {"format", "lossy", "", "also where something would be lost"},
-    {"serve", "log", "FILE", "write the conversation with the editor to this file"},
-    {"serve", "stdio", "", "use standard input and output, as always"},
-    {"format", "o", "OUT", "write to this file, not to the one that was read"},
-    {"import", "define", "NAME=VALUE", "set a global variable before", Times::several},
-    {"import", "root", "DIR", "the folder that source may read, not those of the files"},
-    {"import", "time-unit", "UNIT", "the unit of times before set_units: ns, ps, 10ps"},
-    {"import", "limit", "SECONDS", "end the run after so long (60)"},
-    {"import", "drop", "OPTION,...", "write calls without these options that take no value: add_delay, setup",
-     Times::several},
-    {"import", "format", "FORMAT", "the form of the findings: text or json"},
-    {"import", "o", "OUT", "write to this file, not to standard output"},
+    {"format", "lossy", "", "format even if something would be lost"},
+    {"serve", "log", "FILE", "log the messages to this file"},
+    {"serve", "stdio", "", "use standard input and output (always the case)"},
+    {"format", "o", "OUT", "write to this file instead of replacing the input"},
+    {"import", "define", "NAME=VALUE", "set a global variable before the first file", Times::several},
+    {"import", "root", "DIR", "the folder that source may read from, instead of the folders of the files"},
+    {"import", "time-unit", "UNIT", "the time unit before set_units, such as ns, ps or 10ps"},
+    {"import", "limit", "SECONDS", "the time limit of the run (default: 60)"},
+    {"import", "drop", "OPTION,...", "write calls without these options, such as add_delay or setup", Times::several},
+    {"import", "format", "FORMAT", "the format of the findings: text or json"},
+    {"import", "o", "OUT", "write to this file instead of standard output"},
 };
 
 bool isOf(Option const& option, Command const& command) {
@@ -105,7 +104,7 @@ void printHelp(Command const& command) {
 }
 
 void printHelp() {
-    print("Usage: toveng COMMAND [ARGUMENT...]\n\nWorks on timing constraints and on dumps of designs.\n\n");
+    print("Usage: toveng COMMAND [ARGUMENT...]\n\nWorks on timing constraints and on design dumps.\n\n");
     for (Command const& command : commands) printOption(command.name, command.summary);
     print("\ntoveng COMMAND --help shows the options of a command; the manual page is toveng(1).\n");
 }
@@ -131,11 +130,11 @@ int run(Command const& command, QStringList const& arguments) {
     if (parser.isSet("version")) return printVersion();
     for (Option const& option : options) {
         bool const isRepeated = isOf(option, command) && parser.optionNames().count(option.name) > 1;
-        if (isRepeated && option.times == Times::once) throw usageTrouble(dashed(option.name) + " comes twice");
+        if (isRepeated && option.times == Times::once) throw usageTrouble(dashed(option.name) + " is given twice");
     }
     auto const words = parser.positionalArguments().size();
     if (words < command.least || words > command.most) {
-        throw usageTrouble("usage is toveng " + std::string(command.name) + " " + command.usage);
+        throw usageTrouble("usage: toveng " + std::string(command.name) + " " + command.usage);
     }
     if (std::string(command.usage).find("--design") == 0 && !parser.isSet("design")) {
         throw usageTrouble("--design is required");
@@ -185,7 +184,7 @@ std::size_t Arguments::choose(char const* option, std::initializer_list<char con
     if (chosen != choices.end()) return static_cast<std::size_t>(chosen - choices.begin());
     std::string known;
     for (char const* choice : choices) known.append(known.empty() ? "" : ", ").append(choice);
-    throw Trouble("unknown " + std::string(option) + " '" + value(option) + "'; known are " + known);
+    throw Trouble("unknown " + std::string(option) + " '" + value(option) + "'; the choices are " + known);
 }
 
 int main(int argc, char** argv) {

@@ -26,7 +26,7 @@ struct KindText {
 constexpr KindText kindTexts[] = {
     {"dropped-line", "dropped line", ""},
     {"unknown-command", "unknown command", ""},
-    {"lost-word", "lost word", "a save leaves out {}"},
+    {"lost-word", "lost word", "a save drops {}"},
     {"changed-value", "changed value", "a save changes {}"},
     {"mistaken-word", "mistaken word", "{} is read as a name"},
     {"ends-load", "ends load", ""},
@@ -43,78 +43,77 @@ struct CauseText {
 
 // Why, and what to write instead.
 constexpr CauseText causeTexts[] = {
-    {Cause::other, "write each option once, and its value after it"},
+    {Cause::other, "write each option once, followed by its value"},
     {Cause::unknownOption,
-     "the format does not have this option; leave it out, or make the line a comment: `toveng import` keeps the call "
-     "as "
-     "one"},
-    {Cause::shortOption, "the names of options are not shortened; write {}"},
+     "the format does not have this option; remove it, or make the line a comment, as `toveng import` does"},
+    {Cause::shortOption, "options cannot be abbreviated; write {}"},
     {Cause::noSetupOrHold,
-     "the format does not tell setup from hold, and the saved line means both; leave it out where that is meant, else "
-     "make the line a comment: `toveng import` keeps the call as one"},
+     "the format does not distinguish setup from hold, and the saved line applies to both; remove it if that is meant, "
+     "else make the line a comment, as `toveng import` does"},
     {Cause::noCycleOwner,
-     "the format does not say whose cycles count; leave it out, or make the line a comment: `toveng import` keeps the "
-     "call as one"},
+     "the format does not say which clock's cycles count; remove it, or make the line a comment, as `toveng import` "
+     "does"},
     {Cause::noEdges,
-     "the format does not tell edges apart, and the saved line means both; leave it out where that is meant, else make "
-     "the line a comment: `toveng import` keeps the call as one"},
+     "the format does not distinguish edges, and the saved line applies to both; remove it if that is meant, else make "
+     "the line a comment, as `toveng import` does"},
     {Cause::noEdgePoints,
-     "the format does not tell edges apart; write -from, -to or -through where both are meant, else make the line a "
-     "comment: `toveng import` keeps the call as one"},
-    {Cause::noComment, "a command has no comment; write one in a line of its own that begins with #"},
-    {Cause::noGroupName, "groups have no name; write it in a line of its own that begins with #"},
-    {Cause::exclusiveByName, "the format has -exclusive and -asynchronous; write the one that is meant"},
-    {Cause::asynchronousToo, "-asynchronous counts where the line has both; write the one that is meant"},
-    {Cause::throughElsewhere,
-     "set_false_path alone has it; make the line a comment: `toveng import` keeps the call as one"},
+     "the format does not distinguish edges; write -from, -to or -through if both are meant, else make the line a "
+     "comment, as `toveng import` does"},
+    {Cause::noComment, "a command cannot have a comment; write it on a line of its own that begins with #"},
+    {Cause::noGroupName, "groups have no name; write it on a line of its own that begins with #"},
+    {Cause::exclusiveByName, "the format has only -exclusive and -asynchronous; write the one that is meant"},
+    {Cause::asynchronousToo, "if a line has both, -asynchronous counts; write only the one that is meant"},
+    {Cause::throughElsewhere, "only set_false_path has it; make the line a comment, as `toveng import` does"},
     {Cause::throughBesideOthers,
-     "a save writes -through where there is neither -from nor -to, and more paths are false without it; leave it out "
-     "where they are meant, else make the line a comment: `toveng import` keeps the call as one"},
+     "a save writes -through only without -from and -to, and without it more paths are false; remove it if they are "
+     "meant, else make the line a comment, as `toveng import` does"},
     {Cause::repeatedFlag, "the line has it twice; write it once"},
-    {Cause::repeatedValue, "the last {} of a line counts; leave the other out"},
-    {Cause::repeatedObjects, "the last {} of a line counts; write a line for each"},
+    {Cause::repeatedValue, "only the last {} of a line counts; remove the other"},
+    {Cause::repeatedObjects, "only the last {} of a line counts; write a line for each"},
     {Cause::withoutValue, "{} is the last word of the line; write its value after it"},
-    {Cause::withoutObjects, "{} names no object here; write one after it"},
-    {Cause::laterNumber, "the last number of the line counts; leave the other out"},
-    {Cause::laterObjects, "the last objects of the line count; write a line for each"},
-    {Cause::laterTarget, "the last object of the line counts; write a clock for each, with a -name of its own"},
-    {Cause::laterOption, "{} comes after it and is read as the object; leave {} out"},
-    {Cause::firstObject, "the first object of a list counts; write a line for each"},
-    {Cause::firstTarget, "the first object of a list counts; write a clock for each, with a -name of its own"},
-    {Cause::firstOfOption, "the first object of {} counts; write the one that is meant"},
+    {Cause::withoutObjects, "{} has no object here; write one after it"},
+    {Cause::laterNumber, "only the last number of the line counts; remove the other"},
+    {Cause::laterObjects, "only the last objects of the line count; write a line for each"},
+    {Cause::laterTarget, "only the last object of the line counts; write a clock for each, with its own -name"},
+    {Cause::laterOption, "{} follows it and is read as the object; remove {}"},
+    {Cause::firstObject, "only the first object of a list is kept; write a line for each"},
+    {Cause::firstTarget, "only the first object of a list is kept; write a clock for each, with its own -name"},
+    {Cause::firstOfOption, "only the first object of {} is kept; write the one that is meant"},
     {Cause::queryOption,
-     "the format has no options in queries; name the objects in braces: `toveng import` keeps the call as a comment"},
-    {Cause::queryInQuery, "the words of a query in a query are read as names; name the objects themselves"},
-    {Cause::outsideOptions, "objects follow -from or -to; write the option before them"},
-    {Cause::numberOfFalsePath, "a false path has no number; leave it out"},
-    {Cause::outsideGroups, "a word of its own means nothing here; write each group as -group [get_clocks {a b}]"},
-    {Cause::afterTexts, "an attribute is five texts, and -disable alone may follow them; leave it out"},
-    {Cause::afterNul, "a line ends at a NUL byte; leave the byte out"},
-    {Cause::noPeriod, "a clock has a period, 0 where the line gives none; write -period and a number"},
-    {Cause::noNumber, "the command has a number, 0 where the line gives none; write it"},
+     "queries of this format have no options; name the objects in braces, or make the line a comment, as `toveng "
+     "import` does"},
+    {Cause::queryInQuery, "a query inside a query is read as names; name the objects themselves"},
+    {Cause::outsideOptions, "objects must follow -from or -to; write the option before them"},
+    {Cause::numberOfFalsePath, "a false path has no value; remove it"},
+    {Cause::outsideGroups, "a word outside a group means nothing; write each group as -group [get_clocks {a b}]"},
+    {Cause::afterTexts, "an attribute is five texts, and only -disable may follow them; remove it"},
+    {Cause::afterNul, "a line ends at a NUL byte; remove the byte"},
+    {Cause::noPeriod, "a clock always has a period, 0 if the line has none; write -period and a number"},
+    {Cause::noNumber, "the command always has a number, 0 if the line has none; write it"},
     {Cause::notNumber, "a number begins with a digit, or with a minus sign and a digit; write one"},
     {Cause::variable, "the format has no variables; write the value, or run the Tcl with `toveng import`"},
-    {Cause::expression, "the format computes nothing; write the result, or run the Tcl with `toveng import`"},
-    {Cause::enclosedNumber, "a number in braces is not read; write it without them"},
-    {Cause::roundedNumber, "a number has 32 bits and six decimals; write one that these hold"},
+    {Cause::expression,
+     "the format does not evaluate expressions; write the result, or run the Tcl with `toveng import`"},
+    {Cause::enclosedNumber, "a number in braces is not read; write it without braces"},
+    {Cause::roundedNumber, "numbers have 32 bits and six decimals; write one that fits"},
     {Cause::largeNumber, "the number is too large for 32 bits; write a smaller one"},
-    {Cause::fraction, "the value is a whole number of 32 bits; write one"},
-    {Cause::noRelation, "groups are exclusive where the line does not have -asynchronous; write the one that is meant"},
-    {Cause::reservedKey, "the word stands for {}, which means the same; write that"},
-    {Cause::groupMember, "a group holds a query of clocks; write each group as -group [get_clocks {a b}]"},
+    {Cause::fraction, "the value must be a 32-bit integer; write one"},
+    {Cause::noRelation, "groups are exclusive unless the line has -asynchronous; write the one that is meant"},
+    {Cause::reservedKey, "the word is a reserved name for {}; write that"},
+    {Cause::groupMember, "a group must be a query of clocks; write each group as -group [get_clocks {a b}]"},
     {Cause::longKeyword,
      "the first word is longer than {}, and nothing after it is read; write a blank after {}, or make the line a "
      "comment"},
     {Cause::longAttribute, "the line is read as {}; write that"},
-    {Cause::lineEnd, "a command ends with its line; write it in one line, or have the lines joined by `toveng import`"},
-    {Cause::strayBackslash, "a backslash means nothing between the words of a line; leave it out"},
-    {Cause::optionAsValue, "it is the word after {}; write the value of {} before it"},
-    {Cause::unbracedIndex, "a query takes a name with an index in braces alone; write {}"},
+    {Cause::lineEnd, "a command ends with its line; write it on one line, or let `toveng import` join the lines"},
+    {Cause::strayBackslash, "a backslash means nothing between the words of a line; remove it"},
+    {Cause::optionAsValue, "it follows {}; write the value of {} first"},
+    {Cause::unbracedIndex, "in a query, a name with an index must be in braces; write {}"},
     {Cause::severalIndexes, "a query ends after its first two indexes; write a line for each name"},
-    {Cause::indexOfIndex, "a query takes one index in a name; write {} without the query"},
-    {Cause::unbalanced, "a name has brackets and braces in pairs; write the ones that are missing"},
-    {Cause::lineFeed, "the saved text is several lines; leave the line feed out"},
-    {Cause::attributeText, "none of the five texts may be empty, or hold both blanks and quotes; write another text"},
+    {Cause::indexOfIndex, "in a query, a name can have only one index; write {} without the query"},
+    {Cause::unbalanced, "the brackets and braces of a name must be balanced; add the missing ones"},
+    {Cause::lineFeed, "the saved text would be several lines; remove the line feed"},
+    {Cause::attributeText, "none of the five texts may be empty or contain both blanks and quotes; write another text"},
     {Cause::clockName, "a save writes the name without quotes; write one without blanks, quotes and brackets"},
     {Cause::objectName,
      "a save writes names without quotes; write them without blanks and quotes, each in a query such as [get_ports "
@@ -171,7 +170,7 @@ std::string explainAttribute(std::string const& text) {
     std::size_t const words = tokenizeTclString(text).size();
     return "a save drops " + quoted(text) + ": an attribute is five texts, and this line has " +
            std::to_string(words - 1) +
-           "; write #attribute KIND OBJECT NAME VALUE TYPE, a text with blanks in double quotes";
+           "; write #attribute KIND OBJECT NAME VALUE TYPE, and put texts with blanks in double quotes";
 }
 
 constexpr std::string_view tclWords[] = {

@@ -122,14 +122,13 @@ void judgeWaveform(TovCmdClockDef const& clock, std::string& reasons) {
         addReason(reasons, "the waveform has " + std::to_string(edges.size()) + " edge times, which must be in pairs");
     auto const notRising = std::adjacent_find(edges.begin(), edges.end(), [](float a, float b) { return !(a < b); });
     if (notRising != edges.end()) {
-        addReason(reasons,
-                  "the edge " + number(*(notRising + 1)) + " does not come after the edge " + number(*notRising));
+        addReason(reasons, "the edge " + number(*(notRising + 1)) + " is not after the edge " + number(*notRising));
     }
     double const last = edges.back();
     double const period = clock.period;
     double const end = edges.front() + period;
     if (last - end > 1e-6 * std::max(period, last)) {
-        addReason(reasons, "the last edge, " + number(last) + ", comes more than a period after the first one, " +
+        addReason(reasons, "the last edge, " + number(last) + ", is more than a period after the first, " +
                                number(edges.front()));
     }
 }
@@ -173,14 +172,15 @@ void judgeObjects(Command const& command, std::vector<Remark>& remarks) {
         return references.list->empty() || (isDelay && *references.role != '\0');
     });
     if (!isEmpty) return;
-    remarks.push_back({"", isDelay ? "the delay is for no object; name the ports after it"
-                                   : "the command is about no path; write -from or -to and what they name"});
+    remarks.push_back({"", isDelay
+                               ? "the delay has no object; name the ports after it"
+                               : "the command has no start, end or through point; write -from or -to and an object"});
 }
 
 void judgeDelayClock(Command const& command, std::vector<Remark>& remarks) {
     if (command.list != TOVCMD_INPUTDELAY && command.list != TOVCMD_OUTPUTDELAY) return;
     if (!static_cast<TovCmdIODelay&>(command.cmd).clock.empty()) return;
-    remarks.push_back({"", "the delay is relative to no clock; write -clock and its name"});
+    remarks.push_back({"", "the delay has no reference clock; write -clock and its name"});
 }
 
 void judgeClock(Command const& command, std::vector<Remark>& remarks) {
@@ -194,7 +194,8 @@ void judgeCycles(Command const& command, std::vector<Remark>& remarks) {
     if (command.list != TOVCMD_MULTICYCLE) return;
     int const cycles = static_cast<TovCmdMultiPath&>(command.cmd).multiplier;
     if (cycles < 1)
-        remarks.push_back({"", std::to_string(cycles) + " cycles are below 1, the number without the command"});
+        remarks.push_back(
+            {"", "the number of cycles, " + std::to_string(cycles) + ", is below 1, which is the default"});
 }
 
 void judgeQueries(Command const& command, std::vector<Remark>& remarks) {
@@ -217,8 +218,8 @@ void judgeVariables(Command const& command, std::vector<Remark>& remarks) {
         auto const isSame = [&](Remark const& remark) { return remark.text == text; };
         if (std::any_of(remarks.begin(), remarks.end(), isSame)) return;
         remarks.push_back({text, "`" + text +
-                                     "` is kept as a name: this format has no variables; write the name, or let toveng "
-                                     "import run the Tcl"});
+                                     "` is kept as a name: this format has no variables; write the name, or let "
+                                     "`toveng import` run the Tcl"});
     };
     if (command.list == TOVCMD_CLOCK) forEachVariable(static_cast<TovCmdClockDef&>(command.cmd).clockName, add);
     if (command.list == TOVCMD_GENCLOCK) forEachVariable(static_cast<TovCmdGenClockDef&>(command.cmd).clockName, add);

@@ -79,13 +79,13 @@ std::string foldedMessage(Code code, Cause const& cause, std::string const& mess
     if (cause.count <= 1) return message;
     std::string const number = std::to_string(cause.count);
     if (code == Code::unknownCommand) {
-        return number + " commands are not of this format: " + counted(cause.words) +
+        return number + " commands are not part of this format: " + counted(cause.words) +
                "; a save keeps them as comments; `toveng import` runs the Tcl";
     }
     if (code == Code::continuedLine) {
         std::string const places = cause.ranges.empty() ? "" : " (lines " + rangesText(cause) + ")";
         return number + " commands continue on the next line or are never closed: " + counted(cause.words) + places +
-               "; a command is one line here; `toveng import` joins the lines";
+               "; in this format a command is one line; `toveng import` joins the lines";
     }
     return message + " (" + number + " times in this file)";
 }

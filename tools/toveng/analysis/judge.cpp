@@ -103,11 +103,10 @@ std::string continuedMessage(Statement const& statement) {
         std::string const lines = statement.count == 1 ? "line " + first : "lines " + first + " to " + last;
         return lines +
                ": the command continues and never ends: a brace, bracket or quote is never closed, or `\\` ends the "
-               "last "
-               "line";
+               "last line";
     }
     return "the command continues to line " + last + " (lines " + first + " to " + last +
-           "): a command is one line here; write it in one, or let `toveng import` join the lines";
+           "): in this format a command is one line; write it on one line, or let `toveng import` join the lines";
 }
 
 std::string tooLong(std::string_view words) {

@@ -54,11 +54,11 @@ std::string messageOf(SetFinding const& finding, StatementSet const& set, std::s
             }
             return message;
         case Code::redefinedClock:
-            return "the clock is defined before, at " + other + "; remove one of the two or name them apart";
+            return "the clock is already defined at " + other + "; remove one of the two or rename it";
         case Code::repeated:
-            return "says what " + other + " says; remove one of the two";
+            return "repeats the command at " + other + "; remove one of the two";
         case Code::overridden:
-            return "overridden at " + other + ", which sets " + number(set.valueOf(finding.other)) + " in place of " +
+            return "overridden at " + other + ", which sets " + number(set.valueOf(finding.other)) + " instead of " +
                    number(set.valueOf(place)) + "; remove the one that is not meant";
         case Code::minOverMax: {
             double const value = set.valueOf(place);

@@ -54,7 +54,7 @@ public:
                 continue;
             }
             SdcOption const* const option = findOption(call_.command, word);
-            if (option == nullptr) throw NotHeld{readable(word), "SDC does not give the command this option"};
+            if (option == nullptr) throw NotHeld{readable(word), "the command does not have this option in SDC"};
             if (option->takesValue && i + 1 == objc) throw NotHeld{option->name, "the option has no value"};
             take(*option, option->takesValue ? objv[++i] : nullptr);
         }
@@ -71,7 +71,7 @@ private:
         option_ = option.name;
         if (option.takesValue && option.becomes != Becomes::group && option.becomes != Becomes::nothing &&
             isSeen(option.becomes)) {
-            throw NotHeld{option_, "the option is there twice"};
+            throw NotHeld{option_, "the option is given twice"};
         }
         switch (option.becomes) {
             case Becomes::nothing:
@@ -175,13 +175,14 @@ private:
                 if (!call_.period) throw NotHeld{"-period", "a clock needs a period"};
                 if (call_.name.empty() && call_.targets.empty())
                     throw NotHeld{"-name", "a clock needs a name or an object"};
-                if (call_.targets.size() > 1) throw NotHeld{"objects", "a line holds a clock of one object"};
+                if (call_.targets.size() > 1) throw NotHeld{"objects", "a clock of this format has one object"};
                 return;
             case createGeneratedClock:
                 if (call_.source.empty()) throw NotHeld{"-source", "a generated clock needs a source"};
                 if (call_.targets.empty()) throw NotHeld{"objects", "a generated clock needs an object"};
-                if (call_.targets.size() > 1) throw NotHeld{"objects", "a line holds a clock of one object"};
-                if (call_.divideBy && call_.multiplyBy) throw NotHeld{"-multiply_by", "it excludes -divide_by"};
+                if (call_.targets.size() > 1) throw NotHeld{"objects", "a clock of this format has one object"};
+                if (call_.divideBy && call_.multiplyBy)
+                    throw NotHeld{"-multiply_by", "it cannot be combined with -divide_by"};
                 return;
             case setClockGroups:
                 if (call_.groups.empty()) throw NotHeld{"-group", "a clock group needs a group"};
@@ -204,7 +205,7 @@ private:
     }
 
     void takeRelation(bool& relation, char const* name) {
-        if (!relation_.empty() && relation_ != name) throw NotHeld{name, "it excludes " + relation_};
+        if (!relation_.empty() && relation_ != name) throw NotHeld{name, "it cannot be combined with " + relation_};
         relation_ = name;
         relation = true;
     }
@@ -222,7 +223,7 @@ private:
 
     Number timeOf(Tcl_Obj* value) const {
         Number number = numberOf(value);
-        if (unit_.divide == 0) throw NotHeld{option_, "the unit of time is unknown"};
+        if (unit_.divide == 0) throw NotHeld{option_, "the time unit is unknown"};
         number.value = number.value * unit_.multiply / unit_.divide;
         if (!std::isfinite(static_cast<float>(number.value))) {
             throw NotHeld{option_, "`" + number.text + "` is too large"};
@@ -234,7 +235,7 @@ private:
         Number number = numberOf(value);
         constexpr double largest = 1U << 24U;  // that is exact in 32 bits
         if (number.value != std::trunc(number.value)) {
-            throw NotHeld{option_, "`" + number.text + "` is not a whole number"};
+            throw NotHeld{option_, "`" + number.text + "` is not an integer"};
         }
         if (std::fabs(number.value) > largest) throw NotHeld{option_, "`" + number.text + "` is too large"};
         return number;
@@ -247,7 +248,7 @@ private:
             Value const text(newText(word.kind == Word::plain ? fromBytes(word.reference.name) : "reference"));
             call_.waveform.push_back(timeOf(text.get()));
         }
-        if (words.empty() || words.size() % 2 != 0) throw NotHeld{option_, "a waveform is pairs of edges"};
+        if (words.empty() || words.size() % 2 != 0) throw NotHeld{option_, "a waveform must have pairs of edges"};
     }
 
     std::string nameOf(Tcl_Obj* value) const {
@@ -275,14 +276,13 @@ private:
                 objects.push_back(std::move(word.reference));
                 return;
             case Word::broken:
-                throw NotHeld{option_, "a word joins an object and a text"};
+                throw NotHeld{option_, "a word combines an object with other text"};
             case Word::extent:
                 if (!word.unknown->option.empty()) {
-                    throw NotHeld{word.unknown->option,
-                                  "a query of this format does not have it: " + word.unknown->text};
+                    throw NotHeld{word.unknown->option, "queries of this format do not have it: " + word.unknown->text};
                 }
                 if (word.unknown->objects.empty()) {
-                    throw NotHeld{option_, "no line can name what " + word.unknown->text + " stands for"};
+                    throw NotHeld{option_, "no line can name the result of " + word.unknown->text};
                 }
                 objects.insert(objects.end(), word.unknown->objects.begin(), word.unknown->objects.end());
                 return;
@@ -291,7 +291,7 @@ private:
 
     std::vector<Object> oneOf(Tcl_Obj* value) const {
         std::vector<Object> objects = objectsOf(value);
-        if (objects.size() > 1) throw NotHeld{option_, "a line holds one object of it"};
+        if (objects.size() > 1) throw NotHeld{option_, "this format allows only one object here"};
         return objects;
     }
 

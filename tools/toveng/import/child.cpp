@@ -219,7 +219,7 @@ void runInChild(Request const& request, Result& result) {
         bool const isInTime = child.receive(result, deadline);
         int const status = child.wait();
         result.takeRest(*shared);
-        if (!isInTime) return result.breakOff("the run is beyond its limit of " + seconds(request.limit));
+        if (!isInTime) return result.breakOff("the run exceeded its time limit of " + seconds(request.limit));
         int const code = WIFEXITED(status) ? WEXITSTATUS(status) : exitSignal;
         int const signal = WIFSIGNALED(status) ? WTERMSIG(status) : shared->signal;
         switch (code) {
@@ -229,7 +229,7 @@ void runInChild(Request const& request, Result& result) {
                 plan = {static_cast<Event>(shared->event), shared->command, shared->message};
                 continue;
             case exitMemory:
-                return result.breakOff("the run is beyond its limit of memory");
+                return result.breakOff("the run exceeded its memory limit");
             case exitSignal:
                 // A stack that is used up ends the command, not the run.
                 if ((signal == SIGSEGV || signal == SIGBUS) && ++crashes <= crashesAtMost && shared->command > 0) {
@@ -238,7 +238,7 @@ void runInChild(Request const& request, Result& result) {
                     continue;
                 }
                 if (signal == SIGXCPU)
-                    return result.breakOff("the run is beyond its limit of " + seconds(request.limit));
+                    return result.breakOff("the run exceeded its time limit of " + seconds(request.limit));
                 return result.breakOff("the run was ended by signal " + signalText(signal));
             default:
                 return result.breakOff("the run ended for an unknown reason");

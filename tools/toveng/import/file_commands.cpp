@@ -120,7 +120,7 @@ int file(Run& run, int objc, Tcl_Obj* const objv[]) {
         if (words.size() != 1) return failure(run, "wrong # args: should be \"file " + name + " name\"");
         return answer(operation.run(words[0]));
     }
-    return failure(run, "\"file " + name + "\" is not available: a script of constraints only computes");
+    return failure(run, "\"file " + name + "\" is not available: a constraint script can only compute");
 }
 
 }  // namespace

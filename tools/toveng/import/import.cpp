@@ -64,7 +64,7 @@ std::set<std::string> readDrop(std::vector<std::string> const& texts) {
     for (std::string const& text : texts) {
         for (QString const& option : QString::fromLatin1(text.c_str()).split(',')) {
             std::string const name = option.toLatin1().toStdString();
-            if (!sdc::isDroppable(name)) throw Trouble("--drop '" + name + "' is not an option that may be left out");
+            if (!sdc::isDroppable(name)) throw Trouble("--drop '" + name + "' is not an option that can be dropped");
             drop.insert(name);
         }
     }
@@ -106,7 +106,8 @@ std::string sumOf(sdc::Result const& result) {
         options += (options.empty() ? ": " : ", ") + std::to_string(count) + " " + option;
     }
     return "time unit " + result.unit() + ", " + counted(result.calls(), "call") + ", " +
-           counted(result.lines(), "line") + " written, " + counted(kept, "call") + " kept as comments" + options;
+           counted(result.lines(), "line") + " written, " + counted(kept, "call") +
+           (kept == 1 ? " kept as a comment" : " kept as comments") + options;
 }
 
 bool isFailure(sdc::Code code) {
@@ -141,7 +142,7 @@ void printFindings(sdc::Result const& result, bool isJson) {
 int import(Arguments const& arguments) {
     bool const isJson = arguments.choose("format", {"text", "json"}) == 1;
     bool const hasOut = arguments.has("o") && arguments.value("o") != "-";
-    if (isJson && !hasOut) throw Trouble("--format json needs -o: standard output has the findings then");
+    if (isJson && !hasOut) throw Trouble("--format json requires -o, because the findings go to standard output");
     sdc::Request const request = readRequest(arguments);
     sdc::Result result(request.unit.name);
     sdc::runInChild(request, result);

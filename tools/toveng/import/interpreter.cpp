@@ -53,7 +53,7 @@ int other(Run& run, int objc, Tcl_Obj* const objv[]) {
 
 int refused(Run& run, int, Tcl_Obj* const objv[]) {
     return failure(run,
-                   "\"" + std::string(textOf(objv[0])) + "\" is not available: a script of constraints only computes");
+                   "\"" + std::string(textOf(objv[0])) + "\" is not available: a constraint script can only compute");
 }
 
 int nothing(Run& run, int, Tcl_Obj* const[]) {

@@ -143,7 +143,7 @@ private:
     void writePaths(First first) {
         std::unique_ptr<Cmd> const cmd = makePath<Cmd>(first);
         std::vector<Object> const from = eachOnce(call_.from), to = eachOnce(call_.to);
-        if (from.size() * to.size() > linesAtMost) throw NotHeld{"-to", "these are more than 100,000 lines"};
+        if (from.size() * to.size() > linesAtMost) throw NotHeld{"-to", "the call would take more than 100,000 lines"};
         for (std::size_t i = 0; i < std::max<std::size_t>(from.size(), 1); ++i) {
             freeDciObjList(cmd->from);
             if (!from.empty()) add(cmd->from, from[i], "-from");
@@ -199,7 +199,7 @@ private:
 
     static std::vector<Object> eachOnce(std::vector<Object> const& objects) {
         if (objects.size() < 2) return objects;
-        if (objects.size() > linesAtMost) throw NotHeld{"objects", "these are more than 100,000 lines"};
+        if (objects.size() > linesAtMost) throw NotHeld{"objects", "the call would take more than 100,000 lines"};
         std::vector<Object> once;
         std::unordered_set<std::string> seen;
         for (Object const& object : objects) {
@@ -216,7 +216,7 @@ private:
         bool const hasNul = word.find('\0') != std::string::npos;
         if (word.back() == '\\' || escapesBrace || hasNul || word[0] == '"' ||
             TovCmd::reservedKey(word.c_str(), reserved)) {
-            throw NotHeld{option, "no line keeps the name `" + word + "`"};
+            throw NotHeld{option, "the format cannot hold the name `" + word + "`"};
         }
     }
 
@@ -252,14 +252,14 @@ private:
             bool const isLine = line.find_first_of(std::string_view("\n\0", 2)) == std::string::npos;
             if (!findings.empty() || !isLine) {
                 throw NotHeld{"objects",
-                              findings.empty() ? "a line would not keep it" : findingReason(findings.front())};
+                              findings.empty() ? "a line would not preserve it" : findingReason(findings.front())};
             }
         }
         lines_ += '\n';
     }
 
     static std::string findingReason(TovFinding const& finding) {
-        return std::string("a line would not keep it (") + findingCode(finding.kind) + ")";
+        return std::string("a line would not preserve it (") + findingCode(finding.kind) + ")";
     }
 
     Call const& call_;

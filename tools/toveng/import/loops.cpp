@@ -107,7 +107,7 @@ int runTwice(Run& run, Tcl_Obj* variable, Tcl_Obj* value, Tcl_Obj* body) {
         return status;
     }
     std::string const shown = readable(textOf(value));
-    if (status != TCL_OK) run.look("a loop ends before it has gone through " + shown);
+    if (status != TCL_OK) run.look("a loop ends before it has visited all of " + shown);
     Variables const before = readVariables(run.interp());
     run.log = &second;
     ++run.out().muted;
@@ -115,7 +115,7 @@ int runTwice(Run& run, Tcl_Obj* variable, Tcl_Obj* value, Tcl_Obj* body) {
     --run.out().muted;
     run.log = outer;
     bool const isSame = again == status && first == second && readVariables(run.interp()) == before;
-    if (!isSame) run.look("each pass of a loop through " + shown + " does something else");
+    if (!isSame) run.look("the passes of a loop over " + shown + " differ");
     if (outer != nullptr) outer->insert(outer->end(), first.begin(), first.end());
     return TCL_OK;
 }

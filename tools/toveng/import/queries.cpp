@@ -243,7 +243,7 @@ int removeFromCollection(Run& run, int objc, Tcl_Obj* const objv[]) {
             if (isSame) isTaken[i] = isFound = true;
         }
         if (!isFound)
-            run.look("\"remove_from_collection\" takes out " + object.reference.name + ", which is not in the list");
+            run.look("\"remove_from_collection\" removes " + object.reference.name + ", which is not in the list");
     }
     std::vector<Word> left;
     for (std::size_t i = 0; i < words.size(); ++i) {

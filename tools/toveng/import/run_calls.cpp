@@ -64,10 +64,10 @@ int Run::other(int objc, Tcl_Obj* const objv[]) {
     bool const isUndone = startsWith(word, "remove_") || startsWith(word, "reset_") || startsWith(word, "unset_");
     std::string const shown = readable(textOf(objv[0]));
     if (isUndone) {
-        out_.putFinding(Code::undone, shown, "`" + shown + "` stays a comment: what it takes back stays written");
+        out_.putFinding(Code::undone, shown, "`" + shown + "` is kept as a comment: what it undoes stays in the file");
     } else {
         out_.putFinding(Code::otherCommand, shown,
-                        "`" + shown + "` is not a command of this format: it stays a comment");
+                        "`" + shown + "` is not a command of this format: it is kept as a comment");
     }
     // Nothing uses the result of a command of the file.
     if (!isDirect(objv[0])) Tcl_SetObjResult(interp_, extent({"[" + commandText(objc, objv) + "]", {}, {}}));

@@ -105,7 +105,7 @@ std::vector<std::string> sortedWords(std::string_view text) {
     return words;
 }
 
-// What a save leaves out of the command's lists.
+// What a save drops of the command's lists.
 std::string laterObjects(TovCmd& cmd) {
     std::string names;
     for (TovReferences const& references : referencesOf(cmd)) {

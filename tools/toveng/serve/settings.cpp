@@ -40,7 +40,7 @@ public:
         if (!value) return {};
         auto const index = QStringList{"levels", "local", "flat"}.indexOf(*value);
         if (index >= 0) return static_cast<kiri::tov::TovNameMatch>(index);
-        complain(key, QString("is '%1'; known are levels, local and flat").arg(*value));
+        complain(key, QString("is '%1'; the choices are levels, local and flat").arg(*value));
         return {};
     }
 
