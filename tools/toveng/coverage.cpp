@@ -231,7 +231,7 @@ QStringList foldedBits(QJsonArray const& names) {
     return folded;
 }
 
-void printText(QJsonObject const& result) {
+void printCoverage(QJsonObject const& result) {
     for (char const* title : {"inputs", "outputs", "clocks"}) {
         QJsonObject const reach = result[title].toObject();
         print(std::string(title) + ": " + std::to_string(reach["constrained"].toInt()) + " of " +
@@ -266,7 +266,7 @@ int coverage(Arguments const& arguments) {
     TOV& document = keep<TOV>();
     readAll(document, arguments.words());
     QJsonObject const result = keep<Coverage>(keep<Design>(arguments.value("design")), document).result();
-    isJson ? print(result), print("\n") : printText(result);
+    isJson ? print(result), print("\n") : printCoverage(result);
     return isWhole(result) ? 0 : 1;
 }
 

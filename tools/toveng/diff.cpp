@@ -125,7 +125,7 @@ QJsonObject difference(Entries& olds, Entries& news) {
             {"disabled", savedLines(disabled)}};
 }
 
-void printText(QJsonObject const& difference) {
+void printDifference(QJsonObject const& difference) {
     for (char const* title : {"removed", "added", "changed", "enabled", "disabled"}) {
         for (QJsonValue const entry : difference[title].toArray()) {
             QJsonObject const change = entry.toObject();
@@ -174,7 +174,7 @@ int diff(Arguments const& arguments) {
     Entries news = readEntries(newInput, keep<TOV>(), progressBar());
     Entries olds = before.get();
     QJsonObject const result = difference(olds, news);
-    isJson ? print(result), print("\n") : printText(result);
+    isJson ? print(result), print("\n") : printDifference(result);
     flushOutput();
     printNotCompared(oldInput);
     printNotCompared(newInput);

@@ -84,7 +84,7 @@ QJsonObject jsonOf(std::string const& word, std::vector<Found> const& objects) {
     return {{"word", toText(word)}, {"objects", list}};
 }
 
-void printText(std::vector<Found> const& objects) {
+void printObjects(std::vector<Found> const& objects) {
     for (Found const& found : objects) {
         printLine(titleOf(found.type), toText(found.name));
         for (TovCmd* cmd : found.commands) printLine("   ", toText(cmd->toSaveString(nullptr)));
@@ -131,7 +131,7 @@ int objects(Arguments const& arguments) {
             status = 1;
         }
         if (!isJson) {
-            printText(found);
+            printObjects(found);
             continue;
         }
         print(std::exchange(separator, ",\n"));

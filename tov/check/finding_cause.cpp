@@ -56,15 +56,6 @@ bool holds(std::string_view text, std::string_view part) {
     return notAfter(text.data(), part.data()) && notAfter(part.data() + part.size(), text.data() + text.size());
 }
 
-bool isNumber(std::string_view word) {
-    float value = 0;
-    return parseFloatValue(word, value);
-}
-
-bool isOption(std::string_view word) {
-    return startsWith(word, "-") && !isNumber(word);
-}
-
 bool has(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
@@ -189,7 +180,7 @@ Reason ReadLine::whyObjectLost(LineWord const& word) const {
     std::string_view const first = orEmpty(objs.list.front()->name);
     std::string_view const reserved = reservedExpression(objs.list.front()->name);
     if (!reserved.empty()) return {Cause::reservedKey, std::string(reserved)};
-    if (isOption(first)) return {Cause::queryOption, std::string(first)};
+    if (looksLikeOption(first)) return {Cause::queryOption, std::string(first)};
     if (startsWith(first, "get_")) return {Cause::queryInQuery, ""};
     bool const isClock = list() == TOVCMD_CLOCK || list() == TOVCMD_GENCLOCK;
     if (isClock && option.empty()) return {Cause::firstTarget, ""};
@@ -273,7 +264,7 @@ Reason ReadLine::whyMistaken(std::string_view word) const {
         return (w.use == Use::value || w.counts) && has(w.text, word);
     });
     if (around == words_.end()) return {Cause::other, ""};
-    if (isOption(word)) {
+    if (looksLikeOption(word)) {
         if (around->text != word) return {Cause::queryOption, std::string(word)};
         if (around->use == Use::value) return {Cause::optionAsValue, std::string(around->option)};
         return foreignOption(word);
@@ -292,7 +283,7 @@ Reason ReadLine::whyUnstable() const {
     if (list() == TOVCMD_CLOCKGROUP) return {Cause::groupMember, ""};
     if (has(saved(), "inf ") || has(saved(), " inf")) return {Cause::largeNumber, ""};
     for (LineWord const& word : words_) {
-        bool const isPlain = !isOption(word.text) && word.text.find_first_of(" \t\v\f\r\"[{") == std::string_view::npos;
+        bool const isPlain = !looksLikeOption(word.text) && word.text.find_first_of(" \t\v\f\r\"[{") == std::string_view::npos;
         if (word.takes == Takes::name && word.counts && !isPlain) return {Cause::clockName, ""};
     }
     return {Cause::objectName, ""};

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "tov/base/text_p.h"
+#include "tov/check/line_words_p.h"
 #include "tov/cmd/commands.h"
 #include "tov/cmd/number_p.h"
 #include "tov/cmd/references.h"
@@ -24,11 +25,6 @@ void addWord(std::string& text, std::string_view word) {
 
 void addWords(std::string& text, WordComparison::Words const& words) {
     for (WordComparison::Word const& word : words) addWord(text, word.text);
-}
-
-bool isOption(std::string_view name) {
-    float value = 0;
-    return startsWith(name, "-") && !parseFloatValue(name, value);
 }
 
 // Returns whether the last word is a backslash, which other tools read as a continuation.
@@ -75,7 +71,7 @@ public:
         arePlain_ = false;
         bool const isLast = continued_ && endsInContinuation(name);
         if (isLast) continued_ = false;
-        if (isOption(name) || !isBalanced(name)) {
+        if (looksLikeOption(name) || !isBalanced(name)) {
             addWord(mistaken_, name);
         } else if (isLast) {
             addWord(mistaken_, "\\");

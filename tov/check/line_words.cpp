@@ -71,11 +71,6 @@ OptionUse const* findOption(Grammar const& grammar, std::string_view word) {
     return word.empty() || option == std::end(grammar.options) ? nullptr : option;
 }
 
-bool isNumber(std::string_view word) {
-    float value = 0;
-    return parseFloatValue(word, value);
-}
-
 // Marks the words that no later word replaces.
 void markWhatCounts(std::vector<LineWord>& words) {
     std::vector<std::pair<std::string_view, Takes>> seen;
@@ -103,6 +98,10 @@ std::string_view optionInFull(TOVCMD_TYPE list, std::string_view word) {
     return full;
 }
 
+bool looksLikeOption(std::string_view word) {
+    return startsWith(word, "-") && !isNumber(word);
+}
+
 std::vector<LineWord> lineWordsOf(TOVCMD_TYPE list, std::string_view command) {
     using Use = LineWord::Use;
     Grammar const& grammar = grammarOf(list);
@@ -120,7 +119,7 @@ std::vector<LineWord> lineWordsOf(TOVCMD_TYPE list, std::string_view command) {
             }
             continue;
         }
-        bool const isOption = startsWith(text, "-") && !isNumber(text);
+        bool const isOption = looksLikeOption(text);
         bool const isValue = !isOption && !words.empty() && words.back().use == Use::unknownOption &&
                              std::find(std::begin(otherToolsOptions), std::end(otherToolsOptions), words.back().text) !=
                                  std::end(otherToolsOptions);

@@ -35,6 +35,9 @@ struct LineWord {
     bool counts = false;      ///< the command keeps it: no later word takes its place
 };
 
+/// Returns whether a word begins as an option does, with "-" and no number.
+bool looksLikeOption(std::string_view word);
+
 /// Returns the words after the keyword of a command's line.
 std::vector<LineWord> lineWordsOf(TOVCMD_TYPE list, std::string_view command);
 

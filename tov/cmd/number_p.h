@@ -8,6 +8,12 @@ namespace kiri::tov::impl_detail {
 /// false and leaves `out` as it was unless the first character, or the second after a minus sign, is a digit.
 bool parseFloatValue(std::string_view text, float& out);
 
+/// Returns whether a word begins with a number, which is what its commands take it for.
+inline bool isNumber(std::string_view word) {
+    float value = 0;
+    return parseFloatValue(word, value);
+}
+
 /// Truncates; out of range saturates; NaN becomes 0.
 int truncateToInt(float value);
 

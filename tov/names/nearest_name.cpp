@@ -131,12 +131,12 @@ void NearTexts::skip(TextOf textOf, std::size_t bytes) {
     auto const hasPrefix = [&](std::size_t i) { return comparePaths(textOf(i).substr(0, bytes), prefix) == 0; };
     std::size_t step = 1;
     while (index_ + step < count_ && hasPrefix(index_ + step)) step *= 2;
-    std::size_t end = std::min(index_ + step, count_);
-    for (std::size_t last = index_ + step / 2; last + 1 < end;) {
-        std::size_t const middle = last + (end - last) / 2;
-        (hasPrefix(middle) ? last : end) = middle;
+    std::size_t bound = std::min(index_ + step, count_);
+    for (std::size_t last = index_ + step / 2; last + 1 < bound;) {
+        std::size_t const middle = last + (bound - last) / 2;
+        (hasPrefix(middle) ? last : bound) = middle;
     }
-    next_ = end;
+    next_ = bound;
 }
 
 /// Finds the name nearest to a word among nodes of some kinds.

@@ -56,7 +56,7 @@ bool hasPlainNames(Command const& command) {
         });
 }
 
-std::uint64_t hashOf(std::string_view word) {
+std::uint64_t hashOfWord(std::string_view word) {
     constexpr std::uint64_t factor = 0x9e3779b97f4a7c15;
     std::uint64_t hash = word.size() * factor;
     while (!word.empty()) {
@@ -85,7 +85,7 @@ bool addWords(std::string_view text, std::uint64_t& sum) {
         at = end;
         char const first = word[0] == '-' && word.size() > 1 ? word[1] : word[0];
         if (first < '0' || first > '9') {
-            sum += hashOf(word);
+            sum += hashOfWord(word);
             continue;
         }
         double value = 0;

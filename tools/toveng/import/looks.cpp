@@ -20,11 +20,11 @@ constexpr std::string_view passing[] = {"apply",  "append",  "catch", "concat", 
                                         "return", "set",     "subst", "try",     "uplevel", "variable",  "while"};
 
 /// Commands that look into the variable that they name, and the word with its name.
-struct Reader {
+struct VariableReader {
     std::string_view command;
     int word;
 };
-constexpr Reader readers[] = {{"incr", 1}, {"lset", 1}, {"dict", 2}};
+constexpr VariableReader readers[] = {{"incr", 1}, {"lset", 1}, {"dict", 2}};
 
 /// Commands whose brackets and words have no look, apart from those of SDC.
 constexpr std::string_view straight[] = {"concat", "lappend", "list", "set"};
@@ -57,7 +57,7 @@ bool isProcedure(Tcl_Interp* interp, Tcl_CmdInfo const& info) {
 }
 
 void checkReader(Run& run, std::string_view name, int objc, Tcl_Obj* const objv[]) {
-    for (Reader const& reader : readers) {
+    for (VariableReader const& reader : readers) {
         if (reader.command != name || reader.word >= objc) continue;
         Tcl_Obj* const value = Tcl_ObjGetVar2(run.interp(), objv[reader.word], nullptr, 0);
         if (value != nullptr && holdsExtent(textOf(value))) {

@@ -4,11 +4,11 @@
 #include <iterator>
 #include <utility>
 
+#include "analysis/words.h"
+
 namespace tool::lsp {
 
 namespace {
-
-constexpr std::string_view whiteSpace = " \t\n\r\v\f";
 
 // Calls `visit` with each part of a text that line feeds separate.
 template <class Visit>

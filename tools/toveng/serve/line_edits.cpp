@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "analysis/words.h"
 #include "serve/line_words.h"
 #include "tov/check.h"
 #include "tov/cmd/references.h"
@@ -18,12 +19,6 @@ namespace {
 
 constexpr std::string_view disablePrefix = "#disable ";
 constexpr std::string_view disableOption = "-disable";
-constexpr std::string_view whiteSpace = " \t\n\r\v\f";
-
-std::string_view trimmed(std::string_view line) {
-    std::size_t const first = line.find_first_not_of(whiteSpace);
-    return first == std::string_view::npos ? "" : line.substr(first, line.find_last_not_of(whiteSpace) + 1 - first);
-}
 
 /// A line of a constraint file, read.
 struct Read {
@@ -128,20 +123,20 @@ std::optional<std::string> withOtherState(std::string_view line, bool& isOn) {
     Read const read(line);
     if (read.cmd == nullptr) return {};
     isOn = read.cmd->enabled;
-    std::string_view const text = trimmed(line);
+    std::string_view const text = trim(line);
     if (read.list != TOVCMD_ATTRIBUTE) {
         if (isOn) return std::string(disablePrefix).append(text);
-        return std::string(trimmed(text.substr(disablePrefix.size())));
+        return std::string(trim(text.substr(disablePrefix.size())));
     }
     if (isOn) return std::string(text).append("\t").append(disableOption);
-    return std::string(trimmed(text.substr(0, text.rfind(disableOption))));
+    return std::string(trim(text.substr(0, text.rfind(disableOption))));
 }
 
 std::optional<std::string> asSaved(std::string_view line) {
     Read const read(line);
     if (read.cmd == nullptr || !read.findings.empty()) return {};
     std::string saved = read.cmd->toSaveString(nullptr);
-    if (saved == trimmed(line)) return {};
+    if (saved == trim(line)) return {};
     return saved;
 }
 

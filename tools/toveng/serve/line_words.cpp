@@ -2,16 +2,13 @@
 
 #include <algorithm>
 
+#include "analysis/words.h"
+
 namespace tool::lsp {
 
 namespace {
 
-constexpr std::string_view whiteSpace = " \t\n\r\v\f";
 constexpr std::string_view disableMark = "#disable";
-
-bool isSpace(char c) {
-    return whiteSpace.find(c) != std::string_view::npos;
-}
 
 bool isNumber(std::string_view word) {
     if (!word.empty() && word.front() == '-') word.remove_prefix(1);

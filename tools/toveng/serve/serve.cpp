@@ -11,11 +11,9 @@
 #include "serve/transport.h"
 #include "text.h"
 
-namespace tool {
+namespace tool::lsp {
 
 namespace {
-
-using namespace lsp;
 
 /// Takes standard output away from everything but the protocol: what else prints goes to standard error.
 int takeStandardOutput() {
@@ -72,7 +70,12 @@ void work(Server& server, Channel& channel) {
 
 }  // namespace
 
+}  // namespace tool::lsp
+
+namespace tool {
+
 int serve(Arguments const& arguments) {
+    using namespace lsp;
     Settings const settings = settingsOf(arguments);
     Log log(arguments.value("log"));
     std::signal(SIGPIPE, SIG_IGN);  // a client that has gone shows as an error of the write
