@@ -30,8 +30,8 @@ namespace tool {
 namespace {
 
 // The bits of a port's direction; an inout is both.
-constexpr std::uint32_t in = 1;
-constexpr std::uint32_t out = 2;
+constexpr std::uint32_t inputs = 1;
+constexpr std::uint32_t outputs = 2;
 
 using Nodes = std::unordered_set<TovNode const*>;
 
@@ -63,8 +63,8 @@ public:
             for (TovCmd* cmd : *same) lines.append(saved(cmd));
             repeated.append(lines);
         }
-        return {{"inputs", portsOf(in, inputs_, exceptedInputs_)},
-                {"outputs", portsOf(out, outputs_, exceptedOutputs_)},
+        return {{"inputs", portsOf(inputs, inputs_, exceptedInputs_)},
+                {"outputs", portsOf(outputs, outputs_, exceptedOutputs_)},
                 {"clocks", clocksReached()},
                 {"unmatched", unmatched},
                 {"repeated", repeated}};
@@ -129,7 +129,7 @@ private:
     void addAll(ppStlList<taDciObj*> const& list, Nodes& nodes) {
         for (taDciObj* object : list) {
             std::string const query = TovCmd::toTclString(object);
-            std::uint32_t const direction = query == "[all_inputs]" ? in : query == "[all_outputs]" ? out : 0;
+            std::uint32_t const direction = query == "[all_inputs]" ? inputs : query == "[all_outputs]" ? outputs : 0;
             for (TovPortNode const* port : ports_) {
                 if ((port->direction() & direction) != 0) nodes.insert(port);
             }

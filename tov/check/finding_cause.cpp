@@ -283,7 +283,8 @@ Reason ReadLine::whyUnstable() const {
     if (list() == TOVCMD_CLOCKGROUP) return {Cause::groupMember, ""};
     if (has(saved(), "inf ") || has(saved(), " inf")) return {Cause::largeNumber, ""};
     for (LineWord const& word : words_) {
-        bool const isPlain = !looksLikeOption(word.text) && word.text.find_first_of(" \t\v\f\r\"[{") == std::string_view::npos;
+        bool const isPlain =
+            !looksLikeOption(word.text) && word.text.find_first_of(" \t\v\f\r\"[{") == std::string_view::npos;
         if (word.takes == Takes::name && word.counts && !isPlain) return {Cause::clockName, ""};
     }
     return {Cause::objectName, ""};

@@ -92,12 +92,6 @@ void forEachVariable(std::string_view name, Visit visit) {
     }
 }
 
-std::string number(double value) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%g", value);
-    return text;
-}
-
 void addReason(std::string& reasons, std::string const& reason) {
     if (!reasons.empty()) reasons += "; ";
     reasons += reason;

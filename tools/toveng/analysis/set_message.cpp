@@ -1,23 +1,14 @@
 #include "analysis/set_message.h"
 
-#include <cstdio>
-
 #include "analysis/edit_distance.h"
+#include "analysis/words.h"
 #include "tov/names/name_check.h"
 
 using namespace kiri::tov;
 
 namespace tool {
 
-namespace {
-
-std::string number(double value) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%g", value);
-    return text;
-}
-
-}  // namespace
+namespace {}  // namespace
 
 std::string NearNames::nearestTo(MissingWord const& word) {
     Nearest nearest(word.text);

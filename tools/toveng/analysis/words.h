@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdio>
 #include <string>
 #include <string_view>
 
@@ -39,6 +40,13 @@ inline std::string_view firstWord(std::string_view text) {
 inline void addWord(std::string& text, std::string_view word) {
     if (!text.empty()) text += ' ';
     text += word;
+}
+
+/// Returns a number as a message shows it.
+inline std::string number(double value) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%g", value);
+    return text;
 }
 
 }  // namespace tool

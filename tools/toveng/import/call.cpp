@@ -9,14 +9,14 @@ namespace tool::sdc {
 
 namespace {
 
-constexpr std::string_view digits = "0123456789";
+constexpr std::string_view decimalDigits = "0123456789";
 
 /// Returns the size of the decimal number that a text begins with; 0 without one.
 std::size_t numberSize(std::string_view text) {
     std::size_t at = !text.empty() && (text[0] == '-' || text[0] == '+') ? 1 : 0;
     auto const skipDigits = [&] {
         std::size_t const start = at;
-        at = std::min(text.find_first_not_of(digits, at), text.size());
+        at = std::min(text.find_first_not_of(decimalDigits, at), text.size());
         return at - start;
     };
     std::size_t found = skipDigits();

@@ -8,6 +8,7 @@
 #include "serve/clock_definitions.h"
 #include "serve/features.h"
 #include "serve/line_words.h"
+#include "text.h"
 
 namespace tool::lsp {
 
@@ -22,10 +23,6 @@ constexpr int propertyItem = 10;
 constexpr int keywordItem = 14;
 
 constexpr int itemsAtMost = 200;
-
-QString textOf(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<int>(text.size()));
-}
 
 // Whether a query can hold a name without braces.
 bool isPlain(std::string_view name) {
@@ -52,13 +49,13 @@ public:
         }
         bool const isPart = kind == moduleItem;
         bool const isName = isPart || kind == fieldItem || kind == variableItem;
-        QString const label = textOf(word);
+        QString const label = toText(word);
         QString const text = isName && !isPart && !isBraced_ && !isPlain(word) ? "{" + label + "}" : label;
         QJsonObject item{{"label", label},
                          {"kind", kind},
                          {"filterText", label},
                          {"textEdit", QJsonObject{{"range", range_}, {"newText", text}}}};
-        if (!detail.empty()) item.insert("detail", textOf(detail));
+        if (!detail.empty()) item.insert("detail", toText(detail));
         items_.append(item);
         return true;
     }

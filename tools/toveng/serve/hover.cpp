@@ -17,10 +17,6 @@ constexpr std::size_t shownAtMost = 10;
 
 constexpr taDciObjTyp nodeTypes[] = {taDciObjPort, taDciObjPin, taDciObjNet, taDciObjCell, taDciObjClock};
 
-QString textOf(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<int>(text.size()));
-}
-
 /// The text of a hover, in the form that the client reads.
 class Page {
 public:
@@ -46,7 +42,7 @@ private:
 };
 
 QString plural(std::size_t count, std::string_view title) {
-    return QString("%1 %2%3").arg(count).arg(textOf(title), count == 1 ? "" : "s");
+    return QString("%1 %2%3").arg(count).arg(toText(title), count == 1 ? "" : "s");
 }
 
 void addNodes(Page& page, Workspace const& workspace, Subject const& subject, TovNameMatch match) {
@@ -67,7 +63,7 @@ void addNodes(Page& page, Workspace const& workspace, Subject const& subject, To
         page.addList(names, nodes.size());
     }
     if (!isFound && !subject.isClock())
-        page.add(QString("No such %1 in the design.").arg(textOf(typeTitle(subject.type()))));
+        page.add(QString("No such %1 in the design.").arg(toText(typeTitle(subject.type()))));
 }
 
 void addClocks(Page& page, Workspace const& workspace, OpenDocument const& document, Subject const& subject) {
@@ -78,7 +74,7 @@ void addClocks(Page& page, Workspace const& workspace, OpenDocument const& docum
                      .arg(page.code(QString::fromStdString(clock.name)))
                      .arg(clock.line + 1)
                      .arg(clock.isEnabled ? "" : ", disabled"));
-        page.add("- " + page.code(textOf(document.text.line(clock.line)).trimmed()));
+        page.add("- " + page.code(toText(document.text.line(clock.line)).trimmed()));
     }
     for (SetFile const* file : filesBeside(workspace, document)) {
         for (ClockDefinition const& clock : clocksIn(*file)) {
@@ -113,17 +109,17 @@ void addWord(Page& page, LineWords const& line, Word const& word) {
     if (word.kind == WordKind::keyword) {
         CommandInfo const* const command = findCommand(word.text);
         if (command == nullptr) return;
-        page.add(page.code(textOf(command->keyword) + " " + textOf(command->usage)));
-        page.add(textOf(command->meaning) + ".");
+        page.add(page.code(toText(command->keyword) + " " + toText(command->usage)));
+        page.add(toText(command->meaning) + ".");
     }
     if (word.kind == WordKind::query) {
         if (QueryInfo const* const query = findQuery(word.text)) {
-            page.add(page.code(textOf(query->word)) + ": " + textOf(query->meaning) + ".");
+            page.add(page.code(toText(query->word)) + ": " + toText(query->meaning) + ".");
         }
     }
     if (word.kind != WordKind::option || line.command == nullptr) return;
     if (OptionInfo const* const option = findOption(*line.command, word.text)) {
-        page.add(page.code(textOf(option->name)) + ": " + textOf(option->meaning) + ".");
+        page.add(page.code(toText(option->name)) + ": " + toText(option->meaning) + ".");
     }
 }
 
