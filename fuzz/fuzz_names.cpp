@@ -1,9 +1,15 @@
 // A design and words: compares what the index finds with what the rules find, tried on one node after another. The
 // input is lines: c, p, n, k with the name of a cell, and of its pin, net or clock; before the first cell those of the
-// top. l and a are library and arch of the cells that follow. Any other line is a word.
+// top. l and a are library and arch of the cells that follow. Any other line is a word. The words are also those of a
+// document, joined with the design.
+
+#include <map>
 
 #include "fuzz/fuzz.h"
 #include "fuzz/name_rules.h"
+#include "tov/edit.h"
+#include "tov/make_command.h"
+#include "tov/names/document_names.h"
 
 namespace {
 
@@ -59,6 +65,44 @@ std::string dumpOf(std::string const& input, std::vector<std::string>& words) {
     return "<top>" + clocks + "<library><unit>" + dump + "</unit></library></top>";
 }
 
+// Commands that refer to the words as all kinds of objects.
+void addCommands(TOV& document, std::vector<std::string> const& words) {
+    for (std::string const& word : words) {
+        for (std::string const& line : {"-from [get_pins {" + word + "}] -to [get_cells {" + word + "}]",
+                                        "-from [get_ports {" + word + "}] -to [get_clocks {" + word + "}]",
+                                        "-from [get_nets {" + word + "}] -to [get_cells -hier {" + word + "}]",
+                                        "-from {" + word + "} -to [get_pins -hier {" + word + "}]"}) {
+            if (auto cmd = makeCommand("set_false_path " + line))
+                addCommand(document, TOVCMD_FALSEPATH, std::move(cmd));
+        }
+    }
+}
+
+// The commands of each node are those that have a word by which the index finds it.
+void checkCommandsOf(std::vector<name_rules::Candidate> const& candidates, TovDesignNames const& names,
+                     std::vector<std::string> const& words) {
+    TOV document;
+    addCommands(document, words);
+    for (auto const match : {TOVMATCH_LEVELS, TOVMATCH_LOCAL, TOVMATCH_FLAT}) {
+        TovDocumentNames const join(document, names, match);
+        std::map<TovNode const*, std::vector<TovCmd*>> expected;
+        forEachCommand(document, [&](TOVCMD_TYPE, TovCmd& cmd) {
+            for (TovNameUse const& use : join.usesIn(cmd)) {
+                std::vector<TovNode const*> nodes;
+                names.find(use.type, use.word, nodes, use.match);
+                for (TovNode const* node : nodes) {
+                    std::vector<TovCmd*>& known = expected[node];
+                    if (known.empty() || known.back() != &cmd) known.push_back(&cmd);
+                }
+            }
+        });
+        for (auto const& candidate : candidates) {
+            fuzz::require(join.commandsOf(*candidate.node) == expected[candidate.node], "the commands of a node",
+                          names.nameOf(*candidate.node), std::to_string(match));
+        }
+    }
+}
+
 }  // namespace
 
 void fuzz::run(std::string const& input) {
@@ -85,6 +129,7 @@ void fuzz::run(std::string const& input) {
         fuzz::require(names.nearest(taDciObjName, word) == name_rules::nearest(names, candidates, taDciObjName, word),
                       "the nearest name", word);
     }
+    checkCommandsOf(candidates, names, words);
     for (auto const& candidate : candidates) {
         std::string const word = names.nameOf(*candidate.node);
         auto const found = name_rules::find(candidates, taDciObjName, word, TOVMATCH_LEVELS);

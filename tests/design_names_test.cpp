@@ -108,9 +108,12 @@ TEST(DesignNames, AreNamedSoThatTheyAreFound) {
         names.find(taDciObjName, names.nameOf(*node), found);
         EXPECT_EQ(std::count(found.begin(), found.end(), node), 1) << names.nameOf(*node);
     }
-    TovTopNode const top("-t.o*p", "", "", "");
-    EXPECT_EQ(names.nameOf(top), "\\-t/o\\*p");
-    EXPECT_EQ(names.nameOf(TovTopNode("", "", "", "")), "");
+    struct {
+        char const* name;
+        char const* word;
+    } const rows[] = {{"-t.o*p", "\\-t/o\\*p"}, {"[a[0]", "\\[a[0]"}, {"$a$", "\\$a$"},
+                      {"@a@", "\\@a@"},         {"?\\-", "\\?\\\\-"}, {"", ""}};
+    for (auto const& [name, word] : rows) EXPECT_EQ(names.nameOf(TovTopNode(name, "", "", "")), word);
 }
 
 TEST(DesignNames, AreSuggested) {
@@ -119,15 +122,19 @@ TEST(DesignNames, AreSuggested) {
         std::size_t const blank = row.find(' ');
         return names.nearest(types.at(row.substr(0, blank)), row.substr(blank + 1));
     });
-    EXPECT_EQ(names.nearest(taDciObjNone, "clk") + names.nearest(taDciObjPort, std::string(1001, 'a')), "");
+    EXPECT_EQ(names.nearest(taDciObjNone, "clk"), "");
 
     support::TempDir const dir;
-    TovDesign escaped;
-    escaped.load(
-        support::write(dir / "dump",
-                       "<top><library><unit><pins><pitem name='a*'/><pitem name='aZ'/></pins></unit></library></top>")
+    std::string const longest(1000, 'a');
+    TovDesign other;
+    other.load(
+        support::write(dir / "dump", "<top><library><unit><pins><pitem name='a*'/><pitem name='aZ'/><pitem name='" +
+                                         longest + "'/></pins></unit></library></top>")
             .c_str());
-    EXPECT_EQ(TovDesignNames(escaped).nearest(taDciObjPort, "ab"), "aZ");  // before "a\*"
+    TovDesignNames const others(other);
+    EXPECT_EQ(others.nearest(taDciObjPort, "ab"), "aZ");  // before "a\*"
+    EXPECT_EQ(others.nearest(taDciObjPort, "b" + longest.substr(1)), longest);
+    EXPECT_EQ(others.nearest(taDciObjPort, longest + 'a'), "");
 }
 
 TEST(DesignNames, TellProgressAndStop) {

@@ -146,12 +146,19 @@ TEST_F(Join, FollowsChanges) {
     join.remove(path);
     EXPECT_TRUE(join.missing().empty() && join.commandsOf(pin).empty());
     EXPECT_EQ(wordsOf(join.missingIn(path)), "m new*");
+    TovCmd& kept = add("set_false_path -from u1/CK -to nowhere");
+    join.add(kept);
     // As often as it takes for what is left of the old words to be dropped.
     for (int i = 0; i < 5000; ++i) {
         replaceReferences(static_cast<TovCmdFalsePath&>(path).to, "u1/C" + std::to_string(i), false);
         join.add(path);
     }
-    EXPECT_EQ(wordsOf(join.missing()), "m new* u1/C4999");
+    EXPECT_EQ(wordsOf(join.missing()), "m new* u1/C4999 nowhere");
+    EXPECT_EQ(join.commandsOf(pin), std::vector<TovCmd*>{&kept});
+
+    std::unique_ptr<TovCmd> const loose = makeCommand("set_max_delay 1 -to u1/CK");  // in no list yet
+    join.add(*loose);
+    EXPECT_EQ(join.commandsOf(pin), (std::vector<TovCmd*>{&kept, loose.get()}));
 }
 
 // Commands come, change, go and come back, and clocks with them; a join made anew is asked the same in between.

@@ -5,12 +5,43 @@
 
 #include <random>
 #include <string>
+#include <vector>
 
 namespace fuzz {
 void run(std::string const& input);
 }
 
 namespace {
+
+constexpr char const* nameLevels[] = {"a",    "b",       "ab",  "u1", "a*",    "x\\y", "",  "t\xfcr",       "d[0]",
+                                      "d[1]", "m[1][2]", "[3]", "q?", "d[07]", "aab",  "q", "d[2147483648]"};
+constexpr char const* wordLevels[] = {"a",
+                                      "*",
+                                      "?",
+                                      "*a*",
+                                      "a*b",
+                                      "u?",
+                                      "\\a\\*",
+                                      "d",
+                                      "d[1:0]",
+                                      "\\d[1:0]",
+                                      "*[7:0]",
+                                      "d*[9:1]",
+                                      "m[1]",
+                                      "*b",
+                                      "t\xc3\xbcr",
+                                      "lib",
+                                      "m[1][:]",
+                                      "d[0:99999999999]",
+                                      "m[1][2:0]",
+                                      "rtl",
+                                      "q\\?",
+                                      "q\xe2\x82\xac",
+                                      "q\\\xe2\x82\xac",
+                                      "x\\\\\xe2\x82\xac",
+                                      "q\xed\xa0\x80"};
+constexpr char const* libraries[] = {"", "work", "lib", "l.x"};
+constexpr char const* archs[] = {"", "rtl", "a/b"};
 
 /// Lines that describe a design, and words, as fuzz/fuzz_names.cpp has them.
 class RandomInput {
@@ -20,72 +51,97 @@ public:
     std::string make() {
         std::string lines;
         for (char const kind : {'k', 'p', 'n'}) {
-            for (int i = number(3); i > 0; --i) lines += line(kind, path(2));
+            for (int i = number(3); i > 0; --i) lines += line(kind, known("", path(2)));
         }
-        for (int i = number(20) == 0 ? 40 : number(7); i > 0; --i) lines += cell();
+        bool const isLarge = number(20) == 0;
+        std::string const common = isLarge ? line('p', path(2)) : "";
+        for (int i = isLarge ? 40 : number(7); i > 0; --i) lines += cell() + common;
         for (int i = 3; i > 0; --i) lines += line('w', word());
+        for (int i = 3; i > 0; --i) lines += line('w', similarTo(known_.empty() ? "a" : oneOf(known_)));
         return lines;
     }
 
 private:
     int number(int end) { return static_cast<int>(random_() % static_cast<unsigned>(end)); }
-    template <std::size_t size>
-    std::string oneOf(char const* const (&texts)[size]) {
-        return texts[random_() % size];
+    template <class Texts>
+    std::string oneOf(Texts const& texts) {
+        return texts[random_() % std::size(texts)];
     }
     static std::string line(char kind, std::string const& name) { return kind + name + '\n'; }
+    std::string separator() { return number(3) == 0 ? "/" : "."; }
 
-    std::string path(int most) {
-        constexpr char const* levels[] = {"a",    "b",    "ab",      "u1",  "a*", "x\\y",  "",    "t\xfcr",
-                                          "d[0]", "d[1]", "m[1][2]", "[3]", "q?", "d[07]", "aab", "d[9]"};
+    template <class Texts>
+    std::string joined(Texts const& levels, int most) {
         std::string text = oneOf(levels);
-        for (int i = number(most); i > 0; --i) text += (number(3) == 0 ? "/" : ".") + oneOf(levels);
+        for (int i = number(most); i > 0; --i) text += separator() + oneOf(levels);
         return text;
+    }
+    std::string path(int most) { return joined(nameLevels, most); }
+    std::string word() { return joined(wordLevels, 4); }
+
+    /// Notes a name that words may be similar to, and returns the part of it that is not in `block`.
+    std::string known(std::string const& block, std::string const& name) {
+        known_.push_back(block.empty() ? name : block + '/' + name);
+        return name;
     }
 
     std::string cell() {
-        constexpr char const* libraries[] = {"l", "lwork", "llib", "ll.x"};
-        constexpr char const* archs[] = {"a", "artl", "aa/b"};
         if (blocks_.empty() || number(2) == 0) blocks_ = path(2);
-        std::string lines = oneOf(libraries) + '\n' + oneOf(archs) + '\n';
-        lines += line('c', number(4) == 0 ? path(4) : blocks_ + '.' + path(1));
+        std::string const library = oneOf(libraries);
+        std::string const arch = oneOf(archs);
+        std::string const name = number(8) == 0 ? "" : number(4) == 0 ? path(4) : blocks_ + '.' + path(1);
+        std::string const shown = number(4) == 0 ? oneOf(libraries) : library;
+        std::string hierarchy = shown.empty() || shown == "work" ? name : shown + '/' + name;
+        if (!arch.empty()) hierarchy += '/' + arch;
+        std::string lines = line('l', library) + line('a', arch) + line('c', known("", name));
+        known_.push_back(hierarchy);
         for (char const kind : {'p', 'p', 'n', 'k'}) {
-            if (number(2) == 0) lines += line(kind, path(number(5) == 0 ? 3 : 1));
+            if (number(2) != 0) continue;
+            std::string const own = path(number(5) == 0 ? 3 : 1);
+            lines += line(kind, known(oneOf(std::vector<std::string>{name, hierarchy, ""}), own));
         }
         return lines;
     }
 
-    std::string word() {
-        constexpr char const* levels[] = {"a",
-                                          "*",
-                                          "?",
-                                          "*a*",
-                                          "a*b",
-                                          "u?",
-                                          "ab",
-                                          "\\a\\*",
-                                          "d",
-                                          "d[1:0]",
-                                          "*[7:0]",
-                                          "[3]",
-                                          "d*[9:1]",
-                                          "m[1]",
-                                          "*b",
-                                          "t\xc3\xbcr",
-                                          "lib",
-                                          "m[1][:]",
-                                          "d[0:99999999999]",
-                                          "m[1][2:0]",
-                                          "rtl",
-                                          "q\\?",
-                                          "\xe2\x82\xac"};
-        std::string text = oneOf(levels);
-        for (int i = number(4); i > 0; --i) text += (number(3) == 0 ? "." : "/") + oneOf(levels);
+    /// A word that stands for a name, or for some that are like it.
+    std::string similarTo(std::string const& name) {
+        std::string text;
+        std::string level;
+        for (char const c : name + '/') {
+            if (c != '.' && c != '/') {
+                level += c;
+                continue;
+            }
+            text += number(2) == 0 ? level : changed(level);
+            text += number(8) == 0 ? "?" : separator();
+            level.clear();
+        }
+        text.pop_back();
         return text;
     }
 
+    std::string changed(std::string level) {
+        std::size_t const at = level.empty() ? 0 : random_() % level.size();
+        std::size_t const index = level.rfind('[');
+        switch (number(6)) {
+            case 0:
+                return "*";
+            case 1:
+                return level.empty() ? "?" : level.replace(at, 1, "?");
+            case 2:
+                return level.substr(0, at) + "*" + (number(2) == 0 ? "" : level.substr(at));
+            case 3:
+                return level.insert(at, "\\");
+            case 4:
+                return index == level.npos ? level + "[1]" : level.substr(0, index);
+            default:
+                return level.substr(0, index) + oneOf(std::vector<std::string>{"[9:1]", "[0:3]", "[*]"});
+        }
+    }
+
     std::minstd_rand random_;
-    std::string blocks_;  // the block of the last cells
+    std::string blocks_;              // the block of the last cells
+    std::vector<std::string> known_;  // names, with library and arch or without
 };
 
 TEST(NameRules, HoldForRandomDesigns) {

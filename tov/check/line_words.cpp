@@ -91,7 +91,7 @@ void markWhatCounts(std::vector<LineWord>& words) {
 std::string_view optionInFull(TOVCMD_TYPE list, std::string_view word) {
     std::string_view full;
     for (OptionUse const& option : grammarOf(list).options) {
-        if (word.size() < 2 || !startsWith(option.word, word)) continue;
+        if (!startsWith(option.word, word)) continue;
         if (!full.empty()) return {};
         full = option.word;
     }
