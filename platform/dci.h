@@ -4,10 +4,10 @@
 #include "platform/ppstl_list.h"
 
 // The constraint database of the flow: its records as the library reads them, at the byte offsets of the flow's own
-// library. A record is empty when made, owns its texts (made by taDciText) and its object references, and is used by
-// one thread at a time.
+// library. A new record is empty. A record owns its texts (made by taDciText) and its object references, and may be
+// used by one thread at a time.
 
-/// Kind of a design object; the numbers are the database's.
+/// Kind of a design object; the numbers are those of the database.
 enum taDciObjTyp : int {
     taDciObjNone = 0,
     taDciObjNet = 2,
@@ -27,16 +27,16 @@ TOVENG_API char* taDciText(char const* text);
 /// An object reference: the name of a design object as the constraint writes it, and its kind.
 class TOVENG_API taDciObj {
 public:
-    /// Copies the name, which may be null. The second text and kind are the flow's own; nothing here keeps them.
+    /// Copies the name, which may be null. The second text and kind are for the flow; this class ignores them.
     taDciObj(char const* name, char const* text, taDciObjTyp type, taDciObjTyp type2);
-    /// Copies `*other`. All copies share the bytes of a long name, which live as long as one of them.
+    /// Copies `*other`. All copies share the bytes of a long name, which live until the last copy is destroyed.
     explicit taDciObj(taDciObj* other);
     ~taDciObj();
     taDciObj(taDciObj const&) = delete;
     taDciObj& operator=(taDciObj const&) = delete;
 
-    /// May be null. Its bytes may be shared with other object references, so never write to them: to rename an
-    /// object, put another object reference into the list.
+    /// May be null. Other object references may share its bytes, so never write to them: to change a name, put another
+    /// object reference into the list.
     char* name;
     taDciObjTyp type;
 

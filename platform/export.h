@@ -6,8 +6,8 @@
 #ifdef _GLIBCXX_DEBUG
 namespace kiri::tov {
 
-/// Only a library that is built with _GLIBCXX_DEBUG itself has this. The standard containers of that mode have another
-/// layout, so a program built with it must not link against any other library.
+/// Only a library that is itself built with _GLIBCXX_DEBUG defines this. The standard containers of that mode have a
+/// different layout, so a program built with it must not link with any other library.
 extern TOVENG_API char const builtWithGlibcxxDebug;
 
 namespace {

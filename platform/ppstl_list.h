@@ -6,7 +6,7 @@
 #include <type_traits>
 #include <utility>
 
-/// The flow's list of pointers: a circular doubly linked list whose head is two pointers wide. It owns its nodes and
+/// The flow's list of pointers: a circular doubly linked list whose head is two pointers wide. It owns its nodes, but
 /// never what they point to. Its operations are those of std::list; size() walks the list.
 template <class T>
 class ppStlList {

@@ -13,7 +13,7 @@
 
 namespace kiri::tov::impl_detail {
 
-/// Returns whether the class of a command in the list of `kind` is one of the library's, not one that a caller derived.
+/// Returns whether the class of a command in the list of `kind` is one of the library's, not one derived by a caller.
 inline bool isLibraryCommand(CommandKind const& kind, TovCmd const& cmd) {
     std::type_info const& type = typeid(cmd);
     return type == *kind.type || std::any_of(std::begin(commandKinds), std::end(commandKinds),
@@ -32,18 +32,18 @@ struct ListPlace {
     }
 };
 
-/// Calls visit(kind, place in the list) for the commands of all lists of a document, null entries skipped. It walks
-/// the lists together, each in its own order, and about in the order in which the commands were appended.
+/// Calls visit(kind, place in the list) for the commands of all lists of a document and skips null entries. It walks
+/// the lists together, each in its own order, and roughly in the order in which the commands were appended.
 ///
-/// A load takes the heap's blocks in the order of the lines: mostly one after the other, the place in the list after
-/// its command, and elsewhere for a while where an earlier document left a gap. A walk list by list crosses the whole
-/// heap once for each list and waits for memory at each step; this walk crosses it once.
+/// A load takes the heap's blocks in the order of the lines: mostly one after the other, a command and then its list
+/// node, but for a while elsewhere if an earlier document left a gap. A walk list by list crosses the whole heap once
+/// for each list and waits for memory at each step; this walk crosses it once.
 ///
-/// Of the lists' next places it takes the one that follows the last place within 4 KiB. Its address is known from the
-/// place before it; what it holds is another step across the heap. Only where no place follows as closely does it
-/// look at the next commands of all lists, for the one that was appended first.
+/// Among the next places of all lists, it takes the one that follows the last place within 4 KiB. The address is known
+/// from the place before it; reading the command would be another step across the heap. Only if no place follows that
+/// closely does it read the next commands of all lists, to find the one that was appended first.
 ///
-/// `visit` may erase the place from its list. Where it returns false, the walk ends, and its result is false.
+/// `visit` may erase the place from its list. If it returns false, the walk ends and returns false.
 template <class Visit>
 bool visitInMemoryOrder(TOV& document, Visit visit) {
     struct Rest {

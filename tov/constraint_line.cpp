@@ -24,7 +24,7 @@ ConstraintLine::ConstraintLine(std::string_view line) : text(trim(line.substr(0,
     disabled = startsWith(text, disablePrefix);
     std::string_view const keywordOn = disabled ? trimFront(text.substr(disablePrefix.size())) : text;
     kind = findKind(keywordOn);
-    // An attribute is disabled by its last word: "#disable " before it makes it a comment.
+    // The last word of an attribute disables it; "#disable " before an attribute makes it a comment.
     bool const isAttribute = kind != nullptr && kind->list == TOVCMD_ATTRIBUTE;
     if (disabled && isAttribute) kind = nullptr;
     if (kind == nullptr) return;

@@ -9,10 +9,10 @@ namespace kiri::tov::impl_detail {
 
 /// A line of a constraint file, split into its parts.
 struct ConstraintLine {
-    /// Splits a line, up to its first NUL byte. The result holds views into the line.
+    /// Splits a line, up to its first NUL byte. The parts are views into the line.
     explicit ConstraintLine(std::string_view line);
 
-    /// Makes the command of the line, enabled or disabled. `cmd`, which must be null, stays so if the line makes none.
+    /// Makes the command of the line, enabled or disabled. `cmd` must be null, and stays null if the line makes none.
     Result makeCommand(std::unique_ptr<TovCmd>& cmd) const;
 
     std::string_view text;              ///< the line without white space at its ends

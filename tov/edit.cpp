@@ -32,7 +32,7 @@ void forEachCommand(TOV& document, std::function<void(TOVCMD_TYPE list, TovCmd& 
         std::list<TovCmd*>& list = DocumentLists::of(document)[kind];
         auto at = list.begin();
         for (std::size_t left = list.size(); left > 0; --left) {
-            // Step first: `visit` may take the command out of the list.
+            // Advance first: `visit` may remove the command from the list.
             TovCmd* const cmd = *at++;
             if (cmd != nullptr) visit(kind.list, *cmd);
         }

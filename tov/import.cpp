@@ -18,7 +18,7 @@ TovCmd& append(TOV& document, CommandKind const& kind, Record* record) {
 
 }  // namespace
 
-// Walks the lists in an order of its own and skips null entries. Only input and output delays heed `ioEnabled`.
+// Imports the lists in a fixed order and skips null entries. `ioEnabled` applies only to input and output delays.
 void TOV::loadTaObjects(taDci* db, bool ioEnabled) {
     for (taDciSynClk* record : db->clocks) {
         if (record == nullptr) continue;

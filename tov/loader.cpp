@@ -6,7 +6,7 @@
 //   command   = keyword ...             the class of the command reads it
 //   comment   = any other text
 //
-// The commands and the attributes are two sections, in any order and as often as they come. A comment belongs to the
+// The commands and the attributes form two sections, in any order, which may alternate. A comment belongs to the
 // section in which it is found.
 
 #include "tov/loader_p.h"
@@ -57,7 +57,7 @@ public:
     }
 
 private:
-    // The text grows once for a line, so that there are never three of a long one.
+    // The text grows only once per line, so there are never three copies of a long one.
     void addComment(std::string_view line) {
         std::size_t const size = pendingComments_.size() + line.size() + 1;
         if (size > pendingComments_.capacity()) pendingComments_.reserve(size);
@@ -96,7 +96,7 @@ Result readTovFile(TOV& document, char const* path, TovProgress const& progress)
     ProgressMeter meter(progress, bytesLeft(file));
     LineReader lines(file, &meter);
     DocumentFiller filler(document);
-    // The line that a command refuses ends the reading; what came before it is kept.
+    // A line that a command refuses ends the reading; what precedes it is kept.
     for (std::string_view line; result.ok() && lines.next(line);) result = filler.add(line);
     result.setLine(lines.number());
     if (result.ok()) result = lines.takeResult();

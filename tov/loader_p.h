@@ -6,8 +6,8 @@
 
 namespace kiri::tov::impl_detail {
 
-/// Reads a file into a document, see TOV::parseTovFile. Fails if the file is not read to its end. When `progress` stops
-/// it, empties the document and rethrows an exception of `progress`.
+/// Reads a file into a document, see TOV::parseTovFile. Fails if the file is not read to its end. If `progress` stops
+/// it, empties the document and rethrows the exception of `progress`, if any.
 Result readTovFile(TOV& document, char const* path, TovProgress const& progress);
 
 /// Leaves a document as after its construction.

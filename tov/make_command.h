@@ -9,11 +9,11 @@
 
 namespace kiri::tov {
 
-/// Makes the command of a line as a load does: of the class that the line's keyword names, enabled unless it follows
+/// Makes the command of a line as a load does: the keyword determines its class, and it is enabled unless it follows
 /// "#disable " or is an attribute that ends in "-disable". Returns null for every other line, and for an attribute line
-/// without six or seven words. `list`, unless null, becomes the list in which a load would put the command, or
-/// TOVCMD_NONE. Throws TovMissingValue where TovCmdClockDef does. The caller owns the command. Any number of threads
-/// may call it at once.
+/// without six or seven words. `list`, unless null, becomes the list to which a load would add the command, or
+/// TOVCMD_NONE. Throws TovMissingValue as TovCmdClockDef does. The caller owns the command. Any number of threads may
+/// call it at once.
 TOVENG_API std::unique_ptr<TovCmd> makeCommand(std::string const& line, TOVCMD_TYPE* list = nullptr);
 
 }  // namespace kiri::tov

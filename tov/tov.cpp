@@ -17,12 +17,12 @@ using namespace impl_detail;
 
 namespace {
 
-// The failure that the interface reports by an exception.
+// The failure that the interface reports as an exception.
 void throwMissingValue(Result const& result) {
     if (result.is(failureMissingValue)) throw TovMissingValue();
 }
 
-// A destructor of a caller's class finds no deleted command in the list.
+// The destructor of a caller's class must not find a deleted command in the list.
 void freeCommands(std::list<TovCmd*>& list) {
     while (!list.empty()) {
         TovCmd* const cmd = list.front();
@@ -31,7 +31,7 @@ void freeCommands(std::list<TovCmd*>& list) {
     }
 }
 
-// A document whose lists no caller has had access to holds the library's commands alone: it need not be walked.
+// If no caller has had access to the lists, they hold only the library's commands and need not be searched.
 bool holdsCallersCommand(TOV& document) {
     return DocumentLists::of(document).foreign &&
            !visitInMemoryOrder(document, [](CommandKind const& kind, std::list<TovCmd*>::iterator place) {
@@ -39,7 +39,7 @@ bool holdsCallersCommand(TOV& document) {
            });
 }
 
-// Nobody observes the destruction of the library's own commands, so they go in the order of memory.
+// Nobody observes the destruction of the library's own commands, so they are deleted in the order of memory.
 void freeLibraryCommands(TOV& document) {
     DocumentLists& lists = DocumentLists::of(document);
     visitInMemoryOrder(document, [&lists](CommandKind const& kind, std::list<TovCmd*>::iterator place) {
@@ -65,8 +65,8 @@ void empty(TOV& document, bool observed) {
 
 TOV::TOV() : lists_(std::make_unique<DocumentLists>()) {}
 
-// Unless a destructor of a caller's class may read them, the large blocks go first: the C library merges all small
-// blocks freed so far when a large one follows them, which makes the destruction several times as long.
+// Unless the destructor of a caller's class may read them, free the large blocks first: when a large block is freed
+// after small ones, the C library merges all of those, and the destruction takes several times as long.
 TOV::~TOV() {
     bool const observed = holdsCallersCommand(*this);
     if (!observed) {
@@ -87,7 +87,7 @@ bool TOV::load(char const* path) {
 bool TOV::load(char const* path, TovProgress const& progress) {
     if (!exists(path)) return false;
     reset();
-    // A file that cannot be opened makes no command: callers test existence only.
+    // A file that cannot be opened yields no commands and still returns true: callers test only for existence.
     Result const result = readTovFile(*this, path, progress);
     throwMissingValue(result);
     return !result.is(failureStopped);

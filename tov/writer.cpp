@@ -18,7 +18,7 @@ namespace kiri::tov::impl_detail {
 
 namespace {
 
-// The lines of one list, in blocks that stay as they are: a text that grows needs its old copy beside it.
+// The lines of one list, in blocks that do not move: a text that grows needs room for its old copy, too.
 class Lines {
 public:
     // A command without a text has no line. Returns the size of the line.
@@ -45,7 +45,7 @@ public:
     }
 
 private:
-    // The unused rest of a block is a sixteenth of the text at most, apart from small texts.
+    // The unused rest of a block is at most a sixteenth of the text, except for small texts.
     void addBlock() {
         constexpr std::size_t smallest = 4096;
         constexpr std::size_t largest = 8 * smallest;
@@ -65,7 +65,7 @@ private:
     static constexpr std::size_t usualLine = 200;
     std::list<std::string> blocks_;
     std::size_t closed_ = 0;  // size of the blocks before the last one
-    std::size_t full_ = 0;    // beyond that size the last block has no room for a usual line
+    std::size_t full_ = 0;    // beyond this size the last block has no room for a usual line
 };
 
 class LinesOfLists {
@@ -82,8 +82,8 @@ private:
     std::array<Lines, std::size(commandKinds)> lines_;
 };
 
-// Returns false at a command of a caller's class, which may observe in which order the lines are made. `lines` is not
-// complete then.
+// Returns false at a command of a caller's class, which may observe the order in which the lines are made; `lines` is
+// then incomplete.
 bool appendInMemoryOrder(LinesOfLists& lines, TOV& document) {
     return visitInMemoryOrder(document, [&](CommandKind const& kind, std::list<TovCmd*>::iterator place) {
         if (!isLibraryCommand(kind, **place)) return false;
@@ -104,7 +104,7 @@ bool liesListByList(TOV& document) {
     return true;
 }
 
-// The median size of sixteen lines. Asks no command of a caller's class twice.
+// Returns the median size of sixteen lines. Calls no command of a caller's class twice.
 template <class Iterator>
 std::size_t usualLineFrom(Iterator at, CommandKind const& kind, TOV& document) {
     std::array<std::size_t, 16> sizes{};
@@ -120,8 +120,8 @@ std::size_t usualLineFrom(Iterator at, CommandKind const& kind, TOV& document) {
     return sizes[8];
 }
 
-// The size of a usual line in the rest of a list, of which the lines written so far have a size of `soFar` on average;
-// 0: none were written. Returns 0 where the lines at both ends of the rest differ much: then there is no usual line.
+// Returns the size of a usual line in the rest of a list. `soFar` is the average size of the lines written so far, 0 if
+// there are none. Returns 0 if the lines at the two ends of the rest differ much: then there is no usual line.
 std::size_t usualLineOf(CommandKind const& kind, TOV& document, std::size_t soFar) {
     std::list<TovCmd*> const& list = DocumentLists::of(document)[kind];
     constexpr std::size_t few = 64;
@@ -131,8 +131,8 @@ std::size_t usualLineOf(CommandKind const& kind, TOV& document, std::size_t soFa
     return std::max(first, last) * 4 > std::min(first, last) * 5 ? 0 : (first + last) / 2;
 }
 
-// Requests large pages for a large text, where the system has them: page faults for each 4 KiB cost time, see
-// docs/performance.md. A large size is a guess: if there is no room for it, there may be for the text.
+// Requests large pages for a large text, if the system has them: a page fault for each 4 KiB costs time, see
+// docs/performance.md. A large size is a guess: if there is no room for it, there may still be room for the text.
 void reserve(std::string& text, std::size_t size) {
     constexpr std::uintptr_t page = 4096;
     constexpr std::size_t large = std::size_t{4} << 20;
@@ -146,10 +146,9 @@ void reserve(std::string& text, std::size_t size) {
     ::madvise(text.data() - offset, size, MADV_HUGEPAGE);
 }
 
-// The text of a file, put together from its start to its end: in blocks that are joined at the end, or, after a guess
-// of what is still to come, in one text of that size, for as long as the guess proves right. Apart from single lines of
-// more than some hundred bytes, it takes at most 2.1 times its size, and the capacity of the result is at most 1.1
-// times its size.
+// The text of a file, built from start to end: in blocks that are joined at the end or, once the size of the rest can
+// be guessed, in one text of that size, as long as the guess proves right. Apart from single lines of more than some
+// hundred bytes, it takes at most 2.1 times its size, and the capacity of the result is at most 1.1 times its size.
 class FileText {
 public:
     void append(std::string_view part) {
@@ -175,7 +174,7 @@ public:
         return size;
     }
 
-    // `lines` is the guess for the lines to come, `rest` the size of what else comes.
+    // `lines` is the guess for the remaining lines, `rest` the size of everything else that remains.
     void expect(std::size_t lines, std::size_t rest) {
         std::size_t const whole = blocks_.size() + rest + lines;
         std::size_t const size = whole + lines / 20;
@@ -209,10 +208,10 @@ private:
     std::string text_;  // comes before the blocks
     bool guessed_ = false;
     std::ptrdiff_t missing_ = 0;  // by how much the lines so far were shorter than the guess
-    std::ptrdiff_t allowed_ = 0;  // with more, the text would be more than a tenth too large
+    std::ptrdiff_t allowed_ = 0;  // beyond this, the text would be more than a tenth too large
 };
 
-// Calls append(part) for what is not a line, and appendLines(kind) for the lines of each list.
+// Calls append(part) for everything but the lines, and appendLines(kind) for the lines of each list.
 template <class Append, class AppendLines>
 void layOut(TOV& document, Append append, AppendLines appendLines) {
     append(sdcHeader);
@@ -229,7 +228,7 @@ void layOut(TOV& document, Append append, AppendLines appendLines) {
     append(document.attributeCommentText);
 }
 
-// The size of what follows the lines of a kind, apart from lines.
+// The size of what follows the lines of a kind, not counting lines.
 std::size_t sizeBesideLinesFrom(CommandKind const& kind, TOV& document) {
     std::size_t const attributes = document.attributeCommentText.size();
     if (kind.list == TOVCMD_ATTRIBUTE) return attributes;
@@ -271,7 +270,7 @@ private:
         }
     }
 
-    // Guesses what follows the first `count` lines of a list, which have that size.
+    // Guesses the size of what follows the first `count` lines of a list, which have the given size.
     void guess(CommandKind const& kind, std::size_t count, std::size_t size) {
         std::size_t lines = 0;
         for (std::size_t i = indexOf(kind); i < std::size(commandKinds); ++i) {
@@ -286,7 +285,7 @@ private:
     TOV& document_;
     DocumentLists& lists_;
     FileText text_;
-    std::size_t untilGuess_ = 0;  // commands; 0: guessed, or no need to
+    std::size_t untilGuess_ = 0;  // number of commands; 0: the guess was made or is not needed
     std::array<std::size_t, std::size(commandKinds)> usual_{};
 };
 

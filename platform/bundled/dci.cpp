@@ -6,7 +6,7 @@
 
 namespace {
 
-// Each text is preceded by its reference count: the records that hold it share it.
+// Each text is preceded by its reference count, because records share texts.
 using UseCount = std::atomic<std::size_t>;
 
 UseCount* useCount(char* text) {

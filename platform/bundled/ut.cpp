@@ -17,9 +17,10 @@
 namespace {
 
 // NOLINTBEGIN(cppcoreguidelines-no-malloc): the key frees by free()
-/// The text that neoform returns, one for each thread. No thread-local variable holds it: the first use of one may end
-/// the process when memory is short, and its destructor would keep the library from being unloaded. A key has neither
-/// fault, as its destructor is free() itself. When the library is unloaded, the texts of other threads stay allocated.
+/// The text that neoform returns, one for each thread. It is not a thread-local variable: the first use of one may end
+/// the process when memory is short, and its destructor would prevent the library from being unloaded. A key has
+/// neither problem, because its destructor is free() itself. When the library is unloaded, the texts of other threads
+/// leak.
 class ThreadText {
 public:
     ThreadText() noexcept : made_(::pthread_key_create(&key_, std::free) == 0) {}
@@ -69,8 +70,8 @@ ThreadText threadText;
 constexpr std::size_t numberSize = 320;
 
 char* writeFixed(char* to, double value) {
-    // Six decimals of a number that a float holds are exact as an integer of millionths while that fits 53 bits; rint
-    // rounds a half to even, as printf does. See docs/performance.md.
+    // The six decimals of a float are exact as an integer of millionths as long as that fits 53 bits; rint rounds half
+    // to even, as printf does. See docs/performance.md.
     double const millionths = value * 1e6;
     if (static_cast<double>(static_cast<float>(value)) != value || !(std::fabs(millionths) < 9e15)) {
         return std::to_chars(to, to + numberSize, value, std::chars_format::fixed, 6).ptr;

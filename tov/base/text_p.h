@@ -19,7 +19,7 @@ namespace chars {
 
 enum Class : unsigned char { plain, space, opening };
 
-/// The class of each character: white space, or what opens a group or a quoted word.
+/// The class of each character: white space, or a character that opens a group or a quoted word.
 inline constexpr auto classes = [] {
     std::array<Class, 256> table{};
     for (char const c : whiteSpace) table[static_cast<unsigned char>(c)] = space;
@@ -38,7 +38,7 @@ inline bool opensGroupOrQuote(char c) {
     return chars::classes[static_cast<unsigned char>(c)] == chars::opening;
 }
 
-/// Returns the first white space of a text, its end if there is none. Compares eight characters at a time, see
+/// Returns the position of the first white space in a text, or its end. Compares eight characters at a time, see
 /// docs/performance.md.
 inline char const* findSpace(char const* at, char const* end) {
     constexpr std::uint64_t ones = 0x0101010101010101;

@@ -7,8 +7,8 @@ namespace kiri::tov::impl_detail {
 namespace {
 
 // Returns the group at the start of a text, with its brackets; the whole text if nothing closes it. The matcher skips
-// one nested group and no more: a group ends at the first `close` after the first nested group. Saved files rely on
-// this limit.
+// only one nested group: a group ends at the first `close` after its first nested group. Saved files rely on this
+// limit.
 std::string_view groupOf(char const* at, char const* end, char open, char close) {
     auto const find = [](char const* from, char c, char const* to) {
         return static_cast<char const*>(std::memchr(from, c, static_cast<std::size_t>(to - from)));

@@ -22,12 +22,12 @@ public:
     /// A line without words.
     WordCursor() = default;
 
-    /// The words that follow the first one, which ends at `at`, in a line that does not end in white space.
+    /// The words after the first one, which ends at `at`. The line must not end in white space.
     WordCursor(char const* at, char const* end) : at_(at), end_(end) {
         if (at_ != end_) at_ = skipSpace(at_);
     }
 
-    /// Stores the next word to `word`. Returns false at the end of the line and leaves `word` as it was.
+    /// Stores the next word in `word`. At the end of the line, returns false and leaves `word` as it was.
     bool next(std::string_view& word) {
         if (at_ == end_) return false;
         if (opensGroupOrQuote(*at_)) {
@@ -51,7 +51,7 @@ private:
         return (text.front() == '[' && text.back() == ']') || (text.front() == '{' && text.back() == '}');
     }
 
-    // The text ends in no white space, so that the end needs no test.
+    // The text does not end in white space, so the end needs no test.
     static char const* skipSpace(char const* at) {
         while (isSpace(*at)) ++at;
         return at;

@@ -1,4 +1,4 @@
-// Why a save does not keep the words of a finding: the line is checked and read once more, word by word.
+// Finds out why a save does not keep the words of a finding: checks and reads the line once more, word by word.
 
 #include "tov/check/finding_cause_p.h"
 
@@ -45,7 +45,7 @@ constexpr ForeignOption foreignOptions[] = {
     {TOVCMD_NONE, "-fall", Cause::noEdges},
 };
 
-/// A cause, and what its text speaks of.
+/// A cause, and the words that its text mentions.
 struct Reason {
     Cause cause;
     std::string about;
@@ -64,7 +64,7 @@ std::size_t count(std::string_view text, char c) {
     return static_cast<std::size_t>(std::count(text.begin(), text.end(), c));
 }
 
-/// A line, as its command reads it and as a save writes it.
+/// A line as its command reads it and as a save writes it.
 class ReadLine {
 public:
     explicit ReadLine(std::string_view line) : line_(line) {
@@ -187,7 +187,7 @@ Reason ReadLine::whyObjectLost(LineWord const& word) const {
     return isClock ? Reason{Cause::firstOfOption, option} : Reason{Cause::firstObject, ""};
 }
 
-// A later word takes the place of this one.
+// A later word replaces this one.
 Reason ReadLine::whyReplaced(LineWord const& word) const {
     if (startsWith(word.text, "$") || startsWith(word.text, "[expr")) return whyNoNumber(word.text);
     bool const isClock = list() == TOVCMD_CLOCK || list() == TOVCMD_GENCLOCK;
@@ -290,7 +290,7 @@ Reason ReadLine::whyUnstable() const {
     return {Cause::objectName, ""};
 }
 
-/// Calls `visit` with each word of a text, which white space separates.
+/// Calls `visit` with each word of a text, separated by white space.
 template <class Visit>
 void forEachWord(std::string_view text, Visit visit) {
     for (text = trim(text); !text.empty(); text = trimFront(text)) {
@@ -303,7 +303,7 @@ void forEachWord(std::string_view text, Visit visit) {
 /// Adds words to those with the same cause.
 class Collector {
 public:
-    /// Whether more words would show in a message.
+    /// Whether a message would not show any more words.
     bool isFull() const { return count_ == 50; }
 
     void add(Reason reason, std::string_view word, bool isAdded = false) {

@@ -8,7 +8,7 @@
 
 namespace kiri::tov::impl_detail {
 
-/// Why a save does not keep a word; finding_message.cpp has a text for each.
+/// Why a save does not keep a word; finding_message.cpp has a text for each cause.
 enum class Cause {
     other,
     // Words that are lost.
@@ -43,7 +43,7 @@ enum class Cause {
     outsideGroups,
     afterTexts,
     afterNul,
-    // Values that are changed or added, or lost as they are not numbers.
+    // Values that are changed or added, or lost because they are not numbers.
     noPeriod,
     noNumber,
     notNumber,
@@ -60,7 +60,7 @@ enum class Cause {
     longAttribute,
     lineEnd,
     strayBackslash,
-    // Names that are mistaken.
+    // Words that are mistaken for names.
     optionAsValue,
     unbracedIndex,
     severalIndexes,
@@ -73,16 +73,16 @@ enum class Cause {
     objectName,
 };
 
-/// Words of a finding that have one cause.
+/// Words of a finding with the same cause.
 struct CausedWords {
     Cause cause;
-    std::string about;  ///< what the text of the cause speaks of, such as an option
-    std::string words;  ///< a blank between them
-    bool areAdded;      ///< by a save, which writes them beside what the line has
+    std::string about;  ///< what the text of the cause mentions, such as an option
+    std::string words;  ///< separated by blanks
+    bool areAdded;      ///< a save adds them to the line
 };
 
 struct FindingCauses {
-    std::vector<CausedWords> causes;  ///< in the order of the words; none for a line that does not have the finding
+    std::vector<CausedWords> causes;  ///< in the order of the words; empty if the line does not have the finding
     std::string saved;                ///< the line that a save writes
 };
 

@@ -16,11 +16,11 @@ using namespace impl_detail;
 
 namespace {
 
-/// What users read of a kind.
+/// The texts of a kind for users.
 struct KindText {
     char const* code;
-    char const* title;      // the answer of titleOf
-    std::string_view said;  // of a cause's words, which take the place of "{}"
+    char const* title;      // what titleOf returns
+    std::string_view said;  // about the words of a cause, which replace "{}"
 };
 
 constexpr KindText kindTexts[] = {
@@ -38,7 +38,7 @@ static_assert(std::size(kindTexts) == TOVFINDING_MISSING_NAME, "each kind has it
 
 struct CauseText {
     Cause cause;
-    std::string_view text;  // "{}" stands for what the cause is about
+    std::string_view text;  // CausedWords::about replaces "{}"
 };
 
 // Why, and what to write instead.
@@ -209,7 +209,7 @@ char const* findingCode(TovFindingKind kind) {
     return textsOf(kind).code;
 }
 
-// Programs that were linked with release 1.2.0 call it; no header declares it any more.
+// Programs linked with release 1.2.0 call it; no header declares it any more.
 TOVENG_API char const* titleOf(TovFindingKind kind) {
     return textsOf(kind).title;
 }

@@ -33,7 +33,7 @@ bool endsInContinuation(std::string_view text) {
            (text.size() == 1 || WordComparison::endsWord(text[text.size() - 2]));
 }
 
-// Returns whether brackets and braces are equal in number, in any order.
+// Returns whether opening and closing brackets, and braces, are equal in number, in any order.
 bool isBalanced(std::string_view name) {
     auto const count = [name](char c) { return std::count(name.begin(), name.end(), c); };
     return count('[') == count(']') && count('{') == count('}');
@@ -103,8 +103,8 @@ bool isClockQuery(ppStlList<taDciObj*> const& group) {
     });
 }
 
-// Each unknown word of a group becomes a reference to the whole expression, so that a save of n words writes n * n.
-// Drops the repetitions beyond a size; the first two keep every name.
+// Each unknown word of a group becomes a reference to the whole expression, so a save of n words writes n * n. Drops
+// the repetitions beyond a size; the first two keep every name.
 void limitGroups(TovCmd& cmd) {
     constexpr std::size_t enough = std::size_t{64} * 1024;
     std::size_t size = 0;
@@ -128,7 +128,7 @@ void limitGroups(TovCmd& cmd) {
 
 }  // namespace
 
-/// What is wrong with the line, by kind.
+/// The findings of the line, by kind.
 struct LineChecker::Texts {
     std::string text[TOVFINDING_MISSING_NAME];
 
@@ -173,7 +173,7 @@ bool LineChecker::checkText(std::string_view rawLine, Texts& texts) {
     line.kind->append(saved_, *cmd_, document_);
     bool const isPlain = checkNames(line.command, texts[TOVFINDING_MISTAKEN_WORD]);
     if (saved_ == line.text) {
-        // As a file, a line that holds a line feed is two lines.
+        // In a file, a line that contains a line feed is two lines.
         bool const isOneLine = isPlain || saved_.find('\n') == std::string::npos;
         if (!isOneLine) texts[TOVFINDING_UNSTABLE_LINE] = saved_.substr(0, shownSize);
         return true;
@@ -187,8 +187,8 @@ bool LineChecker::checkText(std::string_view rawLine, Texts& texts) {
     return true;
 }
 
-// Finds mistaken words. Returns true if the saved line is certain to be read back as it is: only a name that is not
-// plain, a group with other members than clocks, or an infinite number can prevent that.
+// Finds mistaken words. Returns true if the saved line is certain to be read back unchanged: only a name that is not
+// plain, a group with members other than clocks, or an infinite number can prevent that.
 bool LineChecker::checkNames(std::string_view line, std::string& mistaken) {
     NameChecker names(line);
     bool isPlain = list_ != TOVCMD_ATTRIBUTE && saved_.find("inf") == std::string::npos;

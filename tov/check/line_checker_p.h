@@ -13,25 +13,25 @@
 
 namespace kiri::tov::impl_detail {
 
-/// Finds what loading and saving a file would not keep, line after line.
+/// Finds what a load and a save of a file would lose, line by line.
 class LineChecker {
 public:
     /// Checks the next line and appends its findings, in the order of their kinds. Returns false if the line ends the
     /// load, which makes the line the last one.
     bool check(std::string_view line, std::vector<TovFinding>& findings);
 
-    /// Number of the line checked last, counted from 1.
+    /// The number of the line checked last, counted from 1.
     std::size_t number() const { return number_; }
 
-    /// The command of the line checked last, enabled as the line says; null if the line makes none. It lives until the
-    /// next check. A clock group may have lost references that repeat the names of others.
+    /// The command of the line checked last, enabled or disabled as in the line; null if the line makes none. It lives
+    /// until the next check. A clock group may lack references that repeat the names of others.
     TovCmd* command() const { return cmd_.get(); }
 
-    /// The list in which a load would put that command; TOVCMD_NONE without one.
+    /// The list to which a load would add that command; TOVCMD_NONE if there is no command.
     TOVCMD_TYPE list() const { return list_; }
 
-    /// The line that a save writes for that command, and how it differs from the line: nothing is compared where they
-    /// are equal. The words are views into both.
+    /// The line that a save writes for that command, and how it differs from the line. Equal lines are not compared.
+    /// The words are views into both.
     std::string const& saved() const { return saved_; }
     WordComparison const& words() const { return words_; }
 

@@ -71,7 +71,7 @@ OptionUse const* findOption(Grammar const& grammar, std::string_view word) {
     return word.empty() || option == std::end(grammar.options) ? nullptr : option;
 }
 
-// Marks the words that no later word replaces.
+// Marks the words that are not replaced by later ones.
 void markWhatCounts(std::vector<LineWord>& words) {
     std::vector<std::pair<std::string_view, Takes>> seen;
     for (auto word = words.rbegin(); word != words.rend(); ++word) {
@@ -124,7 +124,7 @@ std::vector<LineWord> lineWordsOf(TOVCMD_TYPE list, std::string_view command) {
                              std::find(std::begin(otherToolsOptions), std::end(otherToolsOptions), words.back().text) !=
                                  std::end(otherToolsOptions);
         Takes const takes = isNumber(text) ? grammar.other : grammar.otherThanNumber;
-        // What follows an unknown option is a word like any other to the command.
+        // The command reads what follows an unknown option like any other word.
         if (isOption) {
             words.push_back({text, Use::unknownOption, {}, takes});
         } else {

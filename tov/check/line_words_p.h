@@ -18,7 +18,7 @@ enum class Takes {
     group,  ///< objects, after those of an earlier option
 };
 
-/// A word of a command's line as the command reads it.
+/// A word of a line as the command reads it.
 struct LineWord {
     enum class Use {
         option,         ///< an option of the command
@@ -31,8 +31,8 @@ struct LineWord {
     std::string_view text;  ///< a view into the line
     Use use;
     std::string_view option;  ///< the option that it is or follows; empty for `other`
-    Takes takes;              ///< of an option: from its value
-    bool counts = false;      ///< the command keeps it: no later word takes its place
+    Takes takes;              ///< for an option: from its value
+    bool counts = false;      ///< the command keeps it: no later word replaces it
 };
 
 /// Returns whether a word begins as an option does, with "-" and no number.
@@ -41,7 +41,7 @@ bool looksLikeOption(std::string_view word);
 /// Returns the words after the keyword of a command's line.
 std::vector<LineWord> lineWordsOf(TOVCMD_TYPE list, std::string_view command);
 
-/// Returns the one option of a list's commands that begins with a word of two characters or more; an empty text if
+/// Returns the only option of a list's commands that begins with `word`, of at least two characters; an empty text if
 /// there is none or more than one.
 std::string_view optionInFull(TOVCMD_TYPE list, std::string_view word);
 

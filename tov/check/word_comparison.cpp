@@ -1,11 +1,11 @@
 // How a line and its saved line are compared:
 //
-//   0. Most lines have the words of the saved line in its order: then nothing differs.
+//   0. Most lines have the same words as the saved line in the same order: then nothing differs.
 //   1. Both are split into words. Equal words at the end of both are dropped, which settles most of the rest.
-//   2. What is left is sorted. Equal words are dropped in pairs, the last ones of a line first: the last value of an
+//   2. The rest is sorted. Equal words are dropped in pairs, the last ones of a line first: the last value of an
 //      option is the one that is saved.
 //   3. The rest of the line is lost, the rest of the saved line is added.
-//   4. Lost and added numbers make pairs, the last ones first. The lost number of a pair is changed, not lost.
+//   4. Lost and added numbers are paired, the last ones first. The lost number of a pair is changed, not lost.
 
 #include "tov/check/word_comparison_p.h"
 
@@ -59,7 +59,7 @@ private:
     char const* end_;
 };
 
-// Returns whether two texts have equal words in one order.
+// Returns whether two texts have equal words in the same order.
 bool haveEqualWords(std::string_view a, std::string_view b) {
     for (WordWalk left(a), right(b);;) {
         std::string_view const word = left.next();
@@ -127,7 +127,7 @@ auto count(Words const& words, Predicate isWanted) {
     return std::count_if(words.begin(), words.end(), isWanted);
 }
 
-// Marks the last `left` words of a sort.
+// Marks the last `left` wanted words.
 void markLast(Words& words, Predicate isWanted, std::ptrdiff_t left) {
     for (auto word = words.rbegin(); left > 0; ++word) {
         word->isMarked = isWanted(*word);

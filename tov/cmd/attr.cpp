@@ -23,7 +23,7 @@ struct Words {
 
     bool sayDisabled() const { return count == 6 && word[5] == disableOption; }
 
-    std::string_view word[7];  // those beyond the sixth are not looked at
+    std::string_view word[7];  // those beyond the sixth are ignored
     std::size_t count = 0;
 };
 

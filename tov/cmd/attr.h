@@ -6,7 +6,7 @@
 
 namespace kiri::tov {
 
-/// "#attribute": an HDL attribute of five texts, which mean nothing to the library.
+/// "#attribute": an HDL attribute of five texts, which the library does not interpret.
 class TOVENG_API TovCmdAttr : public TovCmd {
 public:
     /// Takes the five texts.

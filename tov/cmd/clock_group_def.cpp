@@ -25,7 +25,7 @@ void appendGroups(TovCmdClockGroupDef& cmd, char const* role, std::vector<TovRef
 
 //   set_clock_groups { -asynchronous | -group objects | ignored word }
 //
-// "-exclusive" is an ignored word: a line is asynchronous if it says so, and exclusive otherwise.
+// "-exclusive" is an ignored word: a line is asynchronous if it has "-asynchronous", and exclusive otherwise.
 constexpr Option<TovCmdClockGroupDef> options[] = {
     {"-asynchronous", OptionValue::none, [](auto& cmd, auto) { cmd.exclusive = false; }},
     {"-group", OptionValue::ignoredAtEnd, [](auto& cmd, auto value) { readObjs(addGroup(cmd), value, false); },
@@ -36,7 +36,7 @@ bool isClock(taDciObjTyp type) {
     return type == taDciObjClock || type == taDciObjSourcePort || type == taDciObjSourceNet;
 }
 
-// Size of the names of a group. References to one long expression share its text, which is measured once.
+// The size of the names of a group. References to one long expression share its text, which is measured once.
 std::size_t sizeOfNames(ppStlList<taDciObj*> const& group) {
     std::size_t size = 0;
     std::string_view name;
@@ -51,7 +51,7 @@ std::size_t sizeOfNames(ppStlList<taDciObj*> const& group) {
 // Writes the clocks of a group as one query after its other members. A member that is neither a clock nor a reserved
 // key is glued to the text before it: the file format has no blank there.
 void appendGroup(std::string& line, ppStlList<taDciObj*> const& group) {
-    // Fail here if the line does not fit the memory, not after filling all of it.
+    // Fail here if the line does not fit in memory, instead of filling the memory first.
     line.reserve(line.size() + sizeOfNames(group));
     line += " -group";
     std::string clocks;

@@ -11,10 +11,10 @@ namespace kiri::tov {
 /// "set_clock_groups": groups of clocks that are exclusive or asynchronous to each other.
 class TOVENG_API TovCmdClockGroupDef : public TovCmd {
 public:
-    /// Makes a command without groups. Takes only a bool, so that no pointer and no text converts to one.
+    /// Makes a command without groups. Accepts only a bool: pointers and texts do not convert to one.
     template <class Bool, class = std::enable_if_t<std::is_same_v<Bool, bool>>>
     explicit TovCmdClockGroupDef(Bool exclusive_) : exclusive(exclusive_) {}
-    /// Reads a line (null reads as ""); exclusive unless it holds "-asynchronous".
+    /// Reads a line (null reads as ""); exclusive unless it has "-asynchronous".
     explicit TovCmdClockGroupDef(std::string const& line) : TovCmdClockGroupDef(line.c_str()) {}
     explicit TovCmdClockGroupDef(char const* line);
     /// Copies a database record.

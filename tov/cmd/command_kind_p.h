@@ -15,8 +15,8 @@
 
 namespace kiri::tov::impl_detail {
 
-/// A kind of command, stated by its source, see kindOf(). Loader, writer, check and names follow it, and so do the
-/// tests, fuzz targets and benchmarks that go through all kinds.
+/// A kind of command. The source of each class defines its kind, see kindOf(); the loader, the writer, the check, the
+/// names, and the tests, fuzz targets and benchmarks of all kinds use it.
 struct CommandKind {
     TOVCMD_TYPE list;
     std::string_view keyword;  ///< a literal: a NUL byte follows it
@@ -47,8 +47,8 @@ struct CommandKindEntry {
     constexpr operator CommandKind const&() const { return kind; }
 };
 
-/// All kinds, in the order of writing, which is that of the lists. No keyword begins with another one, so each line is
-/// of one kind at most.
+/// All kinds, in the order of writing, which is that of the lists. No keyword is a prefix of another one, so each line
+/// has at most one kind.
 inline constexpr CommandKindEntry commandKinds[] = {
     {clockKind},    {genClockKind}, {clockGroupKind}, {inputDelayKind}, {outputDelayKind},
     {maxDelayKind}, {minDelayKind}, {multiPathKind},  {falsePathKind},  {attributeKind},

@@ -10,8 +10,8 @@ namespace kiri::tov {
 /// "set_false_path": paths that are not timed.
 class TOVENG_API TovCmdFalsePath : public TovCmd {
 public:
-    /// Makes a command with a note, which may be null. A text that is not const is a note and no line:
-    /// TovCmdFalsePath(text.data()) reads nothing where `text` is a std::string that is not const.
+    /// Makes a command with a note, which may be null. A non-const text is a note, not a line:
+    /// TovCmdFalsePath(text.data()) does not read a line if `text` is a non-const std::string.
     explicit TovCmdFalsePath(char* note);
     explicit TovCmdFalsePath(std::nullptr_t note);
     /// Copies a database record.
@@ -27,7 +27,7 @@ public:
 
     ppStlList<taDciObj*> from;     ///< owned
     ppStlList<taDciObj*> to;       ///< owned
-    ppStlList<taDciObj*> through;  ///< owned; written only where from and to are empty
+    ppStlList<taDciObj*> through;  ///< owned; written only if from and to are empty
 };
 
 }  // namespace kiri::tov

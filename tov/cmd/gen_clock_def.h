@@ -26,7 +26,7 @@ public:
     ppStlList<taDciObj*> masterClock;  ///< owned
     std::string divideBy;              ///< an integer; empty when none; not written unless it is a number
     std::string multiplyBy;            ///< as divideBy
-    std::string dutyCycle;             ///< per cent, with six decimals; else as divideBy
+    std::string dutyCycle;             ///< percent, with six decimals; otherwise as divideBy
     std::string clockName;             ///< empty when none
     ppStlList<taDciObj*> targets;      ///< owned
 };

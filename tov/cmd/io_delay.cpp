@@ -77,7 +77,7 @@ std::string TovCmdOutputDelay::toSaveString(TOV*) {
 
 void TovCmdOutputDelay::appendSaveString(std::string& line) const {
     beginSaveLine(line, *this);
-    // This keyword passes through the formatter, which may leave it out.
+    // The formatter writes this keyword; if it returns null, the keyword is left out.
     appendPiece(line, neoform("set_output_delay", static_cast<double>(delay)));
     appendDelay(line, *this);
 }

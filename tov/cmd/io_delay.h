@@ -13,7 +13,7 @@ public:
     TovCmdIODelay(float delay, char const* label, char* note);
     /// Copies a database record.
     explicit TovCmdIODelay(taDciSynIo* record);
-    /// Reads a line (null reads as ""); either keyword is taken.
+    /// Reads a line (null reads as ""); accepts either keyword.
     explicit TovCmdIODelay(std::string const& line) : TovCmdIODelay(line.c_str()) {}
     explicit TovCmdIODelay(char const* line);
     ~TovCmdIODelay() override;

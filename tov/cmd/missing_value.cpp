@@ -2,7 +2,7 @@
 
 namespace kiri::tov {
 
-// Programs know this text.
+// Programs rely on this text.
 TovMissingValue::TovMissingValue() : std::out_of_range("vector::_M_range_check") {}
 
 TovMissingValue::~TovMissingValue() = default;

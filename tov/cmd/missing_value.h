@@ -6,7 +6,7 @@
 
 namespace kiri::tov {
 
-/// Thrown where a line ends in an option that requires a value: "-waveform" of "create_clock". No other option does.
+/// Thrown if a line ends in an option that requires a value. The only such option is "-waveform" of "create_clock".
 class TOVENG_API TovMissingValue : public std::out_of_range {
 public:
     TovMissingValue();

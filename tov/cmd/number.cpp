@@ -18,8 +18,8 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-// Reads a short decimal number. Its digits and the power of ten are exact as doubles, so that the quotient is rounded
-// once, as strtod rounds. False for other forms.
+// Reads a short decimal number. Its digits and the power of ten are exact as doubles, so the quotient is rounded only
+// once, as by strtod. Returns false for other forms.
 bool readShortDecimal(std::string_view text, double& value) {
     constexpr double powersOfTen[] = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                       1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};

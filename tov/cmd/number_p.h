@@ -4,7 +4,7 @@
 
 namespace kiri::tov::impl_detail {
 
-/// Reads a number as strtod does in the "C" locale, ignoring characters after it, and narrows it to float. Returns
+/// Reads a number as strtod does in the "C" locale, ignores the characters after it, and narrows it to float. Returns
 /// false and leaves `out` as it was unless the first character, or the second after a minus sign, is a digit.
 bool parseFloatValue(std::string_view text, float& out);
 
@@ -17,7 +17,7 @@ inline bool isNumber(std::string_view word) {
 /// Truncates; out of range saturates; NaN becomes 0.
 int truncateToInt(float value);
 
-/// A thousandth of a database number: picoseconds to nanoseconds, or thousandths of the file's time unit to that unit.
+/// Divides a database number by 1,000: picoseconds to nanoseconds, or thousandths of the file's time unit to that unit.
 float fromThousandths(int value);
 
 }  // namespace kiri::tov::impl_detail

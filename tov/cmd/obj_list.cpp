@@ -19,7 +19,7 @@ namespace {
 //   argument   = word | "{"* word* "}"*
 struct Query {
     std::string_view word;
-    std::string_view opening;  // as a file holds the query, up to its names
+    std::string_view opening;  // the query as it is saved, up to its names
     taDciObjTyp type;
     taDciObjTyp sourceType;
 };
@@ -37,7 +37,7 @@ struct ReservedKey {
     std::string_view expression;
 };
 
-// "@CLKIN" means all clocks and "@CLOCK" all registers: the file format has them crossed.
+// "@CLKIN" means all clocks and "@CLOCK" all registers: the file format swaps them.
 constexpr ReservedKey reservedKeys[] = {
     {"@PI", "[all_inputs]"},
     {"@PO", "[all_outputs]"},
@@ -57,7 +57,8 @@ std::string_view strip(std::string_view text, char front, char back) {
     return text;
 }
 
-// The database takes C texts, so copy the name to end it with a NUL byte. Usual names need no heap block for that.
+// The database takes C strings, so copy the name and terminate it with a NUL byte. Names of usual length need no heap
+// block for that.
 void addName(ppStlList<taDciObj*>& list, std::string_view name, taDciObjTyp type) {
     char text[128];
     if (name.size() >= sizeof text) return addObj(list, std::string(name).c_str(), type);

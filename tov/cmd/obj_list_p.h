@@ -22,10 +22,10 @@ public:
 /// Appends a new object reference to a list; a null name stays null.
 void addObj(ppStlList<taDciObj*>& list, char const* name, taDciObjTyp type);
 
-/// Replaces the content of a list by what an object expression names, see TovCmd::fromTclString.
+/// Replaces the content of a list with the objects of an expression, see TovCmd::fromTclString.
 void readObjs(ppStlList<taDciObj*>& list, std::string_view expression, bool source);
 
-/// Replaces the content of a list by an object reference to the clock of that name.
+/// Replaces the content of a list with an object reference to the clock of that name.
 void setClock(ppStlList<taDciObj*>& list, char const* name);
 
 /// Appends the expression of an object reference, see TovCmd::toTclString.

@@ -5,8 +5,8 @@
 //   command    = "[" expression "]"
 //   separator  = white space | "{" | "}" | '"'
 //
-// The words of a query follow its name, up to the next one or to the end of its command. A command inside a query is a
-// query of its own, or "list", whose words are the query's; the words of any other command say nothing.
+// The words of a query follow its name, up to the next query or to the end of its command. A command inside a query is
+// another query, or "list", whose words belong to the outer query; the words of any other command are not names.
 
 #include "tov/cmd/object_words_p.h"
 
@@ -31,11 +31,11 @@ constexpr QueryName queryNames[] = {
     {"get_cells", taDciObjCell}, {"get_registers", taDciObjCell}, {"get_clocks", taDciObjClock},
 };
 
-/// What the options of a query say of its words.
+/// What the options of a query mean for its words.
 struct QueryOption {
     std::string_view word;
     bool hasOtherObjects;  // the query finds objects that its words do not name
-    bool hasValue;         // a word that names nothing; the value of -filter comes with the words
+    bool hasValue;         // followed by a word that is not a name; the value of -filter is among the words
 };
 
 // "-hsc" is followed by another separator of levels.
@@ -46,7 +46,7 @@ constexpr QueryOption otherMeanings[] = {
 
 constexpr std::string_view listCommand = "list";
 
-// Types whose words name something.
+// Types whose words are names.
 constexpr taDciObjTyp judgedTypes[] = {taDciObjPort, taDciObjSourcePort, taDciObjPin,   taDciObjPin2, taDciObjNet,
                                        taDciObjCell, taDciObjSourceNet,  taDciObjClock, taDciObjName};
 
@@ -55,7 +55,7 @@ bool contains(Table const& table, Value const& value) {
     return std::find(std::begin(table), std::end(table), value) != std::end(table);
 }
 
-// Options may be cut short, to one letter at least.
+// Options may be abbreviated to one letter or more.
 bool isOption(std::string_view word, std::string_view option) {
     return word.size() >= 2 && startsWith(option, word);
 }
@@ -64,7 +64,7 @@ bool isSeparator(char c) {
     return isSpace(c) || c == '{' || c == '}' || c == '"';
 }
 
-/// Gathers the words of one list of references.
+/// Collects the words of one list of references.
 class WordGatherer {
 public:
     void gather(ppStlList<taDciObj*> const& list);
@@ -75,12 +75,12 @@ private:
     static constexpr QueryIndex noQuery = 0;
 
     struct Query {
-        taDciObjTyp type;  // none: its words name nothing
+        taDciObjTyp type;  // none: its words are not names
         bool isJudged;
-        QueryIndex outer;  // the one in which it is
+        QueryIndex outer;  // the enclosing query
         bool isHierarchical = false;
         bool hasOtherObjects = false;
-        bool isValueNext = false;  // the word that follows is the value of an option
+        bool isValueNext = false;  // the next word is the value of an option
     };
     QueryIndex begin(taDciObjTyp type, bool isJudged, QueryIndex outer = noQuery) {
         queries_.push_back({type, isJudged, outer});
@@ -96,14 +96,14 @@ private:
     std::vector<ObjectWord> words_;
 };
 
-/// Cuts an expression into words and finds where its commands begin and end.
+/// Splits an expression into words and finds where its commands begin and end.
 class ExpressionCursor {
 public:
     enum Token { end, word, opening, closing };
 
     explicit ExpressionCursor(std::string_view text) : text_(text), lastClosing_(text.rfind(']')) {}
 
-    /// `depth` commands are open. Puts a word into `text`; one that only a program can complete is left out.
+    /// `depth` commands are open. Stores a word in `text`; skips one that depends on the result of a command.
     Token next(std::string_view& text, std::size_t depth) {
         for (;;) {
             while (at_ < text_.size() && isSeparator(text_[at_])) ++at_;
@@ -111,7 +111,7 @@ public:
             if (text_[at_] == '[') return ++at_, opening;
             if (text_[at_] == ']' && depth > 0) {
                 ++at_;
-                takeWord(depth - 1);  // what is glued to the result of a command is not a word
+                takeWord(depth - 1);  // text that directly follows a command in brackets is not a word
                 return closing;
             }
             text = takeWord(depth);
@@ -231,12 +231,12 @@ bool isPlain(taDciObj const* object) {
     return object != nullptr && object->type == taDciObjName;
 }
 
-// Returns whether the list is what `expression`, the name of its first plain object reference, reads as.
+// Returns whether reading `expression`, the name of the first plain object reference, yields this list.
 bool isOneExpression(ppStlList<taDciObj*> const& list, char const* expression) {
     if (std::all_of(list.begin(), list.end(), isPlain)) return false;
     OwnedObjList read;
     readObjs(read.list, expression, false);
-    // Many references of one long expression share its text.
+    // Many references to one long expression share its text.
     auto const isSame = [expression](taDciObj const* object, taDciObj const* other) {
         if (isPlain(object) != isPlain(other)) return false;
         return object != nullptr && (object->name == expression || orEmpty(object->name) == orEmpty(other->name));
@@ -260,7 +260,7 @@ void WordGatherer::gather(ppStlList<taDciObj*> const& list) {
             if (name.data() != previous.data() && name != previous) readPlain(name);
             previous = name;
         } else {
-            // Neighbours of one type come from one query: an option among them counts for all.
+            // Adjacent references of one type come from one query: an option among them applies to all.
             bool const isFirst = object->type != type;
             if (isFirst) query = begin(object->type, true);
             if (startsWith(name, "[")) {

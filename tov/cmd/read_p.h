@@ -22,14 +22,14 @@
 
 namespace kiri::tov::impl_detail {
 
-/// What follows an option word.
+/// What follows an option.
 enum class OptionValue {
     none,
-    ignoredAtEnd,  ///< a word; at the end of the line the option is ignored
-    requiredAtEnd  ///< a word; a line that ends here is refused
+    ignoredAtEnd,  ///< a word; the option is ignored at the end of the line
+    requiredAtEnd  ///< a word; a line that ends here is an error
 };
 
-/// An option of a command line: its word, what it does to the command, and the object lists that it fills.
+/// An option of a command line: its name, what it does to the command, and the object lists that it fills.
 template <class Cmd>
 struct Option {
     using Command = Cmd;
@@ -46,7 +46,7 @@ void appendList(Cmd& cmd, char const* role, std::vector<TovReferences>& lists) {
     lists.push_back({role, &(cmd.*list)});
 }
 
-/// The row for words that are not options. Without it they are ignored.
+/// The row for words that are not options. Without this row they are ignored.
 // Not null: it is a role, too. NOLINTNEXTLINE(bugprone-string-constructor)
 inline constexpr std::string_view anyOtherWord{"", 0};
 
@@ -58,7 +58,7 @@ struct MemberClass<Field Class::*> {
     using Type = Class;
 };
 
-/// An option whose value names the objects of a list; with `source` ports and nets are those of clock sources.
+/// An option whose value names the objects of a list; with `source`, ports and nets get the types of clock sources.
 template <auto list, bool source = false, class Cmd = typename MemberClass<decltype(list)>::Type>
 constexpr Option<Cmd> objects(std::string_view word) {
     return {word, word == anyOtherWord ? OptionValue::none : OptionValue::ignoredAtEnd,
@@ -69,8 +69,8 @@ constexpr Option<Cmd> objects(std::string_view word) {
 template <auto const& options>
 using CommandOf = typename std::decay_t<decltype(options[0])>::Command;
 
-/// Reads the words after the keyword by a table of options, which has the object lists in the order of writing. Empty
-/// words between options are skipped; as the value of an option an empty word counts.
+/// Reads the words after the keyword as a table of options says; the table has the object lists in the order of
+/// writing. Empty words between options are skipped, but count as the value of an option.
 template <auto const& options>
 Result readWords(CommandOf<options>& cmd, WordCursor words, std::string_view keyword) {
     constexpr auto const& last = options[std::size(options) - 1];
@@ -96,7 +96,7 @@ Result readWords(CommandOf<options>& cmd, WordCursor words, std::string_view key
     return {};
 }
 
-// The command is empty where the first word of the line is longer than the keyword.
+// The command is empty if the first word of the line is longer than the keyword.
 template <class Cmd, auto const& options>
 Result makeCommand(CommandKind const& kind, WordCursor words, std::unique_ptr<TovCmd>& cmd) {
     auto made = std::make_unique<Cmd>(static_cast<char const*>(nullptr));
@@ -126,17 +126,17 @@ bool appendLists(TovCmd& cmd, std::vector<TovReferences>& lists) {
     return true;
 }
 
-/// States the kind of a class whose lines `options` describes.
+/// Returns the kind of a class whose lines `options` describes.
 template <class Cmd, auto const& options>
 constexpr CommandKind kindOf(TOVCMD_TYPE list, std::string_view keyword, std::string_view sample) noexcept {
     return {list, keyword, sample, &typeid(Cmd), makeCommand<Cmd, options>, appendCommand<Cmd>, appendLists<options>};
 }
 
-/// Reads a line whose first word is the keyword of one of `kinds`. Another line leaves the command as it is. A command
-/// that is read is disabled; the loader sets `enabled` afterwards. Throws TovMissingValue.
+/// Reads a line whose first word is the keyword of one of `kinds`. Any other line leaves the command unchanged. Reading
+/// a line disables the command; the loader sets `enabled` afterwards. Throws TovMissingValue.
 ///
-/// The constructors that read a line or a record first delegate to the one from values: the command is complete then,
-/// and its destructor frees its lists if the reading throws.
+/// The constructors that read a line or a record first delegate to the constructor from values: the object then counts
+/// as constructed, and its destructor frees the lists if the reading throws.
 template <auto const& options>
 void readLine(CommandOf<options>& cmd, char const* line, std::initializer_list<CommandKind const*> kinds) {
     WordCursor words(orEmpty(line));

@@ -14,7 +14,7 @@ using namespace impl_detail;
 
 namespace {
 
-// What a group or a quoted word holds.
+// The content of a group or a quoted word.
 std::string_view withoutBraces(std::string_view word) {
     constexpr std::string_view left = "{\" ";
     constexpr std::string_view right = "}\" ";

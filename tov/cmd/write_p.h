@@ -18,7 +18,7 @@ std::string saveString(Cmd const& cmd) {
     return line;
 }
 
-/// Begins a command's line with the prefix if the command is disabled.
+/// Begins a command's line: writes the prefix if the command is disabled.
 inline void beginSaveLine(std::string& line, TovCmd const& cmd) {
     if (!cmd.enabled) line += disablePrefix;
 }
@@ -32,8 +32,8 @@ inline void appendPiece(std::string& line, char const* piece) {
     if (piece != nullptr) line += piece;
 }
 
-/// Appends `option` and the first object reference of a list, if there is one. A file holds only the first object
-/// reference of a list.
+/// Appends `option` and the first object reference of a list, if there is one. Only the first object reference of a
+/// list is written.
 inline void appendFirst(std::string& line, std::string_view option, ppStlList<taDciObj*> const& list) {
     if (list.empty()) return;
     line += option;

@@ -6,8 +6,8 @@
 
 namespace kiri::tov {
 
-/// A vector, gathered from the names of its bits: "data[7:0]" from "data[0]" and "data[7]". A bit name is a non-empty
-/// base followed by decimal digits in brackets, so "m[1][2]" is bit 2 of "m[1]".
+/// A vector, built from the names of its bits: "data[7:0]" from "data[0]" and "data[7]". A bit name is a non-empty base
+/// followed by decimal digits in brackets, so "m[1][2]" is bit 2 of "m[1]".
 // Its destructor is not virtual: a bus is destroyed through its port or net.
 // NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class TOVENG_API TovBusNode {
@@ -28,19 +28,19 @@ public:
     int low() const { return low_; }
     int high() const { return high_; }
 
-    /// Returns the base of a bit name and stores its index to `index` unless that is null, 0 for an index beyond `int`.
-    /// Returns any other name as it is, and leaves `index` alone.
+    /// Returns the base of a bit name and stores its index in `index` unless that is null; an index beyond `int` is 0.
+    /// Returns any other name unchanged and does not set `index`.
     static std::string getBusName(std::string const& name, int* index);
 
-    /// Returns whether `name` is a bit name; only then stores its base to `baseName`, unless that is null.
+    /// Returns whether `name` is a bit name; if it is, stores its base in `baseName` unless that is null.
     static bool isBusType(std::string const& name, std::string* baseName);
 
-    /// Whether the base of `name` is this bus's. A name without index is compared whole: "data" belongs to "data".
+    /// Returns whether `name` has the base of this bus. A name without an index is compared as a whole: "data" belongs
+    /// to "data".
     bool isCurrentBus(std::string const& name) const;
 
-    /// Widens the range by the index of `name` and renames the bus after its base. Nothing is checked: a name without
-    /// index counts as index 0, and a bit of another vector takes the bus to that name. On std::bad_alloc the bus is as
-    /// it was.
+    /// Widens the range to the index of `name` and names the bus after its base. Nothing is checked: a name without an
+    /// index counts as index 0, and a bit of another vector renames the bus. After std::bad_alloc the bus is unchanged.
     void addToBus(std::string const& name);
 
 private:
@@ -50,7 +50,7 @@ private:
     int high_ = -1;
 };
 
-/// A vector of ports or pins; is in the same list as its bits, which owns it.
+/// A vector of ports or pins. It is in the same list as its bits; the list owns it.
 class TOVENG_API TovBusPortNode : public TovBusNode, public TovPortNode {
 public:
     /// Starts the bus at the bit `name`.
@@ -60,7 +60,7 @@ public:
     std::string name() const override;
 };
 
-/// A vector of nets; is in the same list as its bits, which owns it.
+/// A vector of nets. It is in the same list as its bits; the list owns it.
 class TOVENG_API TovBusNetNode : public TovBusNode, public TovNetNode {
 public:
     /// Starts the bus at the bit `name`.

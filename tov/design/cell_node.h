@@ -15,11 +15,11 @@ public:
     /// Deletes the clocks, the ports and the nets.
     ~TovBaseCellNode() override;
 
-    /// "library<separator>name<separator>arch". The library is left out when it is empty or "work", the arch when it is
-    /// empty; the parent does not count.
+    /// "library<separator>name<separator>arch". The library is left out if it is empty or "work", the arch if it is
+    /// empty; the parent does not matter.
     std::string hierachyName(char separator) const override;
 
-    /// Writes the cell and then its clocks, ports and nets.
+    /// Prints the cell and then its clocks, ports and nets.
     void dump() const override;
 
     std::list<TovPortNode*> const& ports() const { return ports_; }
@@ -38,7 +38,7 @@ private:
     std::string arch_;
 };
 
-/// A cell instance. All cells hang from the top node; the place in the hierarchy is in the dotted name.
+/// A cell instance. The top node is the parent of all cells; the dotted name has the place in the hierarchy.
 class TOVENG_API TovCellNode : public TovBaseCellNode {
 public:
     TovCellNode(std::string name, TovNode* parent, CELL_TYPE cellType, std::string arch, std::string library);
@@ -58,10 +58,10 @@ public:
     /// Deletes the cells, views, RAMs, ROMs and multipliers, then what the base owns.
     ~TovTopNode() override;
 
-    /// Always empty, so that whatever hangs from the top is known by its name alone.
+    /// Always empty, so the name of a child of the top is its hierarchy name.
     std::string hierachyName(char separator) const override;
 
-    /// Writes the whole tree.
+    /// Prints the whole tree.
     void dump() const override;
 
     std::string const& entry() const { return entry_; }

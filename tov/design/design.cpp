@@ -8,7 +8,7 @@ namespace kiri::tov {
 
 namespace {
 
-/// Runs `collect(top, found)` on a loaded design; `out` changes only when the list found is complete.
+/// Runs `collect(top, found)` on a loaded design; `out` changes only when the list is complete.
 template <class Node, class Collect>
 std::size_t query(TovTopNode const* top, std::list<Node*>& out, Collect collect) {
     if (top == nullptr) return 0;

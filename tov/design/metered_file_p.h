@@ -7,7 +7,7 @@
 
 namespace kiri::tov::impl_detail {
 
-/// A QFile that reports its reads to a meter. It ends where the caller stops the reading.
+/// A QFile that reports its reads to a meter. If the caller stops the load, the file ends there.
 class MeteredFile : public QFile {
 public:
     /// `input` and `meter` outlive the object.

@@ -34,7 +34,7 @@ constexpr QStringView operator""_v(char16_t const* text, std::size_t size) {
     return {text, static_cast<qsizetype>(size)};
 }
 
-/// The value of an attribute, valid as long as `attributes`; empty when there is none of that name.
+/// The value of an attribute, valid as long as `attributes`; empty if there is no attribute of that name.
 QStringView attributeValue(QXmlStreamAttributes const& attributes, QStringView name) {
     for (QXmlStreamAttribute const& attribute : attributes) {
         if (QStringView(attribute.qualifiedName()) == name) return attribute.value();
@@ -42,7 +42,7 @@ QStringView attributeValue(QXmlStreamAttributes const& attributes, QStringView n
     return {};
 }
 
-/// The same in Latin-1, as the tree holds it; every UTF-16 unit outside it becomes '?'.
+/// The same in Latin-1, the encoding of the tree; every UTF-16 unit outside Latin-1 becomes '?'.
 std::string latin1Attribute(QXmlStreamAttributes const& attributes, QStringView name) {
     QStringView const text = attributeValue(attributes, name);
     std::string latin1(static_cast<std::size_t>(text.size()), '?');
@@ -51,7 +51,7 @@ std::string latin1Attribute(QXmlStreamAttributes const& attributes, QStringView 
     return latin1;
 }
 
-/// An attribute whose texts are the names of values. Any other text, or none, decodes to `fallback`.
+/// An attribute whose texts name values. Any other text, or none, decodes to `fallback`.
 template <class Value>
 struct EnumAttribute {
     struct Word {
@@ -77,14 +77,14 @@ constexpr EnumAttribute<TovObjType> clockTypes{
     u"type"_v, {{u"port"_v, TOV_OBJ_CLOCK_PORT}, {u"net"_v, TOV_OBJ_CLOCK_NET}}, TOV_OBJ_CLOCK_OTHER};
 constexpr EnumAttribute<std::uint32_t> directions{u"direction"_v, {{u"in"_v, 1}, {u"out"_v, 2}, {u"inout"_v, 3}}, 0};
 
-/// Hands `node` over to the list, which owns it from then on.
+/// Transfers ownership of `node` to the list.
 template <class Node, class Owned>
 Owned* appendNode(std::list<Node*>& nodes, std::unique_ptr<Owned> node) {
     nodes.push_back(node.get());
     return node.release();
 }
 
-/// Takes the reader off its file before the file is gone. That also drops the reader's error.
+/// Detaches the reader from its file before the file is destroyed. That also clears the reader's error.
 class DeviceScope {
 public:
     DeviceScope(QXmlStreamReader& reader, QIODevice& device) : reader_(reader) { reader_.setDevice(&device); }
@@ -114,11 +114,11 @@ bool MrcDumpReader::doRead(char const* path, TovProgress const& progress, std::s
     clear();
     Result const result = readPath(path, progress);
     if (error != nullptr) *error = result.message();
-    // A dump that is cut short or not well formed leaves what comes before that place.
+    // For a truncated or malformed dump, what precedes that place is kept.
     return result.ok() || result.is(failureMalformed);
 }
 
-/// Opens the dump and reads it; throws what came out of the caller's function.
+/// Opens the dump and reads it; rethrows what the caller's function throws.
 Result MrcDumpReader::readPath(char const* path, TovProgress const& progress) {
     File input;
     Result result = openForReading(path, input);
@@ -146,8 +146,8 @@ Result MrcDumpReader::readFile(File const& input, ProgressMeter& meter) {
     return {accepted ? failureMalformed : failureRefusedRoot, errorText(problem.toStdString())};
 }
 
-/// Moves to the next child of the current element; false at the element's end tag and at the end of what can be read.
-/// An error is final, even if the file has grown meanwhile.
+/// Moves to the next child of the current element; returns false at the element's end tag and at the end of what can be
+/// read. An error is final, even if the file has grown meanwhile.
 bool MrcDumpReader::nextChild() {
     while (tokenType() != Invalid && tokenType() != EndDocument) {
         TokenType const token = readNext();
@@ -177,7 +177,7 @@ void MrcDumpReader::raiseInvalidTag() {
                    .arg(name().toString()));
 }
 
-/// Returns the message with its place, which that of an invalid tag already has; empty without an error.
+/// Returns the message with its place, which the message of an invalid tag already has; empty if there is no error.
 QString MrcDumpReader::problemText() const {
     if (!hasError() || error() == CustomError) return errorString();
     return QString("Line %1 Column %2: ").arg(lineNumber()).arg(columnNumber()) + errorString();
@@ -217,7 +217,7 @@ void MrcDumpReader::readTop() {
     }
 }
 
-/// Libraries and units leave no trace of their own: what they hold belongs to the top node.
+/// Libraries and units do not become nodes: their content belongs to the top node.
 void MrcDumpReader::readLibrary(TovTopNode* top) {
     while (nextChild()) {
         QStringView const tag = name();
@@ -292,7 +292,7 @@ void MrcDumpReader::readNetProperty(std::list<TovNetNode*>& nets, TovNode* paren
     });
 }
 
-/// Reads a list of items that have a name and nothing else.
+/// Reads a list of items that have only a name.
 template <class Node>
 void MrcDumpReader::readNodes(QStringView item, TovObjType type, std::list<Node*>& nodes, TovNode* parent) {
     readItems(item, [&] { readNode(nodes, type, parent); });
@@ -320,7 +320,7 @@ void MrcDumpReader::readItems(QStringView item, ReadItem readItem) {
     }
 }
 
-/// Reads an item and appends its node; null if the item's end tag is not there.
+/// Reads an item and appends its node; returns null if the item's end tag is missing.
 template <class Node>
 Node* MrcDumpReader::readNode(std::list<Node*>& nodes, TovObjType type, TovNode* parent) {
     std::string nodeName = latin1Attribute(attributes(), u"name"_v);
@@ -329,8 +329,8 @@ Node* MrcDumpReader::readNode(std::list<Node*>& nodes, TovObjType type, TovNode*
     return appendNode(nodes, std::make_unique<Node>(std::move(nodeName), type, parent));
 }
 
-/// Gathers the node added last into its bus, if it is a bit; returns the bus when it is new. Buses are known by base
-/// name for the whole file: the bits of a later cell widen the bus of the cell where the name came first.
+/// If the node added last is a bit, adds it to its bus; returns the bus if it is new. Buses are identified by base name
+/// in the whole file: the bits of a later cell widen the bus of the first cell that has the name.
 template <class Bus, class Node>
 Bus* MrcDumpReader::gatherBit(BusMap<Bus>& buses, std::list<Node*>& nodes) {
     Node const& bit = *nodes.back();

@@ -14,21 +14,21 @@ class File;
 class ProgressMeter;
 class Result;
 
-/// Reads a design dump into a tree, in one forward pass. Beyond the tree it needs memory for the element that is read
-/// and for the base name of each bus. A reader is used by one thread at a time.
+/// Reads a design dump into a tree, in one forward pass. Beyond the tree it needs memory for the current element and
+/// for the base name of each bus. A reader may be used by one thread at a time.
 class MrcDumpReader : public QXmlStreamReader {
 public:
-    /// Makes a reader that appends to `top`, which is not owned and outlives the reader's work.
+    /// Makes a reader that appends to `top`, which is not owned and must outlive the reading.
     TOVENG_API explicit MrcDumpReader(TovTopNode* top);
 
-    /// Reads the dump at `path`. Returns false when the file cannot be opened, and when the root element is not `top`;
-    /// errorString() then names the tag and its place. Returns true in every other case: a dump that is cut short, not
-    /// well formed or has an unexpected child of `top` leaves what comes before that place. std::bad_alloc passes
-    /// through, and the tree holds what was read so far. However it ends, the reader has no device afterwards.
+    /// Reads the dump at `path`. Returns false if the file cannot be opened, or if the root element is not `top`;
+    /// errorString() then names the tag and its place. Returns true in every other case: of a dump that is truncated,
+    /// not well formed or has an unexpected child of `top`, the tree holds what precedes that place. After
+    /// std::bad_alloc the tree holds what was read so far. In any case the reader has no device afterwards.
     TOVENG_API bool doRead(char const* path);
 
-    /// The same; calls `progress` meanwhile, which stops the reading by false (the result is false then) or by an
-    /// exception, and sets `error` as TovDesign::load does.
+    /// The same; calls `progress` during the reading, which stops it by returning false (the result is then false) or
+    /// by throwing, and sets `error` as TovDesign::load does.
     TOVENG_API bool doRead(char const* path, TovProgress const& progress, std::string* error = nullptr);
 
 private:

@@ -12,7 +12,7 @@ TovNode::~TovNode() = default;
 
 std::string TovNode::hierachyName(char separator) const {
     if (parent_ == nullptr) return name();
-    // The parent always joins with '/', so "u1/rtl.CK" mixes both separators.
+    // The parent's part is always joined with '/', so "u1/rtl.CK" mixes both separators.
     std::string path = parent_->hierachyName('/');
     if (path.empty()) return name();
     path += separator;

@@ -11,9 +11,9 @@ namespace impl_detail {
 class MrcDumpReader;
 }
 
-/// Kind of a node. Callers compare the numbers; 4, 12 and 13 stay unused.
+/// Kind of a node. Callers compare the numbers; 4, 12 and 13 must stay unused.
 enum TovObjType : int {
-    TOV_OBJ_PORT = 0,         ///< a port that no reader has placed yet
+    TOV_OBJ_PORT = 0,         ///< a port that the reader has not placed yet
     TOV_OBJ_NET = 1,          ///< a net or a net bus
     TOV_OBJ_PIN = 2,          ///< a port of a cell
     TOV_OBJ_TOP_PORT = 3,     ///< a port of the design
@@ -31,8 +31,8 @@ enum TovObjType : int {
 /// Kind of a cell instance. Callers compare the numbers.
 enum CELL_TYPE : int { CELL_OTHER = 0, CELL_COMB = 1, CELL_REG = 2, CELL_SEQ = 3, CELL_PAD = 4 };
 
-/// One object of a design. It belongs to the cell or top node in whose list it is. Nodes do not change once their
-/// design is loaded; any number of threads may read them as long as none destroys the design.
+/// An object of a design. The cell or top node that has it in a list owns it. Nodes do not change after the load; any
+/// number of threads may read them as long as none loads, resets or destroys the design.
 class TOVENG_API TovNode {
 public:
     /// Makes a node below `parent`, which is not owned and is null only for the top node.
@@ -41,17 +41,17 @@ public:
     TovNode(TovNode const&) = delete;
     TovNode& operator=(TovNode const&) = delete;
 
-    /// The name within the whole design: the parent's hierarchy name, `separator` and `name()`. Only this last joint
-    /// takes the caller's separator; everything above it is joined by '/'.
+    /// The name within the whole design: the parent's hierarchy name, `separator` and `name()`. Only this last part is
+    /// joined with `separator`; the levels above it are joined with '/'.
     virtual std::string hierachyName(char separator) const;
 
-    /// Writes the node to standard output, flushing each line. For diagnosis.
+    /// Prints the node to standard output and flushes each line. For diagnosis.
     virtual void dump() const;
 
-    /// A copy of the node's own name; of a bus, the name with its index range.
+    /// A copy of the node's own name; for a bus, the name with its index range.
     virtual std::string name() const;
 
-    /// The node's own name as the dump has it, without a copy; of a bus, that of its first bit.
+    /// The node's own name as in the dump, without a copy; for a bus, the name of its first bit.
     std::string const& plainName() const { return name_; }
 
     TovObjType type() const { return type_; }

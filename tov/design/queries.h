@@ -4,7 +4,7 @@
 
 namespace kiri::tov {
 
-/// Calls `visit(what, query)` with each query of a design and what it lists, for programs that treat all alike:
+/// Calls `visit(what, query)` with the title and the member function of each query of a design:
 ///
 ///     forEachQuery([&](char const* what, auto query) {
 ///         NodesOf<decltype(query)> nodes;
@@ -32,7 +32,7 @@ struct QueryList<std::size_t (TovDesign::*)(std::list<Node*>&) const> {
     using Type = std::list<Node*>;
 };
 
-/// The list that a query of that type fills.
+/// The list type that a query of that type fills.
 template <class Query>
 using NodesOf = typename QueryList<Query>::Type;
 

@@ -21,7 +21,7 @@ Result notRegular() {
     return {failureNotRegular, "not a regular file"};
 }
 
-/// The place of a file: the folder and the name in it.
+/// The location of a file: its folder and its name there.
 struct Place {
     std::string folder;
     std::string name;
@@ -31,7 +31,7 @@ struct Place {
     }
 };
 
-// Returns the place of the file to which symbolic links lead, whether it exists or not.
+// Returns the location of the file to which symbolic links lead, whether it exists or not.
 Place followLinks(char const* path) {
     Place place{path};
     constexpr int linksOfOnePath = 40;  // the system's own limit
@@ -45,7 +45,7 @@ Place followLinks(char const* path) {
     return place;
 }
 
-// A folder in which the process may make files but that it may not list can be used, not synchronised.
+// If the process may create files in a folder but may not list it, the folder can be used, but not synchronised.
 Result openFolder(std::string const& path, File& folder) {
     Result result = openFile(path.c_str(), O_RDONLY | O_DIRECTORY, folder);
     return result.is(EACCES) ? openFile(path.c_str(), O_PATH | O_DIRECTORY, folder) : std::move(result);
@@ -75,14 +75,14 @@ struct Status {
     }
 };
 
-/// What a save replaces.
+/// The file that a save replaces.
 class Target {
 public:
     explicit Target(char const* path) : path_(path), place_(path) {}
 
     /// Finds the file and its rights. Fails if it cannot be replaced.
     Result find() {
-        // Other programs may replace the file meanwhile: then look again.
+        // Other programs may replace the file meanwhile; then look again.
         constexpr int looks = 1000;
         for (int i = 0; i < looks; ++i) {
             bool settled = true;
@@ -98,7 +98,7 @@ public:
     FileRights const& rights() const { return rights_; }
 
 private:
-    // One look. It is settled if the path leads to the same file before and after.
+    // Looks once. The result is valid if the path leads to the same file before and after.
     Result look(bool& settled) {
         // While the file is open, no other one gets its inode number.
         File file;
@@ -150,7 +150,7 @@ Result replace(Target& target, std::string_view text) {
     if (!result.ok()) return result;
     for (TemporaryFile::Kind const kind : {TemporaryFile::unnamed, TemporaryFile::named}) {
         TemporaryFile file(target.folder());
-        // The text is not shown to anyone before the file has the rights of the old one.
+        // Nobody else can read the text before the file has the rights of the old one.
         result = file.open(kind, target.exists() ? 0600 : 0666);
         if (!result.ok()) continue;
         result = fill(file, target, text);

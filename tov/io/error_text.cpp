@@ -20,7 +20,7 @@ struct Character {
 
 constexpr Character invalidByte{0, 1};
 
-// Decodes the first character of a text that is not empty.
+// Decodes the first character of a non-empty text.
 Character decode(std::string_view text) {
     auto const first = static_cast<unsigned char>(text.front());
     if (first < 0x80) return {first, 1};
@@ -37,7 +37,7 @@ Character decode(std::string_view text) {
     return code < smallest[size] || code > 0x10ffff || surrogate ? invalidByte : Character{code, size};
 }
 
-// Returns whether a text for users may hold the character: no control character, no line or paragraph separator.
+// Returns whether a text for users may contain the character: not a control character or a line or paragraph separator.
 bool isShown(char32_t code) {
     bool const control = code < 0x20 || (code >= 0x7f && code <= 0x9f);
     return !control && code != 0x2028 && code != 0x2029;

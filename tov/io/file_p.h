@@ -29,9 +29,8 @@ private:
     int descriptor_ = -1;
 };
 
-// A path's bytes go to the system as they are, whatever the locale is. A null path names nothing (ENOENT). No other
-// program inherits an open file. Where a function
-// fails, its result has the errno.
+// The bytes of a path are passed to the system unchanged, whatever the locale is. A null path is a missing file
+// (ENOENT). No other program inherits an open file. If a function fails, its result has the errno value.
 
 /// Returns whether something exists at `path`.
 bool exists(char const* path);
@@ -42,19 +41,20 @@ Result openFile(char const* path, int flags, File& file);
 /// Opens a file for reading; refuses a directory (EISDIR).
 Result openForReading(char const* path, File& file);
 
-/// Opens a file for writing: makes it if there is none, and empties it if there is one.
+/// Opens a file for writing: creates it if it does not exist, and truncates it if it does.
 Result openForWriting(char const* path, File& file);
 
 /// Reads up to `size` bytes; `got` is 0 at the end of the file.
 Result readSome(File const& file, char* to, std::size_t size, std::size_t& got);
 
-/// Goes back to the start of a file, to read it again. False for anything but a regular file.
+/// Goes back to the start of a file, to read it again. Returns false for anything but a regular file.
 bool rewind(File const& file);
 
 /// Writes all of `text`.
 Result writeAll(File const& file, std::string_view text);
 
-/// Bytes from the read position to the end as the file is now; 0 for a file without a size, such as a pipe.
+/// Returns the number of bytes from the read position to the current end of the file; 0 for a file without a size, such
+/// as a pipe.
 std::uint64_t bytesLeft(File const& file);
 
 }  // namespace kiri::tov::impl_detail

@@ -16,7 +16,7 @@ namespace {
 
 constexpr char accessList[] = "system.posix_acl_access";
 
-// Stores what `call` writes to a buffer into `value`. Without a buffer, `call` returns the size that it needs.
+// Stores in `value` what `call` writes to a buffer. Without a buffer, `call` returns the size that it needs.
 template <class Call>
 bool readValue(std::string& value, Call call) {
     for (;;) {
@@ -34,8 +34,8 @@ Result lostAttribute(std::string_view name, int error) {
     return {error, "its " + what + " cannot be kept: " + systemText(error)};
 }
 
-// Returns the bits for a file with another group. The members of that group and all others, who now include the old
-// group's members, get only what both the old group and all others had.
+// Returns the permission bits for a file with another group. The members of that group, and all others, who now include
+// the members of the old group, get only the rights that both the old group and all others had.
 mode_t withoutGroup(mode_t mode) {
     mode_t const shared = mode & (mode >> 3U) & S_IRWXO;
     return (mode & ~static_cast<mode_t>(S_ISGID | S_IRWXG | S_IRWXO)) | shared << 3U | shared;
@@ -69,7 +69,7 @@ bool FileRights::hasAccessList() const {
 
 Result FileRights::giveTo(File const& file) const {
     int const fd = file.descriptor();
-    // A process may be allowed to set the group alone. The status shows what was set.
+    // A process may be allowed to set only the group. The status shows what was set.
     int const results[] = {::fchown(fd, static_cast<uid_t>(-1), status_.st_gid),
                            ::fchown(fd, status_.st_uid, static_cast<gid_t>(-1))};
     static_cast<void>(results);

@@ -15,8 +15,8 @@ public:
     /// Reads the rights of the file at `path`, whose status is `status`.
     Result read(std::string const& path, struct stat const& status);
 
-    /// Sets the rights of a file that the process has made. It never gets a right that is not among them: where the
-    /// group cannot be set, another group has what both the old group and all others had.
+    /// Sets the rights of a file that the process has created. The file never gets a right that is not among them: if
+    /// the group cannot be set, the new group gets only what both the old group and all others had.
     Result giveTo(File const& file) const;
 
 private:

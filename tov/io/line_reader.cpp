@@ -39,7 +39,7 @@ bool LineReader::next(std::string_view& line) {
     }
 }
 
-// Consumes `size` of the unconsumed bytes. A long line is complete here: the buffer shrinks to it and a chunk.
+// Consumes `size` of the unconsumed bytes. A long line is complete here: the buffer shrinks to the line and a chunk.
 std::string_view LineReader::take(std::size_t size) {
     if (capacity_ - end_ > chunkSize + 1) resize(end_ + chunkSize + 1);
     char* const text = buffer_.get() + begin_;
@@ -48,8 +48,8 @@ std::string_view LineReader::take(std::size_t size) {
     return {text, size};
 }
 
-// Reads a chunk after the unconsumed bytes, which move to the front of the buffer. A line that fills the buffer makes
-// it grow by an eighth: that is all the memory that a line needs beyond its own size.
+// Reads a chunk after the unconsumed bytes, which move to the front of the buffer. If a line fills the buffer, it grows
+// by an eighth: that is all the memory that a line needs beyond its own size.
 bool LineReader::fill() {
     if (!result_.ok()) return false;
     std::size_t const unconsumed = end_ - begin_;
@@ -72,7 +72,7 @@ Result LineReader::read(char* to, std::size_t size, std::size_t& got) {
     return {};
 }
 
-// The C library may grow and cut a large block where it is, so that there are never two of it.
+// The C library can grow and shrink a large block in place, so there are never two copies of it.
 void LineReader::resize(std::size_t capacity) {
     void* const block = std::realloc(buffer_.get(), capacity);  // NOLINT(cppcoreguidelines-no-malloc)
     if (block == nullptr) throw std::bad_alloc();

@@ -14,20 +14,20 @@ namespace kiri::tov::impl_detail {
 /// Reads a file line by line. The lines are views into the reader's buffer, which grows with the longest line.
 class LineReader {
 public:
-    /// The file and the meter, if there is one, outlive the reader.
+    /// The file and the meter, if there is one, must outlive the reader.
     explicit LineReader(File const& file, ProgressMeter* meter = nullptr);
 
     /// Reads a text in place of a file.
     explicit LineReader(std::string_view text, ProgressMeter* meter = nullptr);
 
-    /// Puts the next line, without its line feed, into `line`; a NUL byte follows it. The view lives until the next
-    /// call. Returns false at the end, and where the meter stops the load.
+    /// Stores the next line, without its line feed, in `line`; a NUL byte follows it. The view is valid until the next
+    /// call. Returns false at the end, and if the meter stops the load.
     bool next(std::string_view& line);
 
     /// Returns how many lines next() has returned.
     std::size_t number() const { return number_; }
 
-    /// Returns how the reading ended: a failure if the system could not read.
+    /// Returns how the reading ended: a failure if the file could not be read.
     Result takeResult() { return std::move(result_); }
 
 private:
@@ -43,7 +43,7 @@ private:
     bool stopped() const { return meter_ != nullptr && meter_->stopped(); }
 
     File const* file_ = nullptr;
-    std::string_view text_;  // without a file: what is left of the text
+    std::string_view text_;  // without a file: the rest of the text
     ProgressMeter* meter_;
     std::size_t capacity_ = 0;
     std::unique_ptr<char, Free> buffer_;

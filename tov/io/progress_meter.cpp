@@ -14,8 +14,8 @@ constexpr std::uint64_t firstStep = std::uint64_t{24} * 1024;
 ProgressMeter::ProgressMeter(TovProgress const& progress, std::uint64_t size)
     : progress_(progress), size_(size), next_(progress ? firstStep : std::numeric_limits<std::uint64_t>::max()) {}
 
-// The steps grow with what was read, so that a file of any size, known or not, makes less than a thousand calls. What
-// was read is not used yet: only finish() may report that all of the file was.
+// The steps grow with what was read, so a file of any size, known or not, causes fewer than a thousand calls. What was
+// read has not been used yet: only finish() may report the end of the file.
 bool ProgressMeter::report() noexcept {
     if (read_ == size_) return true;
     next_ = read_ + std::max(firstStep, read_ / 50);

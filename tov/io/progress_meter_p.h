@@ -11,10 +11,10 @@ namespace kiri::tov::impl_detail {
 /// Counts the bytes of a load and calls the caller's function at intervals.
 class ProgressMeter {
 public:
-    /// `progress` outlives the meter; `size` is 0 where the file has none.
+    /// `progress` must outlive the meter; `size` is 0 if the file has none.
     ProgressMeter(TovProgress const& progress, std::uint64_t size);
 
-    /// Counts bytes that were read. Returns false if the callback cancels the load.
+    /// Adds bytes that were read. Returns false if the callback cancels the load.
     bool add(std::size_t bytes) noexcept {
         read_ += bytes;
         return read_ < next_ || report();

@@ -16,7 +16,7 @@ namespace kiri::tov::impl_detail {
 
 namespace {
 
-/// While it lives, a write beyond the size limit of the process fails and raises no signal in this thread.
+/// During its lifetime, a write beyond the size limit of the process fails without a signal to this thread.
 class SizeLimitWithoutSignal {
 public:
     SizeLimitWithoutSignal() {
@@ -75,8 +75,7 @@ Result TemporaryFile::rename(char const* name) {
     return {};
 }
 
-/// Calls `make` with new names until one is not in use; returns the last result, and clears the name if that is a
-/// failure.
+/// Calls `make` with new names until one is not in use. Returns the last result; on failure, clears the name.
 template <class Make>
 int TemporaryFile::makeName(Make make) {
     for (;;) {

@@ -8,29 +8,29 @@
 
 namespace kiri::tov::impl_detail {
 
-/// A new file that replaces another one in its folder, or is deleted with the object.
+/// A new file that replaces another one in its folder, or is deleted when the object is destroyed.
 class TemporaryFile {
 public:
-    /// A file without a name vanishes when the process is killed; not every system has it.
+    /// A file without a name disappears if the process is killed; not every file system supports it.
     enum Kind { unnamed, named };
 
-    /// `folder` is open and outlives the file.
+    /// `folder` must be open and outlive the file.
     explicit TemporaryFile(File const& folder) : folder_(folder) {}
     ~TemporaryFile();
     TemporaryFile(TemporaryFile const&) = delete;
     TemporaryFile& operator=(TemporaryFile const&) = delete;
 
-    /// Makes the file.
+    /// Creates the file.
     Result open(Kind kind, mode_t mode);
     File const& file() const { return file_; }
 
-    /// Appends a text; beyond the size limit of the process that fails and raises no signal.
+    /// Appends a text; beyond the size limit of the process this fails and raises no signal.
     Result write(std::string_view text);
 
     /// Links an unnamed file to the name that rename() needs.
     Result giveName();
 
-    /// Replaces the file `name` of the folder, or makes it.
+    /// Replaces or creates the file `name` in the folder.
     Result rename(char const* name);
 
 private:
