@@ -39,14 +39,14 @@ Baseline::Baseline(QByteArray const& report) {
         std::string const code = textIn(finding, "code");
         std::string const file = textIn(finding, "file");
         std::string const text = textIn(finding, "text");
-        // A code of another release is not found again.
+        // A code of another release does not match anything.
         Rule const* const rule = findRule(code);
         if (rule != nullptr) add(file, rule->code, text, finding["count"].toDouble(1) > 1);
     }
 }
 
 void Baseline::add(std::string const& file, Code code, std::string const& text, bool isFolded) {
-    if (code == Code::endsLoad) return;  // reported in any case
+    if (code == Code::endsLoad) return;  // always reported
     if (!Folding::isByWords(code)) {
         Entry& entry = entries_[{file, code, text}];
         ++entry.count;

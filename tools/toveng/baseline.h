@@ -13,30 +13,30 @@
 namespace tool {
 
 /// The findings of an earlier report, which are not reported again. Findings are equal if their files, codes and texts
-/// are.
+/// are equal.
 class Baseline {
 public:
     Baseline() = default;
-    /// Reads a report of `toveng check --format json`; throws Trouble with the reason if it is none.
+    /// Reads a report of `toveng check --format json`; throws Trouble with the reason if the file is not one.
     explicit Baseline(QByteArray const& report);
 
-    /// Returns whether the report has a finding that is found again, and takes it; one that stands for several, there
-    /// or here, any number of times. Not for codes that are known by words.
+    /// Returns whether the report has this finding, and removes it from the report; a folded finding, there or here,
+    /// matches any number of times. Not for codes that are identified by words.
     bool take(std::string const& file, Code code, std::string const& text, bool isFolded);
 
-    /// Returns the first words that the report has of a code that is known by them.
+    /// Returns the first words in the report for a code that is identified by them.
     std::set<std::string> const& wordsOf(std::string const& file, Code code) const;
-    /// Says that a first word was found again.
+    /// Marks a first word as found again.
     void takeWord(std::string const& file, Code code, std::string const& word);
 
-    /// Returns how many findings of the report were not found again, of these files and codes.
+    /// Returns how many findings of the report with these files and codes were not found again.
     std::size_t gone(std::set<std::string> const& files, CodeSet const& codes) const;
 
 private:
     using Key = std::tuple<std::string, Code, std::string>;
     struct Entry {
         std::size_t count = 0;  // of findings that are equal
-        bool isFolded = false;  // one of them stands for several
+        bool isFolded = false;  // one of them is folded
         std::size_t taken = 0;
     };
     using File = std::pair<std::string, Code>;

@@ -14,7 +14,7 @@ namespace tool {
 
 namespace {
 
-// Sets the codes that any of the lists of an option has.
+// Returns the codes in the lists of an option.
 CodeSet codesIn(std::vector<std::string> const& lists) {
     CodeSet codes;
     for (std::string const& list : lists) {

@@ -35,7 +35,7 @@ constexpr std::uint32_t outputs = 2;
 
 using Nodes = std::unordered_set<TovNode const*>;
 
-/// Walks through a document and collects what of a design it reaches.
+/// Walks through a document and collects the parts of a design that it covers.
 class Coverage {
 public:
     Coverage(Design const& design, TOV& document)
@@ -71,7 +71,7 @@ public:
     }
 
 private:
-    // A clock is defined where a definition is on it, or on another one of its name.
+    // A clock is defined if a definition has it, or another clock of its name, as its target.
     QJsonObject clocksReached() const {
         std::unordered_set<std::string> names;
         for (TovNode const* node : defined_) names.insert(node->name());
@@ -118,14 +118,14 @@ private:
         if (same.size() == 2) repeated_.push_back(&same);
     }
 
-    // Adds what the word of a target stands for; other roles add nothing.
+    // Adds the objects that a target word matches; other roles add nothing.
     void addFound(taDciObjTyp type, TovNameUse const& use, Nodes& nodes) {
         if (*use.role != '\0') return;
         names_.find(type, use.word, found_, use.match);
         nodes.insert(found_.begin(), found_.end());
     }
 
-    // Adds the ports that a query of all inputs or outputs stands for.
+    // Adds the ports that a query of all inputs or outputs returns.
     void addAll(ppStlList<taDciObj*> const& list, Nodes& nodes) {
         for (taDciObj* object : list) {
             std::string const query = TovCmd::toTclString(object);
@@ -141,7 +141,7 @@ private:
         addAll(cmd.objects, delayed);
     }
 
-    // A path that is false from a port, or to it, whatever its other end, needs no delay there.
+    // If all paths from or to a port are false, whatever their other end is, the port needs no delay.
     void readFalsePath(TovCmdFalsePath& cmd) {
         bool const isFrom = !cmd.from.empty();
         if (isFrom == !cmd.to.empty() || !cmd.through.empty()) return;
@@ -153,7 +153,7 @@ private:
         addAll(isFrom ? cmd.from : cmd.to, excepted);
     }
 
-    // Identifies what a command says of which objects of the design, whatever its words.
+    // Identifies what a command says about which objects of the design, independent of its wording.
     std::string meaningInDesign(TOVCMD_TYPE list, TovCmd& cmd) {
         Meaning const meaning = meaningOf(list, cmd);
         if (list == TOVCMD_CLOCKGROUP || list == TOVCMD_ATTRIBUTE) return meaning.values + meaning.objects;
@@ -166,13 +166,13 @@ private:
             for (TovNode const* node : found_) things.insert(hash(names_.nameOf(*node) + std::to_string(node->type())));
         }
         std::string text = meaning.values + meaning.flags;
-        // A sum has no order.
+        // A sum does not depend on the order.
         for (auto const& [role, things] : roles) {
             text += role + std::to_string(std::accumulate(things.begin(), things.end(), std::size_t{0})) + '\n';
         }
         for (TovReferences const& references : referencesOf(cmd)) {
             if (references.list->empty() || references.list->front()->type != taDciObjName) continue;
-            // A word that is not a name may be a query of its own.
+            // A word that is not a name may be another query.
             std::string const query = TovCmd::toTclString(references.list->front());
             if (!TovDesignNames::isName(query)) text += references.role + query;
         }
@@ -199,10 +199,10 @@ private:
 /// Bits of one name, by their indexes.
 struct Bits {
     QString name;
-    std::set<qlonglong> indexes;  // none for a name that is not a bit
+    std::set<qlonglong> indexes;  // empty for a name that is not a bit
 };
 
-// "gpio[7:1]" in place of seven names: a text for each run of indexes, from high to low.
+// "gpio[7:1]" instead of seven names: a text for each run of indexes, from high to low.
 QStringList foldedBits(QJsonArray const& names) {
     static QRegularExpression const bit("^(.+)\\[(0|[1-9][0-9]{0,8})\\]$",
                                         QRegularExpression::DotMatchesEverythingOption);

@@ -11,7 +11,7 @@ namespace tool {
 
 /// A design, ready for questions.
 struct Design {
-    /// Loads the dump; Trouble unless it was read whole.
+    /// Loads the dump; throws Trouble unless it was read completely.
     explicit Design(std::string const& dump);
 
     kiri::tov::TovDesign design;

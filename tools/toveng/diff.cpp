@@ -21,20 +21,20 @@ namespace tool {
 
 namespace {
 
-/// A command in its document. Hashes of 64 bits are compared in place of texts.
+/// A command in its document. 64-bit hashes are compared instead of texts.
 struct Entry {
     std::size_t line;   // without the prefix of a disabled command
     std::size_t place;  // in the order of writing
     TovCmd* cmd;
     TOVCMD_TYPE list;
     bool enabled;
-    std::size_t subject;  // of the commands that have no equal
+    std::size_t subject;  // set for commands without an equal one
     std::size_t values;
 };
 
 using Entries = std::vector<Entry>;
 
-// What makes two entries equal throughout.
+// What must be the same for two entries to be equal.
 constexpr auto exactOrder = [](Entry const& e) { return std::make_tuple(e.line, e.enabled); };
 
 template <class Order>
@@ -56,7 +56,7 @@ Entries readEntries(Input const& input, TOV& document, TovProgress const& progre
     return entries;
 }
 
-// What the commands are about, and what they say of it. An attribute is what its line says.
+// What the commands are about, and what they say about it. For an attribute, both are its line.
 void addSubjects(Entries& entries) {
     std::hash<std::string> const hash;
     for (Entry& entry : entries) {
@@ -135,7 +135,7 @@ void printDifference(QJsonObject const& difference) {
     }
 }
 
-// Says how many lines of a file are compared as what a save would keep of them.
+// Reports how many lines of a file are compared only as far as a save would keep them.
 void printNotCompared(Input const& input) {
     std::size_t lines = 0;
     std::size_t last = 0;

@@ -18,7 +18,7 @@ void closeFile(std::FILE* file) {
 
 FileLines::FileLines(Input const& input) : name_(input.name()), file_(std::fopen(input.path(), "rb"), closeFile) {
     if (file_ == nullptr) throw Trouble(name_ + ": " + std::strerror(errno));
-    std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // the buffer is here
+    std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // FileLines has its own buffer
 }
 
 bool FileLines::get(std::size_t index, std::string_view& line) {
@@ -61,7 +61,7 @@ bool FileLines::readLine() {
     }
 }
 
-// Drops what is forgotten and reads as much again as is held.
+// Drops the forgotten lines and reads as much again as the buffer holds.
 bool FileLines::readMore() {
     if (isAtEnd_) return false;
     std::uint64_t const kept = held_.empty() ? next_ : held_.front().offset;

@@ -11,7 +11,7 @@
 
 namespace tool {
 
-/// The lines of a file, of which those from the last forgotten one on are held in memory.
+/// The lines of a file. Lines after the last forgotten one are held in memory.
 class FileLines : public Lines {
 public:
     /// Throws Trouble if the file cannot be opened.
@@ -20,7 +20,7 @@ public:
     /// Throws Trouble if the file cannot be read.
     bool get(std::size_t index, std::string_view& line) override;
 
-    /// Ends the life of the lines before `index`, which are read if they were not.
+    /// Forgets the lines before `index`, after reading them if necessary.
     void forgetBefore(std::size_t index);
 
     std::uint64_t bytesRead() const { return next_; }
@@ -39,8 +39,8 @@ private:
     std::string buffer_;
     std::uint64_t bufferOffset_ = 0;  // of its first byte in the file
     std::uint64_t next_ = 0;          // offset of the next line
-    std::size_t searched_ = 0;        // bytes of the next line that hold no line end
-    std::size_t first_ = 0;           // number of the first line that is held
+    std::size_t searched_ = 0;        // bytes of the next line that have no line end
+    std::size_t first_ = 0;           // number of the first line in memory
     std::deque<Line> held_;
     bool isAtEnd_ = false;
 };

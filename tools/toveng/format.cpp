@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t findingsShown = 100;
 
-// Prints what would be lost, and returns how much it is.
+// Prints what would be lost, and returns the number of findings.
 std::size_t printLosses(Input const& input) {
     std::size_t losses = 0;
     std::string error;

@@ -26,7 +26,8 @@ File opened(std::FILE* file, std::string const& name) {
     return {file, &std::fclose};
 }
 
-// Reads a file up to the block that shows what it holds, or to its end, and writes it to `copy`, unless that is null.
+// Reads a file up to the block that shows what it contains, or to its end, and writes it to `copy`, unless that is
+// null.
 Content classify(std::FILE* file, std::FILE* copy, std::string const& name) {
     constexpr std::string_view marksAndSpace("\xef\xbb\xbf\xfe\xff \t\n\r\v\f\0", 12);
     Content content = Content::constraints;
@@ -84,7 +85,7 @@ kiri::tov::TovProgress progressBar() {
         if (percent == shown) return true;
         shown = percent;
         drawBar(percent);
-        if (done == size) eraseBar();  // a full bar goes
+        if (done == size) eraseBar();  // erase a full bar
         return true;
     };
 }

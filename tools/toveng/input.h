@@ -14,14 +14,14 @@
 
 namespace tool {
 
-/// The content of a file, by its first character and its NUL bytes.
+/// The kind of content, determined by the first character and NUL bytes.
 enum class Content { dump, constraints, binary, any };
 
-/// A file to read. Anything but a regular file, such as a pipe, is copied to a file without a name.
+/// A file to read. Anything but a regular file, such as a pipe, is first copied to an unnamed file.
 class Input {
 public:
-    /// Opens a file of constraints ("-" is standard input), a dump, or a file with any content. Throws Trouble if there
-    /// is none, or if it holds something else.
+    /// Opens a constraint file ("-" is standard input), a dump, or a file with any content. Throws Trouble if it does
+    /// not exist or contains something else.
     Input(std::string const& name, Content content);
 
     /// The name that the user passed.
@@ -41,7 +41,7 @@ private:
 /// Returns a function that draws a bar on standard error for large files; empty if that is not a terminal.
 kiri::tov::TovProgress progressBar();
 
-/// Shows how far a long run is: a bar on standard error where that is a terminal, from the second second on.
+/// Shows the progress of a long run: a bar on standard error if that is a terminal, after the first second.
 class SlowProgress {
 public:
     explicit SlowProgress(std::uint64_t size);
@@ -50,7 +50,7 @@ public:
     SlowProgress& operator=(SlowProgress const&) = delete;
 
     void add(std::uint64_t done);
-    /// Takes the bar away, before other text is printed.
+    /// Erases the bar before other text is printed.
     void clear();
 
 private:
@@ -61,13 +61,13 @@ private:
     bool isShown_ = false;
 };
 
-/// Loads the content of the file; throws Trouble unless it was read whole.
+/// Loads the content of the file; throws Trouble unless it was read completely.
 void read(kiri::tov::TOV& document, Input const& input, kiri::tov::TovProgress const& progress);
 
-/// Appends the content of files to a document; throws Trouble unless each was read whole.
+/// Appends the content of files to a document; throws Trouble unless each was read completely.
 void readAll(kiri::tov::TOV& document, std::vector<std::string> const& names);
 
-/// Makes an object that lives until the process ends: freeing millions of parts takes as long as reading them.
+/// Makes an object that is never destroyed: freeing millions of parts takes as long as reading them.
 template <class T, class... Args>
 T& keep(Args&&... args) {
     static auto* const kept = new std::list<T>;

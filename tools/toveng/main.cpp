@@ -1,6 +1,6 @@
 // toveng: checks, compares and formats timing constraints, and finds what they refer to in a design.
 //
-// Exit status: 0 if all is well, 1 if there is something to report, 2 for wrong usage and what cannot be read.
+// Exit status: 0 if all is well, 1 if there is something to report, 2 for wrong usage or a file that cannot be read.
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -48,7 +48,7 @@ enum class Times { once, several };
 struct Option {
     char const* commands;  // that have it
     char const* name;
-    char const* value;  // what it takes; empty if nothing
+    char const* value;  // the name of its value; empty if it takes none
     char const* text;
     Times times = Times::once;
 };
@@ -114,7 +114,7 @@ int printVersion() {
     return 0;
 }
 
-// QString holds each byte of an argument as a character of its own: nothing is lost, whatever the locale.
+// Each byte of an argument is one character of the QString: nothing is lost, whatever the locale is.
 int run(Command const& command, QStringList const& arguments) {
     QCommandLineParser parser;
     parser.addOption({{"h", "help"}, {}});
@@ -160,7 +160,7 @@ std::vector<std::string> bytesOf(QStringList const& list) {
     return words;
 }
 
-// A file that is opened must not take the number of a closed stream: what is printed would go there.
+// An opened file must not get the descriptor of a closed stream: printed text would go to the file.
 void openStreams() {
     for (int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (::fcntl(stream, F_GETFD) < 0)
@@ -189,7 +189,7 @@ std::size_t Arguments::choose(char const* option, std::initializer_list<char con
 
 int main(int argc, char** argv) {
     openStreams();
-    std::signal(SIGPIPE, SIG_DFL);  // the reader of the output may stop; a parent may ignore the signal
+    std::signal(SIGPIPE, SIG_DFL);  // the reader of the output may exit; the parent may have ignored the signal
     try {
         int const status = run(argc, argv);
         flushOutput();

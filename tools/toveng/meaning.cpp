@@ -15,7 +15,7 @@ namespace tool {
 
 namespace {
 
-// Joins texts. Neither their order nor their repetition counts.
+// Joins texts. Neither their order nor their repetition matters.
 std::string joined(std::vector<std::string> texts) {
     std::string text;
     std::sort(texts.begin(), texts.end());
@@ -24,7 +24,7 @@ std::string joined(std::vector<std::string> texts) {
     return text;
 }
 
-// Drops the braces and quotes around single words, and the blanks around brackets.
+// Removes the braces and quotes around single words, and the blanks around brackets.
 std::string plainText(std::string_view text) {
     constexpr std::string_view separators = " \t\n\r\v\f[]{}\"";
     std::string plain;
@@ -54,7 +54,7 @@ std::string objectsIn(ppStlList<taDciObj*> const& list) {
     return joined(std::move(objects));
 }
 
-// A command without the flags of a delay and the braces of a clock name, until it is destroyed.
+// During its lifetime, a command has neither the flags of a delay nor the braces of a clock name.
 class WithoutFlags {
 public:
     explicit WithoutFlags(TovCmd& cmd) : delay_(dynamic_cast<TovCmdIODelay*>(&cmd)) {
@@ -91,7 +91,7 @@ private:
 }  // namespace
 
 std::string enabledLine(TOVCMD_TYPE list, TovCmd& cmd) {
-    // An attribute has its mark among its words.
+    // The mark of a disabled attribute is among its words.
     bool const enabled = std::exchange(cmd.enabled, cmd.enabled || list != TOVCMD_ATTRIBUTE);
     std::string line = cmd.toSaveString(nullptr);
     cmd.enabled = enabled;

@@ -8,12 +8,12 @@ namespace tool {
 
 /// What a command says, apart from whether it is enabled. Braces and quotes around a single word do not count.
 struct Meaning {
-    std::string objects;  ///< the roles and their objects; neither order nor repetition within a role counts
+    std::string objects;  ///< the roles and their objects; neither order nor repetition within a role matters
     std::string flags;    ///< whether a delay is a minimum or a maximum
     std::string values;   ///< the saved line without its objects and flags
 };
 
-/// The saved line of a command as if it were enabled.
+/// Returns the saved line of a command as if it were enabled.
 std::string enabledLine(kiri::tov::TOVCMD_TYPE list, kiri::tov::TovCmd& cmd);
 
 Meaning meaningOf(kiri::tov::TOVCMD_TYPE list, kiri::tov::TovCmd& cmd);

@@ -20,7 +20,7 @@ namespace tool {
 
 namespace {
 
-/// What a word stands for.
+/// The objects that a word matches.
 struct Found {
     taDciObjTyp type;
     std::string name;
@@ -41,7 +41,7 @@ public:
         });
     }
 
-    /// Calls `visit` with the name of each clock that a word stands for.
+    /// Calls `visit` with the name of each clock that a word matches.
     template <class Visit>
     void forEach(std::string const& word, Visit visit) const {
         for (auto const& [name, clock] : clocks_) {

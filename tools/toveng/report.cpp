@@ -25,7 +25,7 @@ bool isWordEnd(std::string_view text, std::size_t at) {
            std::string_view("[]{}\";").find(text[at]) != std::string_view::npos;
 }
 
-// The place of a word that is in the line once, else npos.
+// The place of a word that is in the line exactly once, else npos.
 std::size_t placeOf(std::string_view word, std::string_view line) {
     std::size_t place = std::string_view::npos;
     if (word.empty()) return place;

@@ -11,24 +11,24 @@
 
 namespace tool {
 
-/// A finding as a report has it. Texts are bytes as the files have them.
+/// A finding in a report. Texts are bytes as in the files.
 struct Told {
     std::string file;
     std::size_t line;  ///< counted from 1
     std::string code;
     std::string text;  ///< the words concerned
     std::string message;
-    std::size_t count = 1;  ///< of the findings of one cause that it stands for
+    std::size_t count = 1;  ///< number of findings with the same cause
     Severity severity = Severity::warning;
-    std::string source{};         ///< the line itself, to be shown at a terminal
+    std::string source{};         ///< the line itself, shown on a terminal
     std::string relatedFile{};    ///< another place that the message names; empty if there is none
     std::size_t relatedLine = 0;  ///< counted from 1
 };
 
-/// How text is shown.
+/// The style of text output.
 struct Look {
     bool hasColors = false;
-    bool hasSource = false;  ///< the line follows, with a mark below the words concerned
+    bool hasSource = false;  ///< print the line, too, with a mark below the words concerned
 };
 
 enum class Colors : std::size_t {
@@ -37,7 +37,7 @@ enum class Colors : std::size_t {
     never,
 };
 
-/// Returns the look for a stream.
+/// Returns the style for a stream.
 Look lookFor(std::FILE* out, Colors colors);
 
 /// Prints `FILE:LINE: warning: MESSAGE [CODE]`; standard output is checked, see print().
@@ -50,7 +50,7 @@ class SarifResults;
 
 enum class Form : std::size_t { text, json, sarif };
 
-/// Prints findings to standard output as they come, and counts them.
+/// Prints findings to standard output as they are added, and counts them.
 class Report {
 public:
     /// Prints the first `most` findings.
@@ -61,7 +61,7 @@ public:
 
     void add(Told const& finding);
 
-    /// What kept a file from being read. A SARIF report lists it.
+    /// Adds the reason why a file was not read. A SARIF report lists it.
     void addTrouble(std::string const& message);
 
     /// Ends the report.

@@ -15,7 +15,7 @@ char const* levelOf(Severity severity) {
     return severity == Severity::error ? "error" : "warning";
 }
 
-// A relative path stays one: the reader of the report knows the folder.
+// A relative path stays relative: the reader of the report knows the folder.
 QString uriOf(std::string const& file) {
     QByteArray const path(file.data(), static_cast<int>(file.size()));
     return (path.startsWith('/') ? "file://" : "") + QString::fromLatin1(path.toPercentEncoding("/"));
@@ -47,7 +47,7 @@ QJsonObject sarifTool() {
 
 QJsonObject SarifResults::add(Told const& finding) {
     Rule const* const rule = findRule(finding.code);
-    // The first words of many commands change with each one.
+    // The list of first words changes with each command.
     bool const isByWords = finding.count > 1 && rule != nullptr && Folding::isByWords(rule->code);
     std::string const identity = finding.file + '\0' + finding.code + '\0' + (isByWords ? "" : finding.text);
     QByteArray const hashed =

@@ -20,11 +20,11 @@ public:
     QJsonObject add(Told const& finding);
 
 private:
-    // How often a fingerprint came: findings that are equal but for their lines are told apart by their order.
+    // How often a fingerprint occurred: findings that differ only in their lines are distinguished by their order.
     std::map<std::string, int> seen_;
 };
 
-/// Returns the invocation of a run that met with these troubles.
+/// Returns the invocation of a run with these troubles.
 QJsonObject sarifInvocation(std::vector<std::string> const& troubles);
 
 }  // namespace tool

@@ -99,7 +99,7 @@ void SetCheck::tell() {
     }
 }
 
-// Drops the first words that the baseline has from what is folded by them.
+// Drops the first words that are in the baseline from the findings that are folded by them.
 void SetCheck::applyBaseline(File& file, Code code) {
     Cause const* const cause = file.folding.causeOf(code, {});
     if (cause == nullptr || !options_.codes.has(code)) return;
@@ -115,7 +115,7 @@ void SetCheck::applyBaseline(File& file, Code code) {
     if (cause->words.empty()) ++counts_.leftOut;
 }
 
-// Whether the line is the first one of what is folded by the first words of commands.
+// Whether the line is the first one of the findings that are folded by the first words of commands.
 bool SetCheck::beginsCause(File const& file, std::size_t line) {
     for (Code code : {Code::unknownCommand, Code::continuedLine}) {
         Cause const* const cause = file.folding.causeOf(code, {});

@@ -22,12 +22,12 @@ namespace tool {
 /// What is reported, and how.
 struct CheckOptions {
     kiri::tov::TovNameMatch match = kiri::tov::TOVMATCH_LEVELS;
-    CodeSet codes{true};           ///< findings of others are left out
-    bool isFolded = true;          ///< findings of one cause are one
+    CodeSet codes{true};           ///< findings with other codes are left out
+    bool isFolded = true;          ///< findings with the same cause are combined
     Baseline* baseline = nullptr;  ///< findings that it has are left out
 };
 
-/// What a check came to.
+/// The results of a check.
 struct CheckCounts {
     std::array<std::size_t, codeCount> of{};
     std::size_t leftOut = 0;  ///< by the baseline
@@ -35,30 +35,30 @@ struct CheckCounts {
     void add(Code code) { ++of[indexOf(code)]; }
 };
 
-/// Checks the files of one set. Files are read line by line, a first time for what the commands say of each other, and
-/// where something is found a second time to tell it.
+/// Checks the files of one set. Files are read line by line: first to compare the commands, and if there are findings a
+/// second time to report them.
 class SetCheck {
 public:
     /// `design` is null for a check without names.
     SetCheck(CheckOptions const& options, Design const* design, Report& report, CheckCounts& counts);
 
-    /// Reads a file; a file that cannot be read is reported.
+    /// Reads a file; reports it if it cannot be read.
     void read(Input const& input, SlowProgress& progress);
-    /// Says that a file of the set could not be opened.
+    /// Notes that a file of the set could not be opened.
     void setCut() { set_.setCut(); }
 
-    /// Reports what was found, file by file.
+    /// Reports the findings, file by file.
     void tell();
 
 private:
-    /// A statement that others must know, or with something to tell. Its place is that in the set.
+    /// A statement that others depend on, or that has findings. Its index is its place in the set.
     struct Spot {
         std::uint32_t line;
         std::uint32_t count;
         Statement::Kind kind;
         bool isOpen;
         bool hasFindings;  // of its own
-        bool isFirstWord;  // these are one, which is folded by the first word of the command
+        bool isFirstWord;  // there is one, which is folded by the first word of the command
     };
     struct File {
         Input input;

@@ -21,7 +21,7 @@ void check(bool written) {
 }  // namespace
 
 QString toText(std::string_view bytes) {
-    // What is invalid comes back as other bytes. At its start Qt would drop a byte order mark.
+    // Invalid UTF-8 changes in a round trip. Qt would drop a byte order mark at the start.
     QByteArray const padded = 'x' + QByteArray(bytes.data(), static_cast<int>(bytes.size()));
     QString const text = QString::fromUtf8(padded);
     return (text.toUtf8() == padded ? text : QString::fromLatin1(padded)).mid(1);
@@ -39,11 +39,11 @@ std::string printable(std::string_view bytes) {
 std::string shown(std::string_view text, std::size_t most) {
     std::string start(text);
     if (text.size() > most) {
-        // A character is not cut.
+        // Do not cut a character.
         while ((static_cast<unsigned char>(text[most]) & 0xc0U) == 0x80 && most > 0) --most;
         start.replace(most, std::string::npos, "...");
     }
-    // Tabs are what separates the fields of an attribute.
+    // Tabs separate the fields of an attribute.
     if (text.substr(0, 10) == "#attribute") std::replace(start.begin(), start.end(), '\t', ' ');
     return start;
 }

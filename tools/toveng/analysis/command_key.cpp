@@ -19,7 +19,7 @@ namespace {
 
 using Hash = std::uint64_t;
 
-// Mixes a part into a hash; the order of the parts counts.
+// Mixes a part into a hash; the order of the parts matters.
 Hash mixed(Hash hash, Hash part) {
     hash = (hash ^ part) * 0x9e3779b97f4a7c15;
     return hash ^ (hash >> 29);
@@ -33,7 +33,7 @@ Hash hashOf(std::string_view role, taDciObjTyp type, TovNameMatch match, std::st
     return mixed(mixed(mixed(hashOf(role), static_cast<Hash>(type)), static_cast<Hash>(match)), hashOf(word));
 }
 
-// Neither the order nor the repetition of the parts counts.
+// Neither the order nor the repetition of the parts matters.
 Hash hashOfSet(std::vector<Hash>& parts) {
     std::sort(parts.begin(), parts.end());
     parts.erase(std::unique(parts.begin(), parts.end()), parts.end());
@@ -50,7 +50,7 @@ Hash hashOf(WordUse const& use) {
     return hashOf(use.role, meansClock(use) ? taDciObjClock : use.type, use.match, use.word);
 }
 
-// The text of an expression without blanks, braces and quotes around it.
+// The text of an expression without surrounding blanks, braces and quotes.
 std::string withoutBlanks(std::string_view text) {
     std::string rest;
     for (char c : text) {
@@ -59,7 +59,7 @@ std::string withoutBlanks(std::string_view text) {
     return rest;
 }
 
-// Whether the words that can be judged are all that a reference names.
+// Whether a reference names nothing but words that can be judged.
 bool isCovered(taDciObj const& object, std::string_view role, std::vector<WordUse> const& uses) {
     std::string_view const text = object.name;
     auto const isWord = [&](std::string_view word) {
@@ -80,7 +80,7 @@ bool isCovered(taDciObj const& object, std::string_view role, std::vector<WordUs
     return true;
 }
 
-// The objects of a command in their roles. A save writes the first reference of a list alone, and a command that loses
+// The objects of a command in their roles. A save writes only the first reference of a list, and a command that loses
 // others is not compared.
 Hash hashOfObjects(Command const& command, std::vector<WordUse> const& uses) {
     std::vector<Hash> parts;
@@ -107,7 +107,7 @@ Hash hashOfGroups(Command const& command) {
     return hashOfSet(groups);
 }
 
-// Words of these characters stand for themselves, in queries and, without brackets, as plain names.
+// Words of only these characters are literal, in queries and, without brackets, as plain names.
 constexpr auto plainCharacters = [] {
     std::array<bool, 256> table{};
     for (char c : std::string_view("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_/.:*?-[]")) {

@@ -9,7 +9,7 @@
 
 namespace tool {
 
-/// A word by which a command refers to objects, as TovNameUse, which owns its text.
+/// A word by which a command refers to objects; like TovNameUse, but the text is a view.
 struct WordUse {
     std::string_view role;
     taDciObjTyp type;
@@ -17,11 +17,11 @@ struct WordUse {
     std::string_view word;
 };
 
-/// Gathers the words of a command whose lists have one plain word each, as TovDocumentNames::usesIn does; false, and
-/// nothing gathered, for any other command.
+/// Collects the words of a command whose lists have one plain word each, as TovDocumentNames::usesIn does. For any
+/// other command, returns false and collects nothing.
 bool gatherPlainUses(Command const& command, kiri::tov::TovNameMatch match, std::vector<WordUse>& uses);
 
-/// Sets what a command is compared by. `uses` are those of the command. Clock definitions are not compared.
+/// Sets the keys by which a command is compared. `uses` are those of the command. Clock definitions are not compared.
 void setKey(Command const& command, std::vector<WordUse> const& uses, Facts& facts);
 
 /// Whether a word means a clock: by its query, or by the option before it.

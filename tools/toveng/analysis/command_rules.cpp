@@ -19,15 +19,15 @@ namespace {
 constexpr std::string_view queries[] = {"get_ports",     "get_pins",   "get_nets",    "get_cells",  "get_clocks",
                                         "get_registers", "all_inputs", "all_outputs", "all_clocks", "all_registers"};
 
-// Near a query, but one of its own.
+// Resembles a query, but is another command.
 constexpr std::string_view otherQueries[] = {"get_libs"};
 
 std::string_view nameOf(taDciObj const* object) {
     return object == nullptr || object->name == nullptr ? std::string_view() : object->name;
 }
 
-// Calls `visit` with each object reference of a command, equal neighbours once: the plain names of a list are copies of
-// one expression.
+// Calls `visit` with each object reference of a command, but only once for equal neighbours: the plain names of a list
+// are copies of one expression.
 template <class Visit>
 void forEachObject(Command const& command, Visit visit) {
     for (TovReferences const& references : command.references) {
@@ -45,7 +45,8 @@ bool contains(Table const& table, std::string_view word) {
     return std::find(std::begin(table), std::end(table), word) != std::end(table);
 }
 
-// Returns the words that follow a "[" in a plain name and are near a query: "`get_port` is not a query; ...".
+// Returns a message about the words that follow a "[" in a plain name and resemble a query: "`get_port` is not a query;
+// ...".
 std::string misspeltIn(std::string_view name) {
     std::string message;
     for (std::size_t open = name.find('['); open != std::string_view::npos; open = name.find('[', open + 1)) {
@@ -67,7 +68,8 @@ bool isVariable(std::string_view word) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' || c == '{';
 }
 
-// Returns the end of the word that begins at `at`. Brackets within a word are an index, braces after a "$" a name.
+// Returns the end of the word that begins at `at`. Brackets within a word are an index, braces after a "$" enclose a
+// name.
 std::size_t wordEnd(std::string_view text, std::size_t at) {
     auto const after = [text](char c, std::size_t from) { return std::min(text.find(c, from), text.size() - 1) + 1; };
     while (at < text.size() && !isSpace(text[at]) &&
@@ -97,7 +99,7 @@ void addReason(std::string& reasons, std::string const& reason) {
     reasons += reason;
 }
 
-// A name that a program alone can complete.
+// A name that is known only when the Tcl runs.
 bool isUnknownName(std::string const& name) {
     auto const count = [&name](char c) { return std::count(name.begin(), name.end(), c); };
     return name.find('$') != std::string::npos || !TovDesignNames::isName(name) || count('[') != count(']') ||

@@ -4,7 +4,7 @@
 
 #include "analysis/rules.h"
 
-// Rules on one command.
+// The rules for single commands.
 
 namespace tool {
 
@@ -15,8 +15,8 @@ void judgeCycles(Command const& command, std::vector<Remark>& remarks);      ///
 void judgeQueries(Command const& command, std::vector<Remark>& remarks);     ///< misspelt-query
 void judgeVariables(Command const& command, std::vector<Remark>& remarks);   ///< variable-name
 
-/// Whether a clock that the command defines is not known by its name: the name holds a variable or is the result of a
-/// command, or what the clock is defined on is.
+/// Whether the name of a clock that the command defines is unknown: the name contains a variable or is the result of a
+/// command, or the target of the clock does.
 bool definesUnknownClock(Command const& command);
 
 }  // namespace tool

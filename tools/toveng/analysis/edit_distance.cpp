@@ -24,7 +24,7 @@ unsigned editDistance(std::string_view a, std::string_view b, unsigned bound, Ex
             if (exchange == Exchange::ofNeighbours && isExchanged) row[j] = std::min(row[j], beforeLast[j - 2] + 1);
             least = std::min(least, row[j]);
         }
-        // A row never has a smaller number than the least of the two before it, less the exchange.
+        // The minimum of a row is never below the minimum of the two rows before it, minus the exchange.
         if (least > bound + 1) return bound + 1;
     }
     return std::min(row[b.size()], bound + 1);

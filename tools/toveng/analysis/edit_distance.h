@@ -5,13 +5,13 @@
 
 namespace tool {
 
-/// What counts as one edit beside an inserted, a dropped and a replaced character.
+/// What counts as one edit, apart from inserting, dropping and replacing a character.
 enum class Exchange { no, ofNeighbours };
 
-/// Returns the number of edits that make one word of the other, or `bound` + 1 where it is larger than `bound`.
+/// Returns the number of edits that turn one word into the other, or `bound` + 1 if it is larger than `bound`.
 unsigned editDistance(std::string_view a, std::string_view b, unsigned bound, Exchange exchange = Exchange::no);
 
-/// Keeps the nearest of the candidates that it is given.
+/// Keeps the nearest of the given candidates.
 class Nearest {
 public:
     Nearest(std::string_view word, unsigned bound, Exchange exchange = Exchange::no)
@@ -21,7 +21,8 @@ public:
 
     void add(std::string_view candidate);
 
-    /// The nearest candidate within the bound, of equal ones the first by byte order; empty if there is none.
+    /// The nearest candidate within the bound, the first in byte order if several are equally near; empty if there is
+    /// none.
     std::string const& word() const { return nearest_; }
     bool found() const { return found_; }
     unsigned distance() const { return bound_; }

@@ -66,7 +66,7 @@ void Folding::drop(Code code, std::set<std::string> const& words) {
     cause.count = 0;
     cause.line = cause.words.empty() ? 0 : cause.words.front().line;
     for (Cause::Word const& word : cause.words) cause.count += word.count;
-    // Whose lines these are is not known any more.
+    // It is no longer known to which words these lines belong.
     cause.ranges.clear();
 }
 

@@ -8,7 +8,7 @@
 
 namespace tool {
 
-/// A list of numbers that has one at most most of the time: 16 bytes then.
+/// A list of numbers that usually has at most one, and then takes 16 bytes.
 class IdList {
 public:
     using Id = std::uint32_t;
@@ -30,7 +30,7 @@ public:
     }
     void push_back(Id id) { insert(end(), id); }
 
-    /// Removes a number; it must be there.
+    /// Removes a number, which must be in the list.
     void erase(Id const* place) {
         if (!many_) {
             hasOne_ = false;

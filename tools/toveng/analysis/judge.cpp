@@ -29,7 +29,7 @@ std::string_view commandWord(std::string_view text) {
     return word;
 }
 
-// Returns the keyword that a first word is near, empty if it is one or near none.
+// Returns the keyword that a first word resembles; empty if it is a keyword or resembles none.
 std::string nearKeyword(std::string_view word) {
     Nearest nearest(word, 2, Exchange::ofNeighbours);
     for (std::string_view keyword : keywords) {
@@ -39,7 +39,7 @@ std::string nearKeyword(std::string_view word) {
     return nearest.word();
 }
 
-// Whether the text holds a Tcl command of that name.
+// Whether the text contains a Tcl command of that name.
 bool callsCommand(std::string_view text, std::string_view name) {
     for (std::size_t at = text.find(name); at != std::string_view::npos; at = text.find(name, at + 1)) {
         std::size_t const end = at + name.size();
@@ -56,7 +56,7 @@ bool hidesClocks(std::string_view text) {
            callsCommand(text, "create_generated_clock");
 }
 
-// Words as the check of lines cuts them: at white space, brackets, braces and quotes.
+// Words as the check of lines splits them: at white space, brackets, braces and quotes.
 template <class Visit>
 bool anyWord(std::string_view text, Visit visit) {
     constexpr std::string_view separators = " \t\n\r\v\f[]{}\"";
@@ -180,7 +180,7 @@ void Judge::judgeCommand(std::string const& line, std::size_t number, Judgement&
     setLine(out, number);
 }
 
-// What a load and a save do not keep. The rules on sense judge a line that is kept.
+// What a load and a save would lose. The rules for commands judge only a line that is kept.
 void Judge::addLosses(std::string const& line, Judgement& out, Detail detail) const {
     std::vector<TovFinding> const findings = checkTovLine(line);
     out.facts.isCompared = findings.empty();
@@ -240,7 +240,7 @@ void Judge::addUses(Command const& command, Facts& facts) const {
     }
 }
 
-// Words of several groups are one.
+// The words of all groups count together.
 void Judge::addMissing(WordUse const& use, Facts& facts) const {
     MissingWord const word{use.type, use.match, meansClock(use), std::string(use.word)};
     auto const isSame = [&word](MissingWord const& other) {
@@ -249,7 +249,7 @@ void Judge::addMissing(WordUse const& use, Facts& facts) const {
     if (std::none_of(facts.missing.begin(), facts.missing.end(), isSame)) facts.missing.push_back(word);
 }
 
-// A first word that is near a keyword is a finding in place of all others.
+// A first word that resembles a keyword is a finding that replaces all others.
 bool Judge::findMisspelt(Statement const& statement, std::string const& joined, Judgement& out) const {
     if (statement.kind != Statement::Kind::command && statement.kind != Statement::Kind::other) return false;
     std::string_view const word = commandWord(joined);
@@ -302,7 +302,7 @@ void Judge::judgeContinued(Statement const& statement, Lines& lines, Judgement& 
     }
 }
 
-// Adds the clock that a line would define if it were well written.
+// Adds the clock that a line would define if it were written correctly.
 void Judge::addClocks(std::string const& line, Facts& facts) const {
     TOVCMD_TYPE list = TOVCMD_NONE;
     std::unique_ptr<TovCmd> cmd;

@@ -14,28 +14,28 @@
 
 namespace tool {
 
-/// What is found in a statement by itself.
+/// A finding in a single statement.
 struct Finding {
-    std::size_t line;  ///< counted from 0 as the lines of the statement are
+    std::size_t line;  ///< counted from 0, like the lines of the statement
     Code code;
-    std::string text;     ///< the words concerned, as the file has them
-    std::string message;  ///< one line of UTF-8; filled for Detail::messages
+    std::string text;     ///< the words concerned, as in the file
+    std::string message;  ///< one line of UTF-8; set for Detail::messages
 };
 
-/// What is found in a statement, and what others must know of it.
+/// The findings in a statement, and the facts that others need.
 struct Judgement {
     std::vector<Finding> findings;  ///< in the order in which they are reported
     Facts facts;
-    /// Nothing after the statement is read: a line of it ends the load.
+    /// A line of the statement ends the load: nothing after it is read.
     bool endsLoad = false;
 };
 
 enum class Detail { codes, messages };
 
-/// Judges statements by themselves. The judgement depends on the lines of the statement and on the design alone.
+/// Judges single statements. The judgement depends only on the lines of the statement and on the design.
 class Judge {
 public:
-    /// `names` is null for a check without a design, and lives as long as the judge.
+    /// `names` is null for a check without a design, and must outlive the judge.
     explicit Judge(kiri::tov::TovDesignNames const* names = nullptr,
                    kiri::tov::TovNameMatch match = kiri::tov::TOVMATCH_LEVELS);
     ~Judge();
@@ -63,7 +63,7 @@ private:
     std::unique_ptr<kiri::tov::TovDocumentNames const> join_;
 };
 
-/// Returns the first word of a statement's first line: of a disabled command its keyword.
+/// Returns the first word of a statement's first line; for a disabled command, its keyword.
 std::string firstWordOf(Statement const& statement, Lines& lines);
 
 }  // namespace tool

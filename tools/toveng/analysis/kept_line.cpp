@@ -70,8 +70,8 @@ std::uint64_t hashOfWord(std::string_view word) {
     return hash;
 }
 
-// Adds up the words of a text, in which their order does not count, numbers by their values. False where a word begins
-// like a number and is not one throughout.
+// Adds up the words of a text, regardless of their order, and numbers by value. Returns false if a word begins like a
+// number but is not one.
 bool addWords(std::string_view text, std::uint64_t& sum) {
     constexpr std::uint64_t ofNumbers = 0x5bd1e995;
     for (std::size_t at = 0; at < text.size();) {

@@ -6,8 +6,8 @@
 
 namespace tool {
 
-/// Groups by 64-bit keys, which are hashes; 0 is no key. A group keeps its number while it is there. Unlike a map of
-/// the standard library it waits for memory about once for a key.
+/// Groups by 64-bit keys, which are hashes; 0 is not a key. A group keeps its number as long as it exists. Unlike a map
+/// of the standard library, a lookup waits for memory only about once.
 template <class Group>
 class KeyTable {
 public:
@@ -16,7 +16,7 @@ public:
     Group& operator[](Number number) { return groups_[number]; }
     Group const& operator[](Number number) const { return groups_[number]; }
 
-    /// Returns the group of a key, an empty one if it is new.
+    /// Returns the group of a key, a new empty one if there is none.
     Number put(std::uint64_t key) {
         if ((count_ + 1) * 3 > slots_.size() * 2) grow();
         std::size_t const at = find(key);
@@ -32,7 +32,7 @@ public:
         std::size_t gap = find(key);
         free_.push_back(slots_[gap].number);
         --count_;
-        // What probing put after the gap moves up.
+        // Entries that probing put after the gap move up.
         for (std::size_t at = next(gap); slots_[at].key != 0; at = next(at)) {
             std::size_t const home = homeOf(slots_[at].key);
             bool const mayMove = gap <= at ? home <= gap || home > at : home <= gap && home > at;
@@ -52,7 +52,7 @@ private:
     std::size_t homeOf(std::uint64_t key) const { return (key ^ (key >> 32)) & (slots_.size() - 1); }
     std::size_t next(std::size_t at) const { return (at + 1) & (slots_.size() - 1); }
 
-    // The slot of a key, or the free one where it belongs.
+    // The slot of a key, or the free slot where it belongs.
     std::size_t find(std::uint64_t key) const {
         std::size_t at = homeOf(key);
         while (slots_[at].key != 0 && slots_[at].key != key) at = next(at);
@@ -77,7 +77,7 @@ private:
         }
     }
 
-    std::vector<Slot> slots_;  // their number is a power of two, a third is free at least
+    std::vector<Slot> slots_;  // their number is a power of two; at least a third is free
     std::size_t count_ = 0;
     std::vector<Group> groups_;
     std::vector<Number> free_;

@@ -12,13 +12,13 @@ inline constexpr std::string_view keywords[] = {
     "set_false_path", "set_max_delay",          "set_min_delay",    "set_multicycle_path",
 };
 
-/// Precedes a disabled command.
+/// The prefix of a disabled command.
 inline constexpr std::string_view disablePrefix = "#disable ";
 
-/// Returns the keyword that a text begins with, empty if there is none. No keyword begins with another one.
+/// Returns the keyword that a text begins with; empty if there is none. No keyword is a prefix of another one.
 std::string_view keywordOf(std::string_view text);
 
-/// A line of a constraint file without what encloses its command.
+/// A line of a constraint file, split into its parts.
 struct CommandText {
     explicit CommandText(std::string_view line);
 

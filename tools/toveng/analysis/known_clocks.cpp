@@ -47,7 +47,7 @@ KnownClocks::Id KnownClocks::wordId(MissingWord const& word) {
 
 void KnownClocks::use(Id id, Id user) {
     Word& word = words_[id];
-    // The answer is not kept up to date for a word that nothing uses.
+    // The answer for a word that nothing uses is not kept up to date.
     if (isCurrent_ && word.users.empty()) word.isClock = word.word.mayBeClock() && has(word.word);
     word.users.push_back(user);
 }

@@ -16,7 +16,7 @@ namespace tool {
 /// Returns the names of a design without objects.
 kiri::tov::TovDesignNames const& noDesign();
 
-/// The clocks that the statements of a set define, and the words of the statements that clocks may be meant by.
+/// The clocks that the statements of a set define, and the words of the statements that may mean clocks.
 class KnownClocks {
 public:
     using Id = IdList::Id;
@@ -30,31 +30,31 @@ public:
     struct Name {
         std::string text;
         std::size_t definitions = 0;  ///< number of the enabled commands that define it
-        IdList compared;              ///< those that the rules on sense judge
+        IdList compared;              ///< those that the rules for commands judge
         kiri::tov::TovCmd* definition = nullptr;
     };
-    /// A word that stands for nothing in the design.
+    /// A word that matches nothing in the design.
     struct Word {
         MissingWord word;
         IdList users;
-        bool isClock = false;  ///< a clock of the set is meant
+        bool isClock = false;  ///< it matches a clock of the set
     };
 
     Id nameId(std::string const& name);
     Id wordId(MissingWord const& word);
     Name& name(Id id) { return names_[id]; }
     Name const& name(Id id) const { return names_[id]; }
-    /// Adds a user of a word, or drops one.
+    /// Adds or removes a user of a word.
     void use(Id id, Id user);
     void drop(Id word, Id user) { words_[word].users.eraseId(user); }
     Word const& word(Id id) const { return words_[id]; }
 
-    /// Counts a definition more or less of a clock. Returns whether a clock came or went.
+    /// Adds or removes a definition of a clock. Returns whether a clock appeared or disappeared.
     bool define(Id id);
     bool undefine(Id id);
     bool empty() const { return defined_ == 0; }
 
-    /// Looks up again what the words mean; calls `visit` with each word for which the answer has changed.
+    /// Looks up the words again; calls `visit` with each word whose answer has changed.
     template <class Visit>
     void update(Visit visit) {
         if (isCurrent_) return;
@@ -67,10 +67,10 @@ public:
         }
     }
 
-    /// Returns whether a word stands for a clock of the set.
+    /// Returns whether a word matches a clock of the set.
     bool has(MissingWord const& word) const;
 
-    /// Returns the clock whose name is nearest to a word, see Nearest; empty if none is near.
+    /// Returns the name of the clock that is nearest to a word, see Nearest; empty if none is near.
     std::string nearest(std::string const& word) const;
 
 private:

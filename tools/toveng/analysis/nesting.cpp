@@ -9,7 +9,7 @@ namespace tool {
 
 namespace {
 
-// Characters that may begin or end something; all others are part of a word wherever they come.
+// Characters that may begin or end something; all others are always part of a word.
 constexpr auto syntaxCharacters = [] {
     std::array<bool, 256> table{};
     for (char c : std::string_view(" \t\n\r\v\f\\\"{}[];#")) table[static_cast<unsigned char>(c)] = true;
@@ -72,7 +72,7 @@ void Nesting::skipEscape(std::string_view line, std::size_t& at) {
     at = std::min(at + 2, line.size());
 }
 
-// Each of these reads up to the next character that opens or closes a frame, and that one.
+// Each of these reads up to and including the next character that opens or closes a frame.
 
 void Nesting::readInBrace(std::string_view line, std::size_t& at) {
     while (at < line.size()) {
@@ -95,7 +95,7 @@ void Nesting::readInBrace(std::string_view line, std::size_t& at) {
         if (!isSpace(c)) lastIsOpenBrace_ = false;
         if (c != '}') continue;
         close();
-        // What {*} precedes is a word.
+        // What follows {*} is a word.
         bool const isExpansion = at >= 3 && line.substr(at - 3, 3) == "{*}";
         if (isExpansion && (frames_.empty() || top() == Frame::bracket)) wordBegins_ = true;
         return;

@@ -7,19 +7,19 @@
 
 namespace tool {
 
-/// What is open while lines are read as Tcl reads commands:
+/// The open braces, quotes and brackets while lines are read as Tcl reads commands:
 ///
 ///   command = word { white space word }, ends at a line end or ";"
 ///   word    = "{" ... "}" | '"' ... '"' | other characters, with "[" command "]" anywhere in these two
 ///
-/// Braces and quotes count where a word begins, brackets anywhere outside braces; "\" takes the next character. What
-/// begins with "#" where a command begins is a comment up to the end of its line.
+/// Braces and quotes count only where a word begins, brackets anywhere outside braces; "\" escapes the next character.
+/// A "#" where a command begins starts a comment up to the end of its line.
 class Nesting {
 public:
     enum class Frame : std::uint8_t { bracket, brace, quote };
 
-    /// Reads a line from `at` on until a frame closes: returns the place after what closed it, or npos at the line's
-    /// end.
+    /// Reads a line from `at` on until a frame closes. Returns the place after the closing character, or npos at the
+    /// end of the line.
     std::size_t readToClose(std::string_view line, std::size_t at);
     static constexpr std::size_t npos = std::string_view::npos;
 
@@ -31,9 +31,9 @@ public:
     /// Goes on to the next line.
     void endLine();
 
-    /// Whether the line that was read last ends in a "\" that is not in a comment.
+    /// Whether the line read last ends in a "\" outside a comment.
     bool endsInBackslash() const { return endsInBackslash_; }
-    /// Whether the line that was read last ends in a brace of the command itself that it opened.
+    /// Whether the line read last ends in an open brace of the command itself that it opened.
     bool endsInOpenBrace() const;
 
     std::size_t depth() const { return frames_.size(); }
@@ -55,7 +55,7 @@ private:
     bool commandBegins_ = true;
     bool wordBegins_ = true;
     bool endsInBackslash_ = false;
-    bool lastIsOpenBrace_ = false;  // nothing but white space follows a brace that opened
+    bool lastIsOpenBrace_ = false;  // only white space follows a brace that opened
 };
 
 }  // namespace tool

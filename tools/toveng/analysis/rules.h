@@ -13,9 +13,9 @@
 
 namespace tool {
 
-/// What a finding reports, in the order in which the findings of a line are reported.
+/// The codes of findings, in the order in which the findings of a line are reported.
 enum class Code : std::uint8_t {
-    droppedLine,  // the first ones are what the library finds, in the order of TovFindingKind
+    droppedLine,  // the first ones are those of the library, in the order of TovFindingKind
     unknownCommand,
     lostWord,
     changedValue,
@@ -58,10 +58,10 @@ struct Command {
     bool mayHoldVariables = true;                      ///< there is a "$" in its line
 };
 
-/// What a rule says of a command.
+/// What a rule reports about a command.
 struct Remark {
-    std::string text;     ///< the name that it is about; empty for the line as a save writes it
-    std::string message;  ///< UTF-8 where the command is
+    std::string text;     ///< the name concerned; if empty, the line as a save writes it
+    std::string message;  ///< UTF-8 if the command is
 };
 
 struct Rule {
@@ -70,7 +70,7 @@ struct Rule {
     Severity severity;
     char const* summary;  ///< one sentence
     char const* help;     ///< what to do
-    /// Judges a command by itself; null for what takes more than the command to judge.
+    /// Judges a command by itself; null if judging it takes more than the command.
     void (*judge)(Command const& command, std::vector<Remark>& remarks) = nullptr;
 };
 
@@ -81,8 +81,8 @@ inline Rule const& ruleOf(Code code) {
     return rules[indexOf(code)];
 }
 
-/// Whether the format itself does not hold all of the line, or the line cannot be what its writer meant: the rules on
-/// sense do not judge it.
+/// Whether the format does not hold the whole line, or the line cannot be what its writer meant: the rules for commands
+/// do not judge it.
 inline bool silencesRules(Code code) {
     return code <= Code::unstableLine || code >= Code::misspeltQuery;
 }
@@ -90,7 +90,7 @@ inline bool silencesRules(Code code) {
 /// Returns the rule of a name; null if there is none.
 Rule const* findRule(std::string_view name);
 
-/// Codes that are selected.
+/// A set of codes.
 class CodeSet {
 public:
     explicit CodeSet(bool all = false) { has_.fill(all); }

@@ -19,7 +19,7 @@ std::string NearNames::nearestTo(MissingWord const& word) {
     if (search_ && searches_ > 0) {
         --searches_;
         std::string name = search_(word.isClock ? taDciObjClock : word.type, word.text);
-        // The design's name may be near by its path, which is not its text.
+        // A name of the design may be near by its path, which differs from its text.
         if (nearest.word().empty()) return name;
         if (!name.empty()) nearest.add(name);
     }

@@ -9,17 +9,18 @@
 
 namespace tool {
 
-/// Looks for near names among those of a design, where there is one, and the clocks of a set.
+/// Looks for near names among those of a design, if there is one, and the clocks of a set.
 class NearNames {
 public:
     /// Returns the name of a design that is nearest to a word; empty if there is none.
     using Search = std::function<std::string(taDciObjTyp type, std::string const& word)>;
 
-    /// `search` is empty without a design. It may go through all names of the design: at most `searches` are made.
+    /// `search` is empty without a design. Because it may scan all names of the design, it is called at most `searches`
+    /// times.
     NearNames(KnownClocks const& clocks, Search search, int searches = 100)
         : clocks_(clocks), search_(std::move(search)), searches_(searches) {}
 
-    /// "no such port: `a`; did you mean `b`?" Where a clock is meant, clocks alone are near.
+    /// "no such port: `a`; did you mean `b`?" If a clock is meant, only clocks count as near.
     std::string messageOf(MissingWord const& word);
 
     /// Returns the near name; empty if there is none.

@@ -131,19 +131,19 @@ void StatementSet::touchAll(IdList const& ids) {
     for (Id id : ids) touch(id);
 }
 
-// A statement is compared with the ones before and after it that have its key.
+// A statement is compared with the statements of its key before and after it.
 void StatementSet::touchNeighbours(IdList const& ids, Id id) {
     Id const* const place = placeIn(ids, id);
     if (place != ids.begin()) touch(*(place - 1));
     if (place + 1 < ids.end()) touch(*(place + 1));
 }
 
-// Touches those of a list after a statement.
+// Touches the statements of a list that follow a statement.
 void StatementSet::touchFrom(IdList const& ids, Id id) {
     for (Id const* place = placeIn(ids, id); place != ids.end(); ++place) touch(*place);
 }
 
-// Touches those after a statement that are compared with the bound that it sets.
+// Touches the following statements that are compared with the bound that a statement sets.
 void StatementSet::touchLimits(Id id) {
     Entry const& entry = entries_[id];
     Limits const& limits = limits_[entry.limits];
@@ -168,7 +168,7 @@ std::vector<std::size_t> StatementSet::takeTouched() {
     update();
     std::vector<std::size_t> places;
     for (Id id : touched_) {
-        if (!entries_[id].isTouched) continue;  // dropped since
+        if (!entries_[id].isTouched) continue;  // removed meanwhile
         entries_[id].isTouched = false;
         places.push_back(places_[id]);
     }

@@ -13,36 +13,36 @@
 
 namespace tool {
 
-/// What is found in a statement because of others.
+/// A finding in a statement because of other statements.
 struct SetFinding {
     Code code;
-    std::size_t other = 0;             ///< the statement that is in conflict with it
-    std::vector<MissingWord> words{};  ///< that stand for nothing: of undefined-clock and missing-name
+    std::size_t other = 0;             ///< the statement that it conflicts with
+    std::vector<MissingWord> words{};  ///< that match nothing, for undefined-clock and missing-name
 };
 
-/// The statements of one file or several, in their order, and what is found between them. Statements are known by their
+/// The statements of one or several files, in order, and the findings between them. Statements are identified by their
 /// place in the set, counted from 0.
 class StatementSet {
 public:
-    /// `hasDesign`: the missing words of the statements are those of a design.
+    /// `hasDesign`: the missing words of the statements are missing in a design.
     explicit StatementSet(bool hasDesign) : hasDesign_(hasDesign) {}
 
     std::size_t size() const { return order_.size(); }
 
-    /// Appends a statement. Takes about 150 bytes for a command, and names once.
+    /// Appends a statement. Takes about 150 bytes for a command; each name is stored once.
     void append(Facts const& facts);
 
-    /// Replaces `count` statements from `first` on by others.
+    /// Replaces `count` statements from `first` on with others.
     void replace(std::size_t first, std::size_t count, std::vector<Facts> const& others);
 
-    /// Says whether a file of the set could not be read to its end.
+    /// Sets whether a file of the set could not be read to its end.
     void setCut(bool isCut = true) { isCut_ = isCut; }
 
-    /// Returns what is found in a statement, in the order in which it is reported.
+    /// Returns the findings in a statement, in the order in which they are reported.
     std::vector<SetFinding> findingsOf(std::size_t place) const;
 
-    /// Takes the statements whose findings may have changed since this was called last, in their order. What was
-    /// appended is among them.
+    /// Returns and clears the statements whose findings may have changed since the last call, in order. They include
+    /// appended statements.
     std::vector<std::size_t> takeTouched();
 
     /// Brings the answers up to date with the clocks; findingsOf needs it after a change.
@@ -83,7 +83,7 @@ private:
     void touchLimits(Id id);
     bool judgesClocks() const;
 
-    // The first of a list that is not before a statement.
+    // The first statement of a list that is not before a given one.
     Id const* placeIn(IdList const& ids, Id id) const;
     void insertInto(IdList& ids, Id id);
     void eraseFrom(IdList& ids, Id id) { ids.erase(placeIn(ids, id)); }

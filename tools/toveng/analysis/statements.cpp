@@ -21,7 +21,7 @@ bool beginsBlock(std::string_view text) {
            std::find(std::begin(blockWords), std::end(blockWords), word) != std::end(blockWords);
 }
 
-// A brace, and perhaps a ";" and a comment.
+// A brace, optionally followed by a ";" and a comment.
 bool closesBlock(std::string_view text) {
     if (!startsWith(text, "}")) return false;
     std::string_view rest = trim(text.substr(1));
@@ -74,8 +74,8 @@ Statement StatementScanner::at(std::size_t line) {
     return statement;
 }
 
-// Looks for the line that closes all that is open after the line `last`, reads it and makes it the last one. False, and
-// `last` as it was, if a line with a keyword or the end comes first.
+// Looks for the line that closes everything that is open after the line `last`, reads it and makes it the last one. If
+// a line with a keyword or the end comes first, returns false and leaves `last` as it was.
 bool StatementScanner::lookAhead(std::size_t& last) {
     asked_.assign(nesting_.depth(), noQuestion);
     std::string_view raw;
@@ -103,8 +103,8 @@ bool StatementScanner::lookAhead(std::size_t& last) {
     }
 }
 
-// Asks where what is innermost at the beginning of a line is closed. Returns the answer if it is known; else that place
-// is the answer, or never.
+// Asks where the innermost open frame at the beginning of a line is closed. Returns the answer if it is known;
+// otherwise records the question.
 StatementScanner::Answer const* StatementScanner::ask(std::size_t line) {
     asked_.resize(nesting_.depth(), noQuestion);
     Nesting::Frame const frame = nesting_.top();
@@ -116,7 +116,7 @@ StatementScanner::Answer const* StatementScanner::ask(std::size_t line) {
     return nullptr;
 }
 
-// What was innermost has closed: answers the questions about it.
+// The innermost frame has closed: answers the questions about it.
 void StatementScanner::closeAt(Place place) {
     std::size_t const frame = nesting_.depth();
     if (asked_.size() <= frame) return;

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-// The words of constraint lines, as the file format has them.
+// The words of constraint lines, as the file format defines them.
 
 namespace tool {
 
@@ -31,7 +31,7 @@ inline std::string_view trim(std::string_view text) {
     return trimFront(text);
 }
 
-/// Returns what precedes the first white space of a text that begins with none.
+/// Returns the first word of a text that does not begin with white space.
 inline std::string_view firstWord(std::string_view text) {
     return text.substr(0, text.find_first_of(whiteSpace));
 }

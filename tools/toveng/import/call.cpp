@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view decimalDigits = "0123456789";
 
-/// Returns the size of the decimal number that a text begins with; 0 without one.
+/// Returns the length of the decimal number that a text begins with; 0 if there is none.
 std::size_t numberSize(std::string_view text) {
     std::size_t at = !text.empty() && (text[0] == '-' || text[0] == '+') ? 1 : 0;
     auto const skipDigits = [&] {
@@ -64,7 +64,7 @@ public:
     }
 
 private:
-    // The text of an object is a mark, which no option begins with.
+    // The text of an object is a mark, with which no option begins.
     static bool isObject(Tcl_Obj* word) { return word->bytes == nullptr && word->typePtr != nullptr; }
 
     void take(SdcOption const& option, Tcl_Obj* value) {
@@ -233,7 +233,7 @@ private:
 
     Number wholeOf(Tcl_Obj* value) const {
         Number number = numberOf(value);
-        constexpr double largest = 1U << 24U;  // that is exact in 32 bits
+        constexpr double largest = 1U << 24U;  // exact in a 32-bit float
         if (number.value != std::trunc(number.value)) {
             throw NotHeld{option_, "`" + number.text + "` is not an integer"};
         }
@@ -298,7 +298,7 @@ private:
     TimeUnit const& unit_;
     std::set<std::string> const& drop_;
     Call call_;
-    std::string option_;  // the one that is read
+    std::string option_;  // the current option
     std::string relation_;
     unsigned seen_ = 0;  // a bit for each kind of value
     std::vector<Tcl_Obj*> operands_;

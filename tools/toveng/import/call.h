@@ -12,17 +12,17 @@
 
 namespace tool::sdc {
 
-/// A unit of time: `value * multiply / divide` are nanoseconds.
+/// A time unit: `value * multiply / divide` is in nanoseconds.
 struct TimeUnit {
     std::string name = "ns";
     double multiply = 1;
     double divide = 1;
 };
 
-/// Reads a unit such as "ns", "1ps" or "10.0ps". Returns nothing for any other text.
+/// Parses a unit such as "ns", "1ps" or "10.0ps". Returns nothing for any other text.
 std::optional<TimeUnit> timeUnitOf(std::string_view text);
 
-/// Why lines cannot hold a call: the option that it is for, and a sentence.
+/// Why lines cannot hold a call: the option concerned, and a reason.
 struct NotHeld {
     std::string option;
     std::string reason;
@@ -31,10 +31,10 @@ struct NotHeld {
 /// A number and its text.
 struct Number {
     std::string text;
-    double value;  ///< times are nanoseconds
+    double value;  ///< times are in nanoseconds
 };
 
-/// A call of a command that the format holds, with the values of its options.
+/// A call of one of the nine commands, with the values of its options.
 struct Call {
     Command command;
     std::optional<Number> period, dutyCycle;
@@ -45,16 +45,16 @@ struct Call {
     bool exclusive = false, asynchronous = false;
     bool max = false, min = false;
     std::vector<Object> source, masterClock, clock, from, to, through;
-    std::vector<Object> targets;  ///< of a clock, or the objects of a delay
+    std::vector<Object> targets;  ///< the targets of a clock, or the objects of a delay
     std::vector<std::vector<Object>> groups;
     std::vector<std::string> dropped;  ///< options that --drop leaves out
 };
 
-/// Reads a call. Throws NotHeld where the format cannot hold it.
+/// Reads a call. Throws NotHeld if the format cannot hold it.
 Call readCall(Command command, int objc, Tcl_Obj* const objv[], TimeUnit const& unit,
               std::set<std::string> const& drop);
 
-/// Returns the lines of a call, each with its line feed, and appends texts of numbers that they round. Throws NotHeld.
+/// Returns the lines of a call, each with its line feed, and appends the texts of rounded numbers. Throws NotHeld.
 std::string linesOf(Call const& call, std::vector<std::string>& rounded);
 
 }  // namespace tool::sdc

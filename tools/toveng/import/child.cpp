@@ -60,7 +60,7 @@ void limitChild(Request const& request) {
     limit(RLIMIT_FSIZE, 0);
     limit(RLIMIT_NOFILE, filesAtMost);
     limit(RLIMIT_STACK, stackAtMost);
-    // A sanitizer takes more address space than there is memory.
+    // A sanitizer reserves more address space than there is memory.
     if (!isSanitized) limit(RLIMIT_AS, request.memory);
 }
 
@@ -70,7 +70,7 @@ void dieWithParent() {
     if (::getppid() != parent || parent == 1) ::_exit(exitLost);
 }
 
-/// Keeps nothing open but the pipe: standard streams are nowhere.
+/// Closes everything but the pipe and redirects the standard streams to nowhere.
 int closeFiles(int pipe) {
     int const nowhere = ::open("/dev/null", O_RDWR);
     for (int stream = 0; stream < 3; ++stream) ::dup2(nowhere, stream);
@@ -103,7 +103,7 @@ int closeFiles(int pipe) {
     ::_exit(exitDone);
 }
 
-/// A child that runs, or has ended.
+/// A child process, running or ended.
 class Child {
 public:
     Child(Request const& request, Shared& shared, Plan const& plan) {
@@ -130,7 +130,7 @@ public:
     Child(Child const&) = delete;
     Child& operator=(Child const&) = delete;
 
-    /// Takes what the child sends, until it has ended. Returns false if it had to be killed at the deadline.
+    /// Receives what the child sends until it ends. Returns false if it had to be killed at the deadline.
     bool receive(Result& result, Clock::time_point deadline) {
         bool isInTime = true;
         auto const buffer = std::make_unique<char[]>(bufferSize);
@@ -155,7 +155,7 @@ public:
         }
     }
 
-    /// Returns the status with which the child ended.
+    /// Returns the exit status of the child.
     int wait() {
         int status = 0;
         while (::waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
@@ -231,7 +231,7 @@ void runInChild(Request const& request, Result& result) {
             case exitMemory:
                 return result.breakOff("the run exceeded its memory limit");
             case exitSignal:
-                // A stack that is used up ends the command, not the run.
+                // A stack overflow ends the command, not the run.
                 if ((signal == SIGSEGV || signal == SIGBUS) && ++crashes <= crashesAtMost && shared->command > 0) {
                     result.undo();
                     plan = {Event::skip, shared->command, "ended by signal " + signalText(signal)};

@@ -9,7 +9,7 @@ namespace tool::sdc {
 
 namespace {
 
-/// Drops a "\" at the end, which would take the next line into the comment.
+/// Drops a "\" at the end, which would make the next line part of the comment.
 void dropContinuation(std::string& text) {
     std::size_t const last = text.find_last_not_of('\\');
     std::size_t const count = text.size() - (last == std::string::npos ? 0 : last + 1);
@@ -38,7 +38,7 @@ bool isCommand(std::string const& line) {
 std::string heldComment(std::string_view text, bool isAfterCommand) {
     constexpr std::string_view space = " \t\n\v\f\r";
     std::string held(text);
-    // A blank line leaves nothing.
+    // Blank lines are not kept.
     for (std::size_t end = held.rfind('\n'); end != std::string::npos; end = held.rfind('\n')) {
         if (held.find_first_not_of(space, end) != std::string::npos) break;
         held.erase(end);
@@ -48,7 +48,7 @@ std::string heldComment(std::string_view text, bool isAfterCommand) {
     forEachLine(held, [&](std::string_view view) {
         std::string const line(view);
         std::size_t const first = line.find_first_not_of(space);
-        // A line that goes on from the one before is not a comment by itself.
+        // A continuation line is not a comment by itself.
         bool const isComment = first != std::string::npos && line[first] == '#';
         bool const isKept = isComment && kiri::tov::checkTovLine(line).empty() && !(isAfterCommand && isCommand(line));
         lines.append(isKept ? "" : "# ").append(line).append("\n");
@@ -86,7 +86,7 @@ std::string commentsIn(std::string_view text, bool startsInLine) {
             isAfterCommand = false;
             i = end;
         } else if (text[i] == '\\') {
-            lineStart = i + 2;  // of a line that goes on, which is blank so far
+            lineStart = i + 2;  // of a continuation line, which is blank so far
             ++i;
         }
     }

@@ -15,12 +15,12 @@ namespace tool::sdc {
 
 namespace {
 
-/// Computes an expression as Tcl does, operator by operator.
+/// Evaluates an expression as Tcl does, operator by operator.
 class Expression {
 public:
     explicit Expression(Run& run) : run_(run), interp_(run.interp()) {}
 
-    /// Leaves the value as the result of the interpreter, or an error.
+    /// Stores the value, or an error, as the result of the interpreter.
     int compute(Tcl_Obj* text) {
         std::string_view const view = textOf(text);
         if (holdsExtent(view)) look(view);
@@ -108,7 +108,7 @@ private:
         return Tcl_EvalObjv(interp_, static_cast<int>(objv.size()), objv.data(), 0);
     }
 
-    /// Computes "&&", or "||" with `decisive` true: the first operand that is so decides.
+    /// Evaluates "&&", or "||" if `decisive` is true: the first operand with that value decides.
     int computeLogic(std::vector<Tcl_Token*> const& operands, bool decisive) {
         bool holds = false;
         for (Tcl_Token* operand : operands) {

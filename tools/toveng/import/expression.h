@@ -4,7 +4,8 @@ namespace tool::sdc {
 
 class Run;
 
-/// Replaces `expr`, `if`, `while` and `for` by commands that look at each operand: Tcl does not trace its operators.
+/// Replaces `expr`, `if`, `while` and `for` with commands that check each operand, because Tcl does not trace
+/// operators.
 void replaceExpressions(Run& run);
 
 }  // namespace tool::sdc

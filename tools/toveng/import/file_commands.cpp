@@ -7,7 +7,7 @@
 #include "references.h"
 #include "run.h"
 
-// The parts of `file` that compute with texts. None asks the file system for anything.
+// The subcommands of `file` that only compute with texts. None accesses the file system.
 
 namespace tool::sdc {
 
@@ -66,7 +66,7 @@ std::string rootname(std::string const& path) {
     return path.substr(0, path.size() - extension(path).size());
 }
 
-/// Without "." and ".."; a relative path is one from the file that is read.
+/// Removes "." and ".."; a relative path is relative to the file being read.
 std::string normalize(std::string const& path) {
     std::vector<std::string> parts;
     for (std::string const& part : split(path)) {

@@ -7,13 +7,13 @@
 #include "looks.h"
 #include "references.h"
 
-// Which variables a command sets, by its text: the command has not run.
+// Finds the variables that a command would set from its text, because the command does not run.
 
 namespace tool::sdc {
 
 namespace {
 
-/// A command that sets variables: its words from `first` on, every `step`-th, at most `most`.
+/// A command that sets variables: every `step`-th word from `first` on, at most `most`.
 struct Setter {
     std::string_view command;
     std::size_t first, step, most;
@@ -101,7 +101,7 @@ private:
         readProcedure(std::string(name));
     }
 
-    /// The words of a list of variables; a "$" in a name stands for what it is worth now.
+    /// The words of a list of variables; a "$" in a name is replaced by the current value.
     void addNames(std::string_view text) {
         Value const list(newText(text));
         int size = 0;
@@ -118,7 +118,7 @@ private:
         }
     }
 
-    /// Of a procedure only what it declares as global.
+    /// In a procedure, only what it declares as global.
     void readProcedure(std::string const& name) {
         if (!procedures_.insert(name).second) return;
         Value const command(Tcl_NewListObj(0, nullptr));

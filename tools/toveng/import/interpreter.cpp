@@ -22,10 +22,10 @@ struct Entry {
 };
 
 [[noreturn]] void panic(char const*, ...) {
-    ::_exit(exitMemory);  // Tcl has nothing else to panic about
+    ::_exit(exitMemory);  // Tcl panics only when memory is short
 }
 
-// An exception does not go through Tcl: the process ends.
+// An exception cannot pass through Tcl: the process ends.
 int dispatch(ClientData data, Tcl_Interp*, int objc, Tcl_Obj* const objv[]) noexcept {
     auto const* entry = static_cast<Entry const*>(data);
     try {
@@ -35,7 +35,7 @@ int dispatch(ClientData data, Tcl_Interp*, int objc, Tcl_Obj* const objv[]) noex
     }
 }
 
-// Replaced, by whatever means: the command of the file that does it does not run.
+// Someone replaces the command, by whatever means: the command of the file that does so does not run.
 void deleted(ClientData data) {
     auto const* entry = static_cast<Entry const*>(data);
     if (entry->isProtected) entry->run->refuse("\"" + entry->name + "\" cannot be redefined or deleted");
@@ -141,7 +141,7 @@ void addCalls(Run& run) {
 }
 
 void deleteHidden(Tcl_Interp* interp) {
-    // What Tcl_MakeSafe has hidden could be exposed again.
+    // The script could expose again what Tcl_MakeSafe has hidden.
     Tcl_Eval(interp, "interp hidden {}");
     Value const names(Tcl_GetObjResult(interp));
     int size = 0;

@@ -8,13 +8,13 @@ namespace tool::sdc {
 
 class Run;
 
-/// Prepares the Tcl library, before there are limits.
+/// Prepares the Tcl library before the limits are set.
 void prepareTcl();
 
-/// Makes a safe interpreter, which lives as long as the process.
+/// Creates a safe interpreter, which lives as long as the process.
 Tcl_Interp* makeInterpreter();
 
-/// Adds the commands of SDC, and takes away those that reach beyond the interpreter.
+/// Adds the commands of SDC, and removes those that reach beyond the interpreter.
 void addCommands(Run& run);
 
 /// A command of the script.
@@ -29,7 +29,7 @@ bool isCall(std::string_view name);
 /// Returns whether addCommand has added a command.
 bool isOwnCommand(Tcl_Command command);
 
-/// Leaves a Tcl error.
+/// Sets a Tcl error.
 int failure(Run& run, std::string_view message);
 
 // The commands, in parts.

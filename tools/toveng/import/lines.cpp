@@ -20,7 +20,7 @@ bool isWordCharacter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
 }
 
-/// Returns whether the brackets of a word are those of bits, which Tcl reads as they are: "d[3]", "d[7:0]", "d[*]".
+/// Returns whether the brackets of a word are indexes of bits, which Tcl leaves as they are: "d[3]", "d[7:0]", "d[*]".
 bool hasOnlyBits(std::string_view word) {
     for (std::size_t i = word.find('['); i != std::string_view::npos; i = word.find('[', i + 1)) {
         std::size_t const end = word.find(']', i);
@@ -39,7 +39,7 @@ bool needsBraces(std::string_view word) {
     return word.find_first_of("$;\"\\{}") != std::string_view::npos || !hasOnlyBits(word);
 }
 
-/// Returns whether a line is sure to keep a word, so that no check is needed.
+/// Returns whether a line is certain to keep a word, so no check is needed.
 bool isPlain(std::string_view word) {
     if (word.empty() || !hasOnlyBits(word)) return false;
     char const first = word[0];
@@ -50,7 +50,7 @@ bool isPlain(std::string_view word) {
            });
 }
 
-/// Makes the lines of a call.
+/// Creates the lines of a call.
 class Writer {
 public:
     Writer(Call const& call, std::vector<std::string>& rounded) : call_(call), rounded_(rounded) {}
@@ -138,7 +138,7 @@ private:
         }
     }
 
-    /// One line for each pair of a start and an end point; where one list is empty, for each object of the other.
+    /// One line for each pair of a start and an end point; if one list is empty, for each object of the other.
     template <class Cmd, class First>
     void writePaths(First first) {
         std::unique_ptr<Cmd> const cmd = makePath<Cmd>(first);
@@ -188,7 +188,7 @@ private:
     /// Returns a number as the format holds it.
     float number(Number const& number, char const* option) {
         auto const held = static_cast<float>(number.value);
-        // Six decimals of a number from 1 on are exact enough.
+        // For numbers from 1 on, six decimals are exact enough.
         if (number.value == 0 || std::fabs(number.value) >= 1) return held;
         double const written = std::strtod(decimal(held).c_str(), nullptr);
         if (written == 0 && number.value != 0) throw NotHeld{option, "`" + number.text + "` would be written as 0"};
@@ -226,7 +226,7 @@ private:
         std::string name = object.name;
         taDciObjTyp type = object.type;
         if (type == taDciObjName && !isQueryText) {
-            // A plain word may also be a number or a keyword to the format.
+            // The format may also read a plain word as a number or a keyword.
             if (!std::isalpha(static_cast<unsigned char>(name[0]))) isChecked_ = true;
             if (name.compare(0, 4, "get_") == 0) isChecked_ = true;
             if (needsBraces(name)) name = "{" + name + "}";

@@ -14,19 +14,19 @@ namespace tool::sdc {
 
 namespace {
 
-/// Commands of Tcl that keep a value or pass it on.
+/// Commands of Tcl that store a value or pass it on.
 constexpr std::string_view passing[] = {"apply",  "append",  "catch", "concat",  "error",   "eval",      "expr",
                                         "for",    "foreach", "if",    "lappend", "list",    "namespace", "proc",
                                         "return", "set",     "subst", "try",     "uplevel", "variable",  "while"};
 
-/// Commands that look into the variable that they name, and the word with its name.
+/// Commands that look into a variable, and the word that names it.
 struct VariableReader {
     std::string_view command;
     int word;
 };
 constexpr VariableReader readers[] = {{"incr", 1}, {"lset", 1}, {"dict", 2}};
 
-/// Commands whose brackets and words have no look, apart from those of SDC.
+/// Commands whose brackets and words need no check, in addition to those of SDC.
 constexpr std::string_view straight[] = {"concat", "lappend", "list", "set"};
 
 template <class Names>

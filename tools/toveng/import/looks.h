@@ -8,17 +8,17 @@ namespace tool::sdc {
 
 class Run;
 
-// A script may keep and pass on what the design alone knows, but not look into it.
+// A script may store and pass on values that depend on the design (extents), but not look into them.
 
-/// Has every command looked at from now on, before it runs.
+/// Checks every command from now on before it runs.
 void traceLooks(Run& run);
 
-/// Sets the global variables that a text of Tcl sets, and those that the procedures set that it calls, to values that
-/// stand for nothing.
+/// Sets the global variables that a Tcl text and the procedures that it calls would set to values that refer to
+/// nothing.
 void forgetVariables(Tcl_Interp* interp, std::string_view text);
 
-/// Returns whether no command in the brackets of a command looks into a value, nor the command itself unless its words
-/// are still being made.
+/// Returns whether neither a command in the brackets of a command nor, once its words are complete, the command itself
+/// looks into a value.
 bool isStraightCommand(Tcl_Interp* interp, std::string_view text, bool isSubstituting);
 
 }  // namespace tool::sdc

@@ -13,7 +13,7 @@ namespace {
 
 int onlookers = 0;
 
-/// While it lives, commands run that are not the script's.
+/// During its lifetime, the commands that run are not the script's.
 class Onlooker {
 public:
     Onlooker() { ++onlookers; }
@@ -24,7 +24,7 @@ public:
 
 using Variables = std::map<std::string, std::string>;
 
-/// Evaluates words of Tcl in a frame ("#0" is the global one); empty on error.
+/// Evaluates a Tcl command in a frame ("#0" is the global one); returns an empty text on error.
 std::string ask(Tcl_Interp* interp, std::string const& frame, std::vector<std::string> const& words) {
     Value const command(Tcl_NewListObj(0, nullptr));
     for (std::string const& word : words) Tcl_ListObjAppendElement(nullptr, command.get(), newText(word));
@@ -96,7 +96,7 @@ int runOnce(Run& run, Tcl_Obj* variable, Tcl_Obj* value, Tcl_Obj* body) {
     return status == TCL_CONTINUE ? TCL_OK : status;
 }
 
-/// Runs a body with an extent: what it does must not depend on how many objects there are.
+/// Runs a loop body with an extent: its effects must not depend on the number of objects.
 int runTwice(Run& run, Tcl_Obj* variable, Tcl_Obj* value, Tcl_Obj* body) {
     std::vector<std::string>* const outer = run.log;
     std::vector<std::string> first, second;

@@ -6,11 +6,11 @@ namespace tool::sdc {
 
 class Run;
 
-/// Replaces `foreach` by one that goes through a list with parts of unknown extent: its body runs once with each part,
-/// and once more in silence, since the design may have more objects; a difference is a look.
+/// Replaces `foreach` with one that accepts lists with extents: the body runs once with each element, and once more
+/// silently, because the design may have more objects. If the two runs differ, the loop depends on the design.
 void replaceLoops(Run& run);
 
-/// Returns whether commands run that are not the script's.
+/// Returns whether the commands that run are not the script's.
 bool isLookingOn();
 
 /// A command of Tcl whose procedure is replaced.

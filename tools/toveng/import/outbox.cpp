@@ -27,7 +27,7 @@ void Outbox::put(Record kind, std::string_view text) {
     std::memcpy(head + 1, &size, sizeof size);
     append({head, sizeof head});
     append(text);
-    shared_.end = end_;  // the whole record, if it is there at all
+    shared_.end = end_;  // publish the record only when it is complete
 }
 
 void Outbox::putFinding(Code code, std::string_view text, std::string_view message) {
@@ -64,7 +64,7 @@ void Outbox::flush() {
         if (written > 0)
             flushed_ += static_cast<std::uint64_t>(written);
         else if (errno != EINTR)
-            ::_exit(1);  // the parent is gone
+            ::_exit(1);  // the parent has ended
     }
 }
 

@@ -14,7 +14,7 @@ namespace tool::sdc {
 
 namespace {
 
-/// A file beside the one that is written, until it takes its place.
+/// A temporary file beside the output file, which it then replaces.
 class Draft {
 public:
     explicit Draft(std::string const& target) : path_(target.substr(0, target.rfind('/') + 1) + ".toveng-XXXXXX") {

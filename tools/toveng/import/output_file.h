@@ -5,8 +5,8 @@
 
 namespace tool::sdc {
 
-/// Writes a file that is whole or not there; a file that is replaced keeps its permission bits, and a link stays one.
-/// Returns false and says why.
+/// Writes a file completely or not at all; a replaced file keeps its permission bits, and a link stays a link. On
+/// failure, returns false and the reason.
 bool writeWhole(std::string const& path, std::string_view text, std::string& error);
 
 }  // namespace tool::sdc

@@ -7,7 +7,7 @@
 #include "references.h"
 #include "run.h"
 
-// Queries and the commands that work on collections, which are lists here.
+// Queries and the collection commands; collections are lists here.
 
 namespace tool::sdc {
 
@@ -17,7 +17,7 @@ int usage(Run& run, std::string const& text) {
     return failure(run, "wrong # args: should be \"" + text + "\"");
 }
 
-/// Reads the words of a collection; a look if the design alone knows how many they are.
+/// Reads the words of a collection; a look if their number depends on the design.
 bool readKnown(Run& run, Tcl_Obj* const* objv, Tcl_Obj* value, std::vector<Word>& words) {
     if (!appendWords(value, words)) {
         failure(run, "unmatched open brace in list");
@@ -49,7 +49,7 @@ void setCollection(Run& run, std::vector<Word> const& words) {
     Tcl_SetObjResult(run.interp(), list);
 }
 
-/// The words of a query before and after its options.
+/// The words of a query, without its options.
 struct QueryWords {
     std::vector<Word> words;
     bool hasOptions = false;
@@ -70,7 +70,7 @@ bool readQuery(Run& run, int objc, Tcl_Obj* const objv[], QueryWords& query) {
         std::string const& option = words[0].reference.name;
         if (option == "-quiet") continue;
         if (query.option.empty()) query.option = option;
-        // What an option takes names no object.
+        // The value of an option is not the name of an object.
         bool const takesValue = option.compare(0, 2, "-o") == 0 || option.compare(0, 2, "-f") == 0 || option == "-hsc";
         if (takesValue) ++i;
     }
@@ -107,7 +107,7 @@ int query(Run& run, int objc, Tcl_Obj* const objv[]) {
         if (!query.option.empty()) named.clear();
         Tcl_SetObjResult(run.interp(), run.extent({text, named, query.option}));
     } else {
-        // Objects that are given back, beside names of unknown extent.
+        // References that are returned as they are, beside names of unknown extent.
         auto const isUnknown = [&](Word const& word) {
             return word.kind == Word::object && std::find(named.begin(), named.end(), word.reference) != named.end();
         };
@@ -169,7 +169,7 @@ int indexCollection(Run& run, int objc, Tcl_Obj* const objv[]) {
     return TCL_OK;
 }
 
-/// Takes an option out of the words of a command.
+/// Removes an option from the words of a command.
 bool takeOption(std::vector<Tcl_Obj*>& words, std::string_view option) {
     auto const found = std::find_if(words.begin(), words.end(), [&](Tcl_Obj* word) {
         std::string_view const text = word->bytes == nullptr ? std::string_view() : textOf(word);

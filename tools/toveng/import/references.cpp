@@ -24,7 +24,7 @@ char letterOf(taDciObjTyp type) {
     return static_cast<char>('A' + type);
 }
 
-/// Names that hold a backslash, by their marks: the spelling that came first.
+/// Names with a backslash, by their marks: the spelling that came first.
 std::unordered_map<std::string, std::string>& spellings() {
     static std::unordered_map<std::string, std::string> map;
     return map;
@@ -75,7 +75,7 @@ std::string nameIn(std::string_view mark) {
     return toBytes(name);
 }
 
-/// Reads a mark. A script can write marks as well: what is none is broken.
+/// Reads a mark. Because a script can write these characters too, anything malformed is `broken`.
 Word wordOfMark(std::string_view mark) {
     constexpr std::size_t longest = 9;
     Word word;
@@ -118,7 +118,7 @@ void setText(Tcl_Obj* value, std::string const& text) {
     value->length = static_cast<int>(text.size());
 }
 
-// The Tcl type of a reference: its internal form is the object, its text is made when someone asks.
+// The Tcl type of a reference: its internal form is the object; its text is made on demand.
 
 Object* objectIn(Tcl_Obj const* value) {
     return static_cast<Object*>(value->internalRep.twoPtrValue.ptr1);
@@ -141,7 +141,7 @@ void writeReference(Tcl_Obj* value) {
 
 Tcl_ObjType const referenceType = {"tovengReference", freeReference, copyReference, writeReference, nullptr};
 
-// The Tcl type of an extent, made in the same way. Its mark is a number that is given when someone asks.
+// The Tcl type of an extent, in the same way. The number in its mark is assigned on demand.
 
 std::size_t silent = 0;
 
@@ -185,7 +185,7 @@ bool isSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-/// Returns the end of what a brace or a quote at `start` opens; npos if nothing closes it.
+/// Returns the end of the group that a brace or a quote at `start` opens; npos if it is never closed.
 std::size_t closing(std::string_view text, std::size_t start) {
     if (text[start] == '"') return text.find('"', start + 1);
     int depth = 0;
@@ -223,7 +223,7 @@ std::string queryOf(Word const& word) {
     return word.reference.name;
 }
 
-/// Returns the words as one query, if they are objects of one type; else empty.
+/// Returns the words as one query if they are objects of one type; otherwise an empty text.
 std::string queryOf(std::vector<Word> const& words) {
     std::string names;
     for (Word const& word : words) {

@@ -9,13 +9,13 @@
 
 #include "platform/dci.h"
 
-// What design objects are in a script. An object of a literal name is a Tcl value of its own, so that lists of objects
-// are Tcl lists. An extent stands for objects that the design alone knows. The text of both is a mark, a word without
-// any character that Tcl would quote; the marks of one object are equal however its name is escaped.
+// How a script represents design objects. An object with a literal name is a Tcl value, so lists of objects are Tcl
+// lists. An extent is a set of objects that only the design determines. The text of both is a mark, a word without
+// characters that Tcl would quote; the marks of one object are equal however its name is escaped.
 
 namespace tool::sdc {
 
-/// The type of a register, for which the file format has no number.
+/// The type of a register, for which the library has no enumerator.
 constexpr taDciObjTyp registerType = taDciObjNone;
 
 /// An object that a call names; `name` is in the bytes of a file.
@@ -26,23 +26,23 @@ struct Object {
     bool operator==(Object const& other) const { return type == other.type && name == other.name; }
 };
 
-/// What a query stands for if the design alone knows its objects, or what an unknown command returns.
+/// The result of a query whose objects depend on the design, or of an unknown command.
 struct Extent {
-    std::string text;             ///< as a script reads, "[all_inputs]"; equal texts are equal extents
-    std::vector<Object> objects;  ///< what a line names for it; empty if no line can
-    std::string option;           ///< the option of the query for which no line can name it; may be empty
+    std::string text;             ///< as written in a script, "[all_inputs]"; equal texts are equal extents
+    std::vector<Object> objects;  ///< the objects that a line names for it; empty if no line can
+    std::string option;           ///< the option of the query because of which no line can name it; may be empty
 };
 
 /// A word of a value.
 struct Word {
     enum Kind {
         plain,   ///< a text
-        object,  ///< an object of a literal name
+        object,  ///< an object with a literal name
         extent,  ///< an extent
-        broken   ///< a text that holds a mark beside others
+        broken   ///< a text that contains a mark and other characters
     };
     Kind kind = plain;
-    Object reference = {taDciObjName, {}};  ///< of a plain word, too
+    Object reference = {taDciObjName, {}};  ///< set for a plain word, too
     Extent const* unknown = nullptr;        ///< lives as long as the value
 };
 
@@ -56,20 +56,20 @@ extern Query const queries[6];
 Tcl_Obj* newReference(Object object);
 Tcl_Obj* newExtent(Extent extent);
 
-/// Returns how many values hold an extent whose text nobody has asked for.
+/// Returns how many values hold an extent whose text has not been made.
 std::size_t silentExtents();
 
-/// Sets what is called before such a value gives its text.
+/// Sets a function that is called before the text of such a value is made.
 void onExtentText(std::function<void()> asked);
 
-/// Returns whether a text holds the mark of an extent.
+/// Returns whether a text contains the mark of an extent.
 bool holdsExtent(std::string_view text);
 
-/// Returns whether each mark of an extent in a text is an element of a list.
+/// Returns whether each mark of an extent in a text is a separate list element.
 bool extentsAreElements(std::string_view text);
 
-/// Appends the words of a Tcl list, those of nested lists too; a backslash is an ordinary character. Returns false if a
-/// brace or a quote is open at the end.
+/// Appends the words of a Tcl list, including those of nested lists; a backslash is an ordinary character. Returns
+/// false if a brace or a quote is open at the end.
 bool appendWords(Tcl_Obj* value, std::vector<Word>& words);
 
 /// Returns whether a name has a wildcard or a range of bits: "d*", "d[7:0]".
@@ -78,10 +78,10 @@ bool isPattern(std::string_view name);
 /// Returns a text with queries in place of the marks: "[get_ports {d[3]}]".
 std::string readable(std::string_view text);
 
-/// Returns a command as one line of Tcl, readable.
+/// Returns a command as one readable line of Tcl.
 std::string commandText(int objc, Tcl_Obj* const objv[]);
 
-/// A byte of a file is a character of Tcl. Characters beyond these become UTF-8.
+/// Each byte of a file is one Tcl character. Characters above U+00FF become UTF-8.
 std::string toBytes(std::string_view text);
 std::string fromBytes(std::string_view bytes);
 

@@ -11,7 +11,7 @@
 
 namespace tool::sdc {
 
-/// A finding of an import; the texts are numbers of Result::texts.
+/// A finding of an import; the texts are indexes of Result::texts.
 struct ImportFinding {
     std::uint32_t file;
     std::uint32_t line;
@@ -21,31 +21,31 @@ struct ImportFinding {
     std::uint32_t count;
 };
 
-/// What a run has written and found: the parent's end of the records.
+/// The lines and findings of a run: the receiver of the records.
 class Result {
 public:
     explicit Result(std::string unit) : unit_(std::move(unit)) {}
 
-    /// Takes the next bytes of the records.
+    /// Adds the next bytes of the records.
     void take(std::string_view bytes);
 
-    /// Takes what the child had not sent when it died, and forgets a record that is cut short.
+    /// Adds what the child had not sent when it died, and drops an incomplete record.
     void takeRest(Shared const& shared);
 
-    /// Ends the run for a reason: the command that runs is a comment, without what it has written.
+    /// Ends the run for a reason: the current command becomes a comment, without what it has written.
     void breakOff(std::string_view message);
 
-    /// Drops what the command that runs has written: it will run again, or be left out.
+    /// Drops what the current command has written: it will run again, or be left out.
     void undo();
 
-    /// Ends the run: the findings are then in their order, each once.
+    /// Ends the run: sorts the findings and removes duplicates.
     void finish();
 
     std::string const& text() const { return text_; }
     std::string const& unit() const { return unit_; }
     std::size_t calls() const { return counts_.calls; }
     std::size_t lines() const { return counts_.lines; }
-    /// Numbers of calls that are kept as comments, by the option that it is for.
+    /// The number of calls that are kept as comments, by the option that caused it.
     std::map<std::string, std::size_t> keptByOption() const;
     std::vector<ImportFinding> const& findings() const { return findings_; }
     std::string const& textOf(std::uint32_t number) const { return *texts_[number]; }
@@ -55,7 +55,7 @@ private:
         std::size_t calls = 0;
         std::size_t lines = 0;
     };
-    /// A command of a file that runs, and what was there before it.
+    /// A running command of a file, and the state before it.
     struct Open {
         std::uint32_t line;
         std::string text;

@@ -13,7 +13,7 @@ namespace tool::sdc {
 
 namespace {
 
-/// Holds the words of a command.
+/// Owns the words of a command.
 class Words {
 public:
     Words() = default;
@@ -25,7 +25,7 @@ public:
     std::vector<Tcl_Obj*> all;
 };
 
-/// Holds what Tcl has parsed.
+/// Owns what Tcl has parsed.
 struct Parse : Tcl_Parse {
     Parse() : Tcl_Parse() {}
     ~Parse() { Tcl_FreeParse(this); }
@@ -41,7 +41,8 @@ std::string directoryOf(std::string const& path) {
     return path.substr(0, path.rfind('/') + 1);
 }
 
-/// Returns the end of a command that Tcl cannot read: its line, or the whole text where something is not closed.
+/// Returns the end of a command that Tcl cannot read: the end of its line, or of the whole text if something is not
+/// closed.
 char const* endOfBroken(Tcl_Parse const& parse, char const* end) {
     if (parse.incomplete != 0) return end;
     char const* at = parse.term;
@@ -49,7 +50,7 @@ char const* endOfBroken(Tcl_Parse const& parse, char const* end) {
     return at;
 }
 
-/// Returns the code that `return -code` gives.
+/// Returns the code set by `return -code`.
 int returnCode(Tcl_Interp* interp) {
     Value const options(Tcl_GetReturnOptions(interp, TCL_RETURN));
     Value const key(newText("-code"));
@@ -63,7 +64,7 @@ int returnCode(Tcl_Interp* interp) {
 
 constexpr int deepest = 500;
 
-/// Returns the end of the line in which the brackets of a command get too deep for Tcl to read; null if none do.
+/// Returns the end of the line in which the brackets of a command are nested too deeply for Tcl; null if there is none.
 char const* endOfDeep(char const* at, char const* end) {
     int depth = 0;
     for (; at < end && (*at != '\n' || depth > 0); ++at) {
@@ -77,7 +78,7 @@ char const* endOfDeep(char const* at, char const* end) {
     return nullptr;
 }
 
-/// Returns whether a text has brackets within brackets so often that its commands need a look.
+/// Returns whether the brackets in a text are nested so deeply that its commands need a check.
 bool isDeep(std::string const& text) {
     int depth = 0;
     for (char c : text) {
@@ -97,7 +98,7 @@ Run::Run(Request const& request, Outbox& out, Plan plan)
 }
 
 void Run::runFiles() {
-    // Within a command of Tcl, `return` ends a file and not the command that runs it.
+    // Within a command of Tcl, `return` ends the file, not the command that sources it.
     constexpr char const* name = "toveng_files";
     auto const runInCommand = [](ClientData data, Tcl_Interp* interp, int, Tcl_Obj* const[]) noexcept {
         Tcl_DeleteCommand(interp, name);
@@ -228,7 +229,7 @@ int Run::evaluate(Statement& statement, Tcl_Parse const& parse) {
     if (words.all.empty()) return TCL_OK;
     statement.word = words.all[0];
     statement.name = textOf(statement.word);
-    // What the brackets of a command call is in its own comment, if it has one.
+    // The calls in the brackets of a command are part of its own comment, if it has one.
     auto const keepNested = [&] {
         if (!statement.nested.empty()) keep(std::exchange(statement.nested, {}));
     };
@@ -284,7 +285,7 @@ int Run::finishStatement(Statement& statement, int status) {
         out_.putFinding(Code::tclError, text, message);
     }
     if (!isTracing_ && silentExtents() > 0) {
-        // A value of unknown extent stays: from now on each command is looked at.
+        // A value of unknown extent has been stored: from now on each command is checked.
         if (!isStraight()) leave(Event::trace, {});
         startTrace();
     }

@@ -15,7 +15,7 @@
 
 namespace tool::sdc {
 
-/// A file of the user, read by the parent.
+/// A user's file, read by the parent.
 struct SourceFile {
     std::string name;  ///< as the user passed it
     std::string path;  ///< absolute
@@ -26,24 +26,24 @@ struct SourceFile {
 struct Request {
     std::vector<SourceFile> files;
     std::vector<std::pair<std::string, std::string>> defines;
-    std::vector<std::string> roots;  ///< real paths of the folders that `source` may read
+    std::vector<std::string> roots;  ///< real paths of the folders from which `source` may read
     TimeUnit unit;
     double limit = 60;                               ///< seconds
     std::uint64_t memory = std::uint64_t{2} << 30U;  ///< bytes of the child's address space
     std::set<std::string> drop;
 };
 
-/// Why a process stops at a command of a file: another one goes on from a copy of the state before it.
+/// Why a process stops at a command of a file: another process continues from a copy of the state before the command.
 enum class Event : int {
     none,
     skip,   ///< the command does not run
-    trace,  ///< the command runs with every command in it looked at
+    trace,  ///< the command runs, and every command in it is checked
 };
 
-/// Where the next event is. Equal scripts run equally, so that a process can be told what comes.
+/// Where the next event is. A script always runs in the same way, so a process can know the next event in advance.
 struct Plan {
     Event event = Event::none;
-    std::uint64_t command = 0;  ///< commands of files are counted as they run
+    std::uint64_t command = 0;  ///< the number of the command, counted as the files run
     std::string message;
 };
 
@@ -62,23 +62,23 @@ public:
     Request const& request() const { return request_; }
     /// A call of one of the nine commands.
     int call(Command command, int objc, Tcl_Obj* const objv[]);
-    /// A command that Tcl does not know.
+    /// An unknown command.
     int other(int objc, Tcl_Obj* const objv[]);
     /// Reads a file with `source`.
     int source(std::string const& path);
-    /// Path of the file that is read.
+    /// The path of the current file.
     std::string const& scriptPath() const { return files_.back().path; }
 
-    /// Ends the command of the file that runs: it depends on the design.
+    /// Ends the current command of the file, because it depends on the design.
     [[noreturn]] void look(std::string const& what);
-    /// Ends the command of the file that runs for another reason.
+    /// Ends the current command of the file for another reason.
     [[noreturn]] void refuse(std::string const& why);
-    /// Makes the value of a query of unknown extent.
+    /// Creates the value of a query of unknown extent.
     Tcl_Obj* extent(Extent extent);
-    /// Returns whether every command is looked at.
+    /// Returns whether every command is checked.
     bool isTracing() const { return isTracing_; }
 
-    /// While a loop runs its body a second time: what it calls is compared and not written.
+    /// While a loop runs its body a second time, its calls are compared instead of written.
     std::vector<std::string>* log = nullptr;
     Outbox& out() { return out_; }
 
@@ -124,7 +124,7 @@ private:
     Plan plan_;
     Tcl_Interp* interp_;
     TimeUnit unit_;
-    std::string hierarchy_;  // the command that makes names relative; empty if none does
+    std::string hierarchy_;  // the command that makes names relative; empty if there is none
     std::string separator_;  // likewise
     std::vector<File> files_;
     Statement* statement_ = nullptr;

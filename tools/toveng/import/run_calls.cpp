@@ -118,7 +118,7 @@ void Run::refuse(std::string const& why) {
 }
 
 void Run::leave(Event event, std::string const& message) {
-    // What a process does again is what it did: there is no new event.
+    // A process that repeats commands does what it did before: there is no new event.
     if (plan_.event != Event::none) ::_exit(exitLost);
     out_.muted = 0;
     out_.put(Record::undo);

@@ -5,7 +5,7 @@
 
 namespace tool::sdc {
 
-/// The commands that a constraint file holds; each is a bit.
+/// The nine commands of a constraint file; each is a bit.
 enum Command : unsigned {
     createClock = 1,
     createGeneratedClock = 2,
@@ -24,9 +24,9 @@ struct CommandName {
 };
 extern CommandName const commandNames[9];
 
-/// What an option of SDC becomes.
+/// What an SDC option becomes.
 enum class Becomes {
-    nothing,  ///< changes no meaning: left out
+    nothing,  ///< does not change the meaning: left out
     notHeld,  ///< the file format does not have it
     period,
     name,
@@ -47,7 +47,7 @@ enum class Becomes {
     through,
 };
 
-/// An option that SDC gives to some commands.
+/// An option of some SDC commands.
 struct SdcOption {
     unsigned commands;
     char const* name;  ///< with its dash
@@ -55,12 +55,12 @@ struct SdcOption {
     Becomes becomes;
 };
 
-/// Returns the option of a command that a word means: one that it is, or the only one that begins with it. Null for any
-/// other word.
+/// Returns the option of a command that a word names: an exact match, or the only option that begins with the word.
+/// Null for any other word.
 SdcOption const* findOption(Command command, std::string_view word);
 
 /// Returns whether an option may be dropped: it takes no value, the format does not have it, and it is not "hold". The
-/// name comes without its dash.
+/// name has no dash.
 bool isDroppable(std::string_view name);
 
 /// Returns whether a word that begins with "-" is an option, not a number.

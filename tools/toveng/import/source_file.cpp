@@ -59,7 +59,7 @@ bool isDump(std::string const& text) {
 
 std::optional<SourcedFile> readSource(std::string const& path, std::vector<std::string> const& roots,
                                       std::vector<std::string> const& open, std::string& error) {
-    // The path leads to the file without opening it: to open a device or a pipe can do more than that.
+    // Check the path without opening the file: opening a device or a pipe can have side effects.
     Descriptor const place(path.find('\0') == std::string::npos ? ::open(path.c_str(), O_PATH | O_CLOEXEC) : -1);
     if (place.number() < 0) {
         error = path.find('\0') == std::string::npos ? std::strerror(errno) : "no such file";

@@ -6,14 +6,14 @@
 
 namespace tool::sdc {
 
-/// A file that a script has named.
+/// A file that a script sources.
 struct SourcedFile {
-    std::string path;  ///< real: no link leads to it
+    std::string path;  ///< the real path, without links
     std::string text;
 };
 
-/// Reads a file of SDC: a regular file below one of `roots` (real paths) that is neither a dump nor binary nor one of
-/// `open`. Returns nothing and says why otherwise.
+/// Reads an SDC file: a regular file below one of `roots` (real paths) that is neither a dump nor binary nor one of
+/// `open`. Otherwise returns nothing and the reason.
 std::optional<SourcedFile> readSource(std::string const& path, std::vector<std::string> const& roots,
                                       std::vector<std::string> const& open, std::string& error);
 
