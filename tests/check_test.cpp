@@ -134,6 +134,14 @@ TEST(Check, CutsWordsInMessages) {
          }) {
         EXPECT_EQ(messagesFor(word).find("`" + shown + "` is not"), 0U) << messagesFor(word);
     }
+    // A list of words that is not whole ends in dots.
+    std::string words;
+    for (std::size_t count = 1; count <= 400; ++count) {
+        words += count == 1 ? "a" : " a";
+        std::string const message = messagesFor("set_false_path " + words + " -from b");
+        std::string const shown = count <= 100 ? words : words.substr(0, 200) + "...";
+        EXPECT_EQ(message.find("a save drops `" + shown + "`"), 0U) << message;
+    }
 }
 
 // A caller may ask about any line.

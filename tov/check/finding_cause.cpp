@@ -303,8 +303,8 @@ void forEachWord(std::string_view text, Visit visit) {
 /// Adds words to those with the same cause.
 class Collector {
 public:
-    /// Whether a message would not show any more words.
-    bool isFull() const { return count_ == 50; }
+    /// Whether a message would not show any more words: it has three causes, and a hundred words fill each.
+    bool isFull() const { return count_ == 300; }
 
     void add(Reason reason, std::string_view word, bool isAdded = false) {
         ++count_;
