@@ -1,5 +1,5 @@
-// toveng_costs TOVENG TIMING: runs the program and what it is compared with on generated inputs, and prints what it
-// takes beside what is promised: user time as the median of five ratios, memory as the peak of a run.
+// toveng_costs TOVENG TIMING: runs the program, and what it is compared with, on generated inputs, and prints its cost
+// next to the promise: user time as the median of five ratios, memory as the peak of a run.
 
 #include <fcntl.h>
 #include <sys/resource.h>

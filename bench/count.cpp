@@ -1,6 +1,6 @@
-// toveng_count OPERATION: does one operation on a generated input and prints the size of the input's file,
-// or the number of words that are looked up. Under
-// "valgrind --tool=callgrind --instr-atstart=no" only the operation itself is counted: see scripts/bench --count.
+// toveng_count OPERATION: performs one operation on a generated input and prints the size of the input file, or the
+// number of words looked up. Under "valgrind --tool=callgrind --instr-atstart=no" only the operation itself is counted,
+// see scripts/bench --count.
 
 #include <QFile>
 #include <QString>
@@ -106,7 +106,7 @@ void find(std::string const& path, taDciObjTyp type, std::vector<std::string> co
     });
 }
 
-/// Words for objects of instances all over the design.
+/// Words for objects of instances throughout the design.
 std::vector<std::string> wordsFor(std::string const& block, std::string const& object) {
     std::vector<std::string> words;
     for (std::size_t i = 0; i < wordsAsked; ++i) {
@@ -136,7 +136,7 @@ struct Operation {
     void (*run)(std::string const& path);
     std::string (*makeInput)(std::size_t size);
     std::size_t inputSize;
-    std::size_t steps = 0;  // what the count is divided by; the size of the input's file where it is 0
+    std::size_t steps = 0;  // the divisor of the count; if 0, the size of the input file
 };
 
 constexpr Operation operations[] = {

@@ -9,9 +9,8 @@
 #include "tov/cmd/references.h"
 #include "tov/design/design.h"
 
-/// What the public fields of commands and of a design's nodes take from the heap at least: a block for the command or
-/// node, for its node in the list, for each object reference and its node, and for each text that does not
-/// fit into its object.
+/// The minimum heap memory of the public fields of commands and of a design's nodes: a block for the command or node,
+/// for its list node, for each object reference and its list node, and for each text that does not fit into its object.
 class FieldSizes {
 public:
     std::size_t of(kiri::tov::TovCmd& command) {
@@ -46,7 +45,7 @@ private:
         return string.size() < sizeof(std::string) / 2 ? 0 : heap::block(string.size() + 1);
     }
 
-    // A bus has its first bit's name, its own and its base's.
+    // A bus has the name of its first bit, its own name and its base name.
     template <class Bus, class Node>
     static std::size_t ofBitOrBus(Node const& node) {
         std::size_t const name = copied(node.Node::name());
@@ -66,7 +65,7 @@ private:
         return heap::block(sizeof node) + copied(node.name());
     }
 
-    // Object references of one expression share its text.
+    // Object references to one expression share its text.
     std::size_t reference(taDciObj const& obj) {
         std::size_t const size = heap::block(sizeof obj) + listNode();
         if (obj.name == nullptr || isInside(&obj, sizeof obj, obj.name)) return size;

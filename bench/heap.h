@@ -2,17 +2,17 @@
 
 #include <cstddef>
 
-/// Counts the heap of a program that links heap.cpp, with what the allocator itself takes for each block.
+/// Counts the heap memory of a program that links heap.cpp, including the allocator's overhead for each block.
 namespace heap {
 
-/// Bytes in use, and the most there were since a caller last set `peak`.
+/// Bytes in use, and their maximum since a caller last set `peak`.
 extern std::size_t live;
 extern std::size_t peak;
 
-/// What a block of that size takes from the heap: eight bytes more, in steps of sixteen, at least 32.
+/// The heap memory of a block of that size: eight bytes more, in steps of sixteen, at least 32.
 std::size_t block(std::size_t size);
 
-/// What the block that begins at `start` takes.
+/// The heap memory of the block that begins at `start`.
 std::size_t blockOf(void* start);
 
 }  // namespace heap

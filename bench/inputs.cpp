@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The folder of the run, removed at its end.
+// The temporary folder of the run, removed at its end.
 fs::path const& folder() {
     struct Folder {
         fs::path path;
@@ -51,7 +51,7 @@ std::string clock(std::size_t i) {
     return "clk_" + std::to_string(i % 23);
 }
 
-// The place of the i-th line's kind in a saved file, in which the comments follow the commands.
+// The position of the i-th line's kind in a saved file, where the comments follow the commands.
 int placeInSavedFile(std::size_t i) {
     std::size_t const k = i % 100;
     constexpr struct {
@@ -87,7 +87,7 @@ std::vector<std::size_t> numbers(std::size_t lines, Order order) {
     return shuffled;
 }
 
-// The i-th line of the mix, whose kinds come back after one hundred lines.
+// The i-th line of the mix, whose kinds repeat after one hundred lines.
 void writeLine(std::ostream& out, std::size_t i) {
     switch (std::size_t const k = i % 100; k) {
         case 0:
@@ -170,7 +170,7 @@ void writeItem(std::ostream& out, char const* element, std::string const& name, 
     out << "    <" << element << " name=\"" << name << '"' << more << "/>\n";
 }
 
-// The blocks are met in turn, so the cells of one are far apart in the file.
+// The blocks alternate, so the cells of one block are far apart in the file.
 std::string instance(std::size_t i) {
     return "u_core_" + std::to_string(i % 97) + ".u_blk_" + std::to_string(i % 13) + ".inst_" + std::to_string(i);
 }

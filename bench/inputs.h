@@ -6,22 +6,21 @@
 
 namespace inputs {
 
-/// The order of the lines of a file; the lines are the same in each.
+/// The order of the lines in a file; the lines themselves are the same.
 enum class Order {
     saved,     ///< kind by kind, as a save writes them
-    periodic,  ///< the kinds come back after 100 lines
-    random     ///< runs of lines of a kind at random, the same ones in each run of the program
+    periodic,  ///< the kinds repeat after 100 lines
+    random     ///< random runs of lines of a kind, the same in each run of the program
 };
 
-/// Writes a constraint file and returns its path: mixed lines of all kinds as large designs have them, mostly
-/// delays and exceptions. Files are made once and kept in the temporary folder of the run.
+/// Writes a constraint file and returns its path: mixed lines of all kinds as in large designs, mostly delays and
+/// exceptions. Files are written once and kept in the temporary folder of the run.
 std::string constraintFile(std::size_t lines, Order order = Order::periodic);
 
-/// Constraints that make sense together, in which a check finds nothing: clocks, delays and exceptions, each of objects
-/// of its own.
+/// Consistent constraints, in which a check finds nothing: clocks, delays and exceptions, each with its own objects.
 std::string soundFile(std::size_t lines);
 
-/// Lines of one kind of the mix alone: its lines number `kind`, `kind` + 100 and so on.
+/// Only the lines of one kind of the mix: lines number `kind`, `kind` + 100 and so on.
 std::string linesOfKind(std::size_t kind, std::size_t lines);
 
 /// A file of copies of a line.
@@ -43,7 +42,7 @@ std::string growingNames(std::size_t lines);
 std::string sdcFile(std::size_t lines);
 std::string withEmptyProcedures(std::string const& path);
 
-/// A Tcl script with a loop of that many passes, each of which makes a constraint.
+/// A Tcl script with a loop of that many passes, each of which creates a constraint.
 std::string loopFile(std::size_t passes);
 
 /// The lines of soundFile() in that many files.
@@ -55,8 +54,8 @@ std::vector<std::string> fileSet(std::size_t files, std::size_t lines);
 /// only the bus and the net have names of their own.
 std::string designDump(std::size_t instances);
 
-/// A constraint file of exceptions between pins and cells of designDump(instances), all of which are there. Every tenth
-/// line has a pattern of its own.
+/// A constraint file of exceptions between pins and cells of designDump(instances), all of which exist. Every tenth
+/// line has its own pattern.
 std::string exceptionsOf(std::size_t instances, std::size_t lines);
 
 }  // namespace inputs

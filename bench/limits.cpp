@@ -1,5 +1,5 @@
-// toveng_limits [SCALE]: documents and dumps far beyond any design. Each is loaded in a process of its own, which
-// reports its peak of memory above that of an empty process, also as a multiple of the file's size.
+// toveng_limits [SCALE]: documents and dumps far larger than any design. Each is loaded in its own process, which
+// reports its peak memory above that of an empty process, also as a multiple of the file size.
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -85,7 +85,7 @@ Limit const limits[] = {
          out << "<top><library>" << times(million / scale, "<z>") << times(million / scale, "</z>")
              << "</library></top>";
      }},
-    // The XML reader compares every two attributes of an element.
+    // The XML reader compares each attribute of an element with all others.
     {"20,000 attributes on one element", true,
      [](std::ostream& out, long scale) {
          out << "<top";
@@ -126,7 +126,7 @@ int main(int argc, char** argv) {
     bool ok = true;
     std::puts("| content | file, MB | peak, MB | peak / file |\n|---|---|---|---|");
     for (Limit const& limit : limits) {
-        // The file is made in a process of its own too: its memory would count as the reader's.
+        // The file is also written by its own process: otherwise its memory would count as the reader's.
         for (bool reads : {false, true}) {
             pid_t const child = ::fork();
             if (child == 0) {

@@ -1,5 +1,5 @@
-// Prints, as tables, what loads keep and what they need beyond that, counted at each allocation, which does not
-// vary. Exits with 1 when a load takes more than docs/performance.md promises.
+// Prints tables of what loads keep and what they need beyond that, counted at each allocation, which does not vary
+// between runs. Exits with 1 if a load takes more than docs/performance.md promises.
 
 #include <cstdio>
 #include <filesystem>
@@ -53,7 +53,7 @@ double ratio(std::size_t above, std::size_t below) {
     return static_cast<double>(above) / static_cast<double>(below);
 }
 
-// The lines of the mix that are of a kind. A kind that the mix lacks is measured by its sample.
+// The lines of a kind in the mix. A kind that is not in the mix is measured with its sample.
 constexpr struct {
     TOVCMD_TYPE list;
     std::size_t number;
@@ -81,7 +81,7 @@ void reportKind(CommandKind const& kind) {
     std::printf("| `%s` | %.1f | %.1f | %.1f | %.1f |\n", kind.keyword.data(),
                 ratio(std::filesystem::file_size(path), lines), ratio(fields, lines), ratio(usage.kept, lines),
                 ratio(usage.kept, lines) - ratio(fields, lines));
-    // Where the allocator finds no block of the right size, it returns a slightly larger one.
+    // If the allocator has no block of the right size, it returns a slightly larger one.
     promise(usage.kept <= fields + lines / 10, "keeps more than its fields take", kind.keyword.data());
 }
 
@@ -140,7 +140,7 @@ void reportDesign(std::size_t instances) {
 }  // namespace
 
 int main() {
-    // What the XML reader and the streams set up once is not the load's.
+    // What the XML reader and the streams allocate once is not part of the load.
     TovDesign().load(inputs::designDump(10).c_str());
 
     std::puts("| kind of line | bytes in the file | its fields take | the document keeps | more |");

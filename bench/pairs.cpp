@@ -1,7 +1,7 @@
-// toveng_pairs TIMING REPETITIONS [OLD]: runs toveng_timing on generated inputs, each run in a process of its own, and
-// prints the median and the middle half of ratios, each of times of one repetition. With another build of
-// toveng_timing, runs the two in alternation and prints the ratios of the first one's times to the other's; alone, how
-// its times compare with each other.
+// toveng_pairs TIMING REPETITIONS [OLD]: runs toveng_timing on generated inputs, each run in its own process, and
+// prints the median and the middle half of the ratios; each ratio is of times of the same repetition. With another
+// build of toveng_timing, runs the two in alternation and prints the ratios of the first one's times to the other's;
+// alone, the ratios between its own times.
 
 #include <algorithm>
 #include <cstdio>
@@ -54,7 +54,7 @@ void print(std::string const& input, std::string const& what, std::vector<double
                 ratios[count / 4], ratios[count - 1 - count / 4]);
 }
 
-// How the times of a build compare with each other, on one input.
+// The ratios between the times of one build on one input.
 constexpr std::pair<char const*, char const*> comparisons[] = {
     {"save", "load"},
     {"destroy", "load"},
@@ -111,7 +111,7 @@ int main(int argc, char** argv) {
     for (int repetition = 0; repetition < repetitions; ++repetition) {
         for (Input const& input : all) {
             for (char const* work : input.works) {
-                // Whichever is first alternates, so that neither gains where the machine grows faster or slower.
+                // The order alternates, so neither build profits if the machine becomes faster or slower.
                 if (!alone && repetition % 2 == 0) run(argv[3], work, input, old);
                 run(argv[1], work, input, times);
                 if (!alone && repetition % 2 != 0) run(argv[3], work, input, old);

@@ -1,6 +1,6 @@
-// toveng_timing WORK FILE: does the work, which begins with a load of the file, in this process alone and prints the
-// name and the processor time of each of its steps. It calls what every release of the library has, so that any two can
-// be compared, and where there is no tov/check.h it checks nothing.
+// toveng_timing WORK FILE: does the work, which begins with a load of the file, and prints the name and the processor
+// time of each step. It calls only what every release of the library has, so any two can be compared; without
+// tov/check.h it checks nothing.
 
 #include <cstdio>
 #include <ctime>
@@ -34,7 +34,7 @@ void timed(std::string const& step, Work work) {
     std::printf("%s: %.9f\n", step.c_str(), now() - start);
 }
 
-// A program that goes on: one document after the other, on the heap that the one before it leaves.
+// A long-running program: one document after the other, on the heap that the previous one left.
 void rounds(char const* path) {
     for (int round = 1; round <= 3; ++round) {
         auto document = std::make_unique<TOV>();

@@ -11,14 +11,14 @@
 
 namespace fuzz {
 
-/// Ends the run as a finding.
+/// Ends the run and reports the input.
 inline void require(bool holds, char const* promise, std::string const& a = {}, std::string const& b = {}) {
     if (holds) return;
     std::fprintf(stderr, "broken promise: %s\n<<<%s>>>\n<<<%s>>>\n", promise, a.c_str(), b.c_str());
     std::abort();
 }
 
-/// A file in memory, with a path that others can open.
+/// A file in memory, with a path that can be opened.
 class MemoryFile {
 public:
     explicit MemoryFile(std::string_view content) : fd_(::memfd_create("fuzz", 0)) {
@@ -34,7 +34,7 @@ private:
     int fd_;
 };
 
-/// What a target does with an input.
+/// Runs a target on an input.
 void run(std::string const& input);
 
 }  // namespace fuzz

@@ -1,5 +1,5 @@
-// The program's reader of baselines: any bytes are a report or an error with a reason, and what a report has is found
-// again once for each time that it is there.
+// The program's reader of baselines: any bytes are a report or an error with a reason, and each finding of a report is
+// found again as often as the report has it.
 
 #include "baseline.h"
 #include "fuzz/fuzz.h"
@@ -7,12 +7,12 @@
 
 namespace {
 
-// What a report of these findings has, and nothing else, is taken.
+// Only the findings in a report are found.
 void takeAll(tool::Baseline& baseline, std::size_t most) {
     for (tool::Rule const& rule : tool::rules) {
         std::size_t taken = 0;
         while (taken <= most && baseline.take("a.tov", rule.code, "-setup", false)) ++taken;
-        // One that stands for several is taken any number of times.
+        // A folded finding is found any number of times.
         bool const isFolded = taken > most;
         fuzz::require(isFolded || !baseline.take("a.tov", rule.code, "-setup", false), "a finding is taken once", "");
         for (std::string const& word : baseline.wordsOf("a.tov", rule.code))

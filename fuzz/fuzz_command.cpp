@@ -1,4 +1,4 @@
-// The line of a command, which the first byte chooses: read, saved, and read again.
+// The line of a command, chosen by the first byte: read, saved, and read again.
 
 #include <iterator>
 

@@ -7,7 +7,7 @@ namespace {
 
 using namespace kiri::tov;
 
-// All that a design answers, as one text.
+// All answers of a design, as one text.
 std::string contentOf(TovDesign const& design) {
     std::string text;
     forEachQuery([&](char const*, auto query) {

@@ -24,7 +24,7 @@ void requireChecked(std::string const& path, bool loads) {
     fuzz::require(ends != loads, "the check finds what ends the load");
 }
 
-// A file that loads and saves as it is has nothing that a save does not keep.
+// A file that does not change in a load and a save has no losses.
 void requireNothingLost(std::string const& text) {
     std::vector<TovFinding> findings;
     checkTovFile(fuzz::MemoryFile(text).path().c_str(), findings);

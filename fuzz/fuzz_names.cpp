@@ -1,4 +1,4 @@
-// A design and words: compares what the index finds with what the rules find, tried on one node after another. The
+// A design and words: compares what the index finds with what the rules find, applied to one node after another. The
 // input is lines: c, p, n, k with the name of a cell, and of its pin, net or clock; before the first cell those of the
 // top. l and a are library and arch of the cells that follow. Any other line is a word. The words are also those of a
 // document, joined with the design.
@@ -29,7 +29,7 @@ std::string item(char kind, std::string const& name) {
     return "<pins><pitem" + attribute("name", name) + "/></pins>";
 }
 
-// The dump that the lines describe; puts the words aside.
+// Returns the dump that the lines describe, and stores the words.
 std::string dumpOf(std::string const& input, std::vector<std::string>& words) {
     std::string clocks;
     std::string dump;

@@ -1,4 +1,4 @@
-// SDC: whatever a script does, its import ends, its lines have no finding, and another import leaves them as they are.
+// SDC: whatever a script does, its import ends, its lines have no findings, and a second import does not change them.
 
 #include <sstream>
 
@@ -23,7 +23,7 @@ std::string imported(std::string const& text) {
 }  // namespace
 
 void fuzz::run(std::string const& input) {
-    if (input.find('\0') != std::string::npos) return;  // a binary file, which is not run
+    if (input.find('\0') != std::string::npos) return;  // a binary file is not run
     std::string const text = imported(tool::sdc::normalised(input));
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) {

@@ -1,5 +1,5 @@
-// The language server: a client's bytes, framed messages among them. Each message that it sends is one, and a document
-// that was edited is the one that its text makes.
+// The language server: bytes of a client, including framed messages. Each message that the server sends is valid, and
+// an edited document equals a new one with the same text.
 
 #include <QJsonDocument>
 

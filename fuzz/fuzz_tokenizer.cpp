@@ -1,4 +1,4 @@
-// The words of a line, against a plain model of them.
+// The words of a line, compared with a simple model.
 
 #include <map>
 
@@ -14,8 +14,8 @@ std::string trimmed(std::string const& text) {
     return text.substr(first, text.find_last_not_of(space) + 1 - first);
 }
 
-// Where the first word of a text ends. The one nested group that a group may hold is found by where the whole text
-// first closes.
+// Returns the end of the first word of a text. The place where the whole text first closes shows the one nested group
+// that a group may hold.
 std::size_t wordEnd(std::string const& text) {
     std::map<char, char> const closing = {{'[', ']'}, {'{', '}'}};
     if (text[0] == '"') return text.find('"', 1);

@@ -1,7 +1,7 @@
 #pragma once
 
-// The rules by which words find nodes, tried on one node after another: slow, and as close to
-// docs/names.md as code can be. The index is compared with them.
+// The rules by which words match nodes, applied to one node after another: slow, and as close to docs/names.md as code
+// can be. The index is compared with them.
 
 #include <algorithm>
 #include <climits>
@@ -40,7 +40,7 @@ struct Candidate {
 
 struct Word {
     std::vector<Symbols> levels;
-    bool isRange = false;  // then the last level has lost it
+    bool isRange = false;  // if true, the last level no longer has the range
     unsigned long low = 0;
     unsigned long high = 0;
 };
@@ -125,7 +125,7 @@ inline unsigned long numberOf(std::string const& digits) {
     return number.size() > 10 ? ULONG_MAX : std::stoul("0" + number);
 }
 
-/// A level of a word, which is UTF-8, as Latin-1; none if it is not valid.
+/// Converts a level of a word from UTF-8 to Latin-1; none if it is not valid.
 inline std::optional<Symbols> latin1Of(Symbols const& level) {
     Symbols latin1;
     for (std::size_t i = 0; i < level.size();) {
@@ -168,7 +168,7 @@ inline std::optional<Word> withoutRange(Word word) {
     return word;
 }
 
-/// What a word says: itself, its Latin-1 form, and each of them as a range.
+/// The readings of a word: itself, its Latin-1 form, and each of them as a range.
 inline std::vector<Word> wordsOf(std::string const& text) {
     std::vector<Word> words(1);
     std::vector<Symbols>& levels = words[0].levels;
@@ -199,7 +199,7 @@ inline std::vector<Word> wordsOf(std::string const& text) {
 inline bool fits(Symbols const& pattern, std::string const& text) {
     std::size_t at = 0;           // in the pattern
     std::size_t star = SIZE_MAX;  // the last one passed
-    std::size_t starEnd = 0;      // where what it fits ends
+    std::size_t starEnd = 0;      // end of the text that it matches
     for (std::size_t t = 0; t < text.size();) {
         bool const isStar = at < pattern.size() && pattern[at].isWild() && pattern[at].byte == '*';
         if (isStar) {

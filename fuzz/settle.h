@@ -9,8 +9,8 @@
 
 namespace fuzz {
 
-/// Whether all names of a saved text are plain: outside the forms that the commands write there is no quote, bracket or
-/// brace, no group holds another word than a clock, and no header is among the comments.
+/// Returns whether all names of a saved text are plain: there are no quotes, brackets or braces except in the forms
+/// that the commands write, no words other than clocks in a group, and no header among the comments.
 inline bool isPlain(std::string const& text) {
     std::string const name = R"([^\s"\[\]{}]+)";
     std::regex const forms(R"( \[ get_[a-z]+ \{ )" + name +
@@ -22,16 +22,16 @@ inline bool isPlain(std::string const& text) {
            (header == text.npos || text.find("# This section", header + 1) == text.npos);
 }
 
-/// The text that a document saves when it has loaded another one.
+/// Returns what a document saves after loading a text.
 inline std::string savedAgain(std::string const& text) {
     kiri::tov::TOV document;
     require(document.load(MemoryFile(text).path().c_str()), "a saved file loads");
     return document.toSaveString();
 }
 
-/// Follows a text through reading and saving, `next`, until it no longer changes. A text of plain names is settled
-/// when it was saved twice. Each reading takes one layer of quotes or braces off any other name, so that such a text
-/// takes longer, but it settles as well, except for a clock group, which may repeat its words at each save.
+/// Loads and saves a text, with `next`, until it no longer changes. A text of plain names is stable after two saves.
+/// Each load removes one layer of quotes or braces from any other name, so such a text takes longer, but becomes stable
+/// as well, except for a clock group, which may repeat its words at each save.
 template <class Next>
 void requireSettled(std::string const& first, Next next) {
     constexpr int patience = 40;

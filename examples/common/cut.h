@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-/// The text, or its start and "..." where it is longer than `most` bytes.
+/// Returns the text, or its start and "..." if it is longer than `most` bytes.
 inline std::string cut(std::string text, std::size_t most = 100) {
     if (text.size() > most) text.replace(most - 3, std::string::npos, "...");
     return text;

@@ -49,7 +49,7 @@ private slots:
     // Each field is changed, undone and changed again.
     void changes() {
         struct Row {
-            char const *line, *field, *value, *saved;  // nothing saved: the value is refused
+            char const *line, *field, *value, *saved;  // `saved` is empty if the value is refused
         };
         constexpr char const* clock = "create_clock -period 10 clk";
         constexpr char const* generated = "create_generated_clock -name a b";
@@ -68,7 +68,7 @@ private slots:
             {generated, "divide by", "x", ""},
             {groups, "exclusive", "no", "set_clock_groups -asynchronous -group [ get_clocks { a b } ]"},
             {groups, "group", "[get_clocks {a c d}]", "set_clock_groups -exclusive -group [ get_clocks { a c d } ]"},
-            {"set_max_delay 1 -to b", "from", "[ get_pins { a b } ]", ""},    // a file holds the first alone
+            {"set_max_delay 1 -to b", "from", "[ get_pins { a b } ]", ""},    // a file holds only the first
             {"set_false_path -through a", "from", "[ get_pins { a } ]", ""},  // the through point would be lost
             {"set_multicycle_path 2 -to b", "cycles", "2147483648", ""},
         };
@@ -102,7 +102,7 @@ private:
     static void randomUse(int cells);
 };
 
-// Two thousand steps, after each of which the document is what its undo stack says.
+// Two thousand steps; after each the document must match its undo stack.
 void BrowserTest::randomUse(int cells) {
     bool isGiven = false;
     int const given = qEnvironmentVariableIntValue("SEED", &isGiven);
@@ -119,12 +119,12 @@ void BrowserTest::randomUse(int cells) {
     window.show();
     for (QString const& file : files) window.open(file);
 
-    QTimer dialogs;  // answers what is asked, at random
+    QTimer dialogs;  // answers questions at random
     QObject::connect(&dialogs, &QTimer::timeout, [&] {
         QWidget* const asked = QApplication::activeModalWidget();
         if (auto* box = qobject_cast<QMessageBox*>(asked)) {
             QAbstractButton* const button = box->buttons()[below(static_cast<int>(box->buttons().size()))];
-            QTimer::singleShot(0, button, &QAbstractButton::click);  // what it does may ask again
+            QTimer::singleShot(0, button, &QAbstractButton::click);  // its action may ask again
         }
         if (auto* chooser = qobject_cast<QFileDialog*>(asked)) {
             chooser->selectFile(files[below(2)]);

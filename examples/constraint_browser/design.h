@@ -16,13 +16,13 @@ constexpr std::pair<char const*, taDciObjTyp> kinds[] = {{"get_ports", taDciObjP
                                                          {"get_pins", taDciObjPin}};
 constexpr int groupCount = 4;
 
-/// The kind of a node, by its type.
+/// Returns the kind of a node from its type.
 inline std::size_t kindOf(TovNode const& node) {
     constexpr std::size_t kindOfType[] = {0, 1, 4, 0, 0, 3, 0, 2, 2, 0, 0, 0, 0, 0, 0, 2};
     return kindOfType[node.type()];
 }
 
-/// The bytes of a file as text: UTF-8 where they are, else Latin-1.
+/// Returns the bytes of a file as text: decoded as UTF-8 if they are valid UTF-8, else as Latin-1.
 inline QString toText(std::string const& bytes) {
     QString const text = QString::fromUtf8(bytes.c_str());
     return text.toUtf8() == bytes.c_str() ? text : QString::fromLatin1(bytes.c_str());
@@ -51,8 +51,8 @@ struct Design {
     Nodes groups[groupCount];  // of the top, by kind
 };
 
-/// The design as a tree: the groups, their nodes, and the pins, nets and clocks of each cell. A group's items are made
-/// as the view scrolls to them, or when one is asked for.
+/// The design as a tree: the groups, their nodes, and the pins, nets and clocks of each cell. The items of a group are
+/// created when the view scrolls to them or something asks for them.
 class DesignModel : public QStandardItemModel {
 public:
     void show(std::shared_ptr<Design const> design) {

@@ -15,7 +15,8 @@ struct Field {
     bool isFlag;
 };
 
-/// A value as a text, and a text as a value; false if it is none. A number's text is the shortest that is read back.
+/// Convert a value to a text, and a text to a value; false if it is not one. The text of a number is the shortest that
+/// is read back as that number.
 struct Convert {
     static std::string text(bool flag) { return flag ? "yes" : "no"; }
     static std::string text(std::string const& value) { return value; }
@@ -35,7 +36,7 @@ struct Convert {
     }
 };
 
-/// The expression of all references in a list, "[ get_clocks { a b } ]".
+/// Returns the expression of all references in a list, "[ get_clocks { a b } ]".
 inline std::string expressionOf(ppStlList<taDciObj*>& list) {
     std::string text;
     for (taDciObj* obj : list) {
@@ -46,7 +47,7 @@ inline std::string expressionOf(ppStlList<taDciObj*>& list) {
     return text;
 }
 
-/// Whether the expression of a list says all that is in it.
+/// Returns whether the expression of a list contains all of its references.
 inline bool isExpression(ppStlList<taDciObj*>& list, bool isSource) {
     ppStlList<taDciObj*> read = TovCmd::fromTclString(expressionOf(list), isSource);
     bool const isSame =
@@ -57,8 +58,8 @@ inline bool isExpression(ppStlList<taDciObj*>& list, bool isSource) {
     return isSame;
 }
 
-/// The fields of a command: `enabled`, then the others in the order of its line. Its name and free texts are left out,
-/// and references that no text of a field says.
+/// Returns the fields of a command: `enabled`, then the others in the order of its line, without free texts and
+/// references that no field text can express.
 inline std::vector<Field> fieldsOf(TovCmd& cmd) {
     std::vector<Field> fields;
     auto const add = [&](char const* title, auto* of, auto member) {
@@ -94,7 +95,7 @@ inline std::vector<Field> fieldsOf(TovCmd& cmd) {
     return fields;
 }
 
-/// The fields that the saved line of a command does not bring back.
+/// Returns the fields that are lost when the saved line of a command is read again.
 inline QStringList lostIn(TovCmd& cmd) try {
     std::unique_ptr<TovCmd> const again = makeCommand(cmd.toSaveString(nullptr));
     std::vector<Field> const read = again ? fieldsOf(*again) : std::vector<Field>();
@@ -108,8 +109,8 @@ inline QStringList lostIn(TovCmd& cmd) try {
     return {"the line, which would end a load"};
 }
 
-/// Sets a field if a file brings its value back, and all else that it brought back before. Returns the reason if not;
-/// the command is as it was then.
+/// Sets a field if its value, and everything else that survived before, survives a save and a load. Otherwise returns
+/// the reason and leaves the command as it was.
 inline QString trySet(TovCmd& cmd, std::size_t index, std::string const& value) {
     std::vector<Field> const fields = fieldsOf(cmd);
     QStringList const lostBefore = lostIn(cmd);
@@ -121,14 +122,15 @@ inline QString trySet(TovCmd& cmd, std::size_t index, std::string const& value) 
     return isValue ? "a file would not keep: " + lost.join(", ") : "not a value of this field";
 }
 
-/// The fields of one command. A text that cannot be applied is red, has its reason beside it, and stays.
+/// A form with the fields of one command. A text that cannot be applied turns red, shows the reason beside it, and
+/// stays.
 class FieldModel : public QStandardItemModel {
 public:
     /// `apply` applies a value and returns why not.
     explicit FieldModel(std::function<QString(std::size_t field, std::string const& value)> apply)
         : apply_(std::move(apply)) {}
 
-    /// Shows a command; null for none. The command that is shown already keeps what is red.
+    /// Shows a command; null for none. If the command is already shown, red texts stay.
     void show(TovCmd* cmd) {
         if (cmd != std::exchange(cmd_, cmd)) clear();
         int row = 0;
@@ -164,7 +166,7 @@ private:
     TovCmd* cmd_ = nullptr;
 };
 
-/// Edits references by words that complete from the design, which the window has.
+/// Edits references; completes words from the names of the window's design.
 class FieldDelegate : public QStyledItemDelegate {
 public:
     explicit FieldDelegate(std::shared_ptr<Design const> const& design) : design_(design) {}

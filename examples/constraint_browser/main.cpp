@@ -1,4 +1,4 @@
-// Browses a constraint file beside the design that it is about, and changes the fields of its commands.
+// Shows a constraint file next to its design, and changes the fields of its commands.
 
 #include "window.h"
 

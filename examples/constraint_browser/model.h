@@ -5,17 +5,17 @@
 #include "tov/names/document_names.h"
 #include "tov/names/name_check.h"
 
-/// An open constraint file. One thread has it at a time: the window has none while it is lent.
+/// An open constraint file. Only one thread has it at a time: while a worker thread has it, the window has none.
 struct Document {
     /// Reads a file, and finds what a save of it would lose; null if that fails or is stopped. `error` says why.
     static std::shared_ptr<Document> load(std::string const& path, TovProgress const& progress, std::string& error) {
         auto document = std::make_shared<Document>();
         document->path = path;
-        document->stamp = stampOf(path);  // before the file is read: a change meanwhile is one to ask about
+        document->stamp = stampOf(path);  // before the file is read, to notice a change during the read
         TovCheckOptions options;
         options.progress = progress;
         auto const visit = [&](TovFinding const& finding, std::string const& line, auto const&) {
-            if (finding.kind != TOVFINDING_UNKNOWN_COMMAND)  // that is kept as a comment
+            if (finding.kind != TOVFINDING_UNKNOWN_COMMAND)  // which is kept as a comment
                 document->losses += QString("Line %1: ").arg(finding.line) + toText(findingMessage(finding, line));
             return true;
         };
@@ -25,7 +25,7 @@ struct Document {
         return isRead ? document : nullptr;
     }
 
-    /// Which state of a file this is.
+    /// Identifies a state of a file.
     static QString stampOf(std::string const& path) {
         QFileInfo const file(QFile::decodeName(path.c_str()));
         return QString("%1 %2").arg(file.size()).arg(file.lastModified().toMSecsSinceEpoch());
@@ -40,7 +40,7 @@ struct Document {
         lookUp();
     }
 
-    /// Calls `change`, which changes the command, and keeps the names up with it.
+    /// Calls `change`, which changes the command, and updates the names.
     template <class Change>
     void change(TovCmd& cmd, Change const& change) {
         if (names) names->remove(cmd);
@@ -58,9 +58,9 @@ struct Document {
     TOV tov;
     std::vector<TovCmd*> commands;            // in the order of writing: by kind
     std::unique_ptr<TovDocumentNames> names;  // null without a design
-    std::vector<TovNameUse> missing;          // the words that stand for nothing
-    /// What is said about a missing word, and the name that is near it. Near names take their time, so only the first
-    /// missing words have one.
+    std::vector<TovNameUse> missing;          // the words that match nothing
+    /// The message about a missing word, and the name that is nearest to it. Searching for names takes time, so only
+    /// the first missing words have one.
     std::map<std::string, std::pair<QString, QString>> said;
 
 private:
@@ -76,7 +76,7 @@ private:
     }
 };
 
-/// All commands as a table, by kind. Each change goes through it, as a command of an undo stack.
+/// All commands as a table, by kind. It makes each change, as a command of an undo stack.
 class CommandModel : public QAbstractListModel {
 public:
     /// `changed` is called after each change with the row of the command.

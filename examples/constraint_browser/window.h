@@ -2,7 +2,7 @@
 
 #include "model.h"
 
-/// Work in a thread, shown as a button with its progress; a click cancels it. Only the result of what was started last
+/// Work in a thread, shown as a button with its progress; a click cancels it. Only the result of the work started last
 /// counts, and only if it was not cancelled.
 class Job : public QPushButton {
 public:
@@ -17,7 +17,7 @@ public:
         hide();
     }
 
-    /// `title` has the place of the per cent in it.
+    /// `title` has a placeholder for the percentage.
     void start(QString const& title, Work work) {
         drop();
         wanted_ = std::make_shared<std::atomic<bool>>(true);
@@ -28,7 +28,7 @@ public:
                 if (size != 0) post(wanted, [this, text = title.arg(100 * read / size)] { setText(text); });
                 return wanted->load();
             });
-            if (!*wanted) done = {};  // what nobody wants is freed in the thread
+            if (!*wanted) done = {};  // free an unwanted result in the thread
             post(wanted, [this, wanted, done] { finish(wanted, done); });
         }));
     }
@@ -51,7 +51,7 @@ private:
     }
 
     void finish(Wanted const& wanted, Done const& done) {
-        if (QApplication::activeModalWidget() != nullptr)  // whoever asks goes on with what there was before
+        if (QApplication::activeModalWidget() != nullptr)  // an open dialog must not see another document
             return QTimer::singleShot(50, this, [=] { post(wanted, [=] { finish(wanted, done); }); });
         drop();
         done();
@@ -76,7 +76,7 @@ public:
     }
 
     ~Window() override {
-        undo_.disconnect(this);  // it tells of its end
+        undo_.disconnect(this);  // it emits signals in its destructor
         for (Job* job : {documentJob_, lentJob_, designJob_}) job->drop();
         QThreadPool::globalInstance()->waitForDone();
     }
@@ -89,7 +89,7 @@ public:
         if (file.open(QIODevice::ReadOnly) && file.read(4096).trimmed().startsWith('<'))
             return read<Design const>(*designJob_, bytes, [this](auto design) { setDesign(design); });
         if (lentJob_->isRunning()) return tell("Wait until the document is back.");
-        // Until the file is read the document that is open stays, and cannot be changed.
+        // Until the file is read, the open document stays, but cannot be changed.
         auto const take = [this](auto document) { setDocument(document); };
         keepChanges([=] { read<Document>(*documentJob_, bytes, take); });
     }
@@ -163,7 +163,7 @@ private:
         updateState();
     }
 
-    // What is large is freed in a thread.
+    // Large objects are freed in a thread.
     static void drop(std::shared_ptr<void const> content) {
         QThreadPool::globalInstance()->start(QRunnable::create([content = std::move(content)] {}));
     }
@@ -177,7 +177,7 @@ private:
     }
 
     void setDocument(std::shared_ptr<Document> const& document) {
-        lentJob_->drop();  // what comes back now is not wanted any more
+        lentJob_->drop();  // its result is no longer wanted
         undo_.clear();
         fields_.show(nullptr);
         commands_.show(document);
@@ -186,7 +186,7 @@ private:
         changed(0);
     }
 
-    // Joins the document with the design that is open. A join looks every command up, so a thread makes it.
+    // Joins the document with the open design. A join looks up every command, so a thread makes it.
     void joinDesign() {
         updateState();
         if (!document_ || documentJob_->isRunning() || document_->design == design_) return;
@@ -194,7 +194,8 @@ private:
         lend("Looking the names up (%1)", join, {});
     }
 
-    // Gives the document to work in a thread, which returns what went wrong; takes it back after it, and calls `then`.
+    // Hands the document to work in a thread, which returns an error text; then takes the document back and calls
+    // `then`.
     void lend(QString const& title, std::function<std::string(Document&)> const& work, Then const& then) {
         mayLeaveFields();
         commands_.show(nullptr);
@@ -213,7 +214,7 @@ private:
                                 if (then) then();
                             };
                         });
-        lentJob_->setEnabled(false);  // what is begun must come back
+        lentJob_->setEnabled(false);  // the work cannot be cancelled
         updateState();
     }
 
@@ -242,7 +243,7 @@ private:
         });
     }
 
-    // Calls `then` when no change is lost by it: there are none, they are saved, or the user gives them up.
+    // Calls `then` when no change would be lost: there are none, they are saved, or the user discards them.
     void keepChanges(Then const& then) {
         auto const buttons = QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel;
         auto const answer = undo_.isClean() ? QMessageBox::Discard : ask("There are unsaved changes.", buttons);
@@ -262,16 +263,16 @@ private:
         });
     }
 
-    // Applies what is being typed; false if something cannot be applied.
+    // Applies what is being typed; returns false if something cannot be applied.
     bool mayLeaveFields() {
-        QCoreApplication::sendPostedEvents(form_->itemDelegate(), QEvent::MetaCall);  // a commit may be under way
+        QCoreApplication::sendPostedEvents(form_->itemDelegate(), QEvent::MetaCall);  // a commit may be pending
         for (auto* editor : form_->viewport()->findChildren<QLineEdit*>())
             QMetaObject::invokeMethod(form_, "commitData", Q_ARG(QWidget*, editor));
         if (fields_.isRed()) statusBar()->showMessage("What is red is not applied: type it anew, or drop it (Edit).");
         return !fields_.isRed();
     }
 
-    // Whether the document is here, and nothing that is typed is left.
+    // Returns whether the window has the document, and no typed text is left to apply.
     bool mayChange() { return document_ && !documentJob_->isRunning() && mayLeaveFields(); }
 
     // Shows a command and its fields, and selects its objects in the design.
@@ -342,7 +343,7 @@ private:
         if (isField && !text.isEmpty()) fields_.setData(field, text + "}]", Qt::EditRole);
     }
 
-    // Takes the name that is near a missing word of the command in the form.
+    // Replaces a missing word of the command in the form with the nearest name.
     void takeNear(TovNameUse const& missing) {
         QString const near = document_->said[missing.word].second;
         for (int row = 0; row < fields_.rowCount() && !near.isEmpty(); ++row) {
@@ -366,7 +367,7 @@ private:
     }
     void tell(QString const& text) { ask(text, QMessageBox::Ok); }
 
-    static constexpr int most = 500;  // entries of a list that nobody reads to its end
+    static constexpr int most = 500;  // entries of a list; nobody reads more
 
     QUndoStack undo_{this};
     std::shared_ptr<Design const> design_;

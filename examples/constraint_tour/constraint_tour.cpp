@@ -1,5 +1,5 @@
-// Reports what of a constraint file a save does not keep, shows what is in it, edits it, saves it, and checks that the
-// saved file stays as it is when it is loaded and saved again.
+// Reports what a save of a constraint file would lose, shows the content of the file, edits it, saves it, and checks
+// that the saved file does not change when it is loaded and saved again.
 //
 //   constraint_tour FILE [SAVED-FILE]
 
@@ -23,7 +23,7 @@ using namespace kiri::tov;
 
 namespace {
 
-/// The text, or its start and "..." where it is long.
+/// Returns the text, or its start and "..." if it is long.
 std::string cut(std::string text) {
     constexpr std::size_t most = 100;
     if (text.size() > most) text.replace(most - 3, std::string::npos, "...");
@@ -46,7 +46,7 @@ void printKinds(TOV& document) {
     }
 }
 
-// Disables the first command that is enabled.
+// Disables the first enabled command.
 void disableOne(TOV& document) {
     TovCmd* first = nullptr;
     forEachCommand(document, [&first](TOVCMD_TYPE, TovCmd& cmd) {
@@ -57,7 +57,7 @@ void disableOne(TOV& document) {
     std::printf("  disabled: %s\n", cut(first->toSaveString(&document)).c_str());
 }
 
-// Adds a clock on two ports; of a list of targets the file holds the first.
+// Adds a clock on two ports; a file holds only the first target of a list.
 void addClock(TOV& document) {
     auto clock = std::make_unique<TovCmdClockDef>(8.0F, "tour_clk", nullptr);
     clock->waveform = {0.0F, 4.0F};
@@ -72,7 +72,7 @@ std::string contentOf(std::string const& path) {
     return text.str();
 }
 
-// Reports what of the file the saved one will not have.
+// Reports what the saved file will not have.
 void printFindings(char const* path) {
     constexpr std::size_t findingsShown = 20;
     std::size_t count = 0;
@@ -108,8 +108,8 @@ int tour(char const* path, std::string const& saved) {
     disableOne(document);
     addClock(document);
 
-    // The first save leaves out what the format does not hold. From the second save on the text of an ordinary file
-    // stays as it is.
+    // The first save drops what the format does not hold. From the second save on, the text of an ordinary file is
+    // stable.
     if (!saveTo(document, saved)) return 1;
     std::string const first = contentOf(saved);
     std::string const second = saved + ".again";

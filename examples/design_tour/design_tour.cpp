@@ -1,5 +1,4 @@
-// Loads a design dump, shows what is in it, and writes a constraint file with one clock for each clock of the
-// design.
+// Loads a design dump, shows its content, and writes a constraint file with one clock for each clock of the design.
 //
 //   design_tour DUMP CONSTRAINT-FILE
 
@@ -18,7 +17,7 @@ using namespace kiri::tov;
 
 namespace {
 
-/// The text, or its start and "..." where it is long.
+/// Returns the text, or its start and "..." if it is long.
 std::string cut(std::string text) {
     constexpr std::size_t most = 100;
     if (text.size() > most) text.replace(most - 3, std::string::npos, "...");

@@ -1,5 +1,6 @@
 // Disables every command of a constraint file that refers to a clock, and saves the file under another name. A
-// generated clock whose definition is disabled is gone as well, and so are the commands that refer to it.
+// generated clock whose definition is disabled no longer exists either, so the commands that refer to it are disabled,
+// too.
 //
 //   disable_by_clock FILE CLOCK OUT
 
@@ -22,8 +23,8 @@ using namespace kiri::tov;
 
 namespace {
 
-// Decides which commands refer to a clock. In a document that defines this clock alone, joined with an empty design, a
-// word stands for the clock or for nothing: "clk", {clk_b clk_a} and [get_clocks clk_*] are all judged by the library.
+// Decides which commands refer to a clock. In a document that defines only this clock, joined with an empty design, a
+// word matches the clock or nothing: the library judges "clk", {clk_b clk_a} and [get_clocks clk_*] alike.
 class ClockReferences {
 public:
     explicit ClockReferences(std::string const& clock) {
@@ -34,7 +35,7 @@ public:
     bool isIn(TovCmd& cmd) const { return count(join_->usesIn(cmd)) > count(join_->missingIn(cmd)); }
 
 private:
-    // Lists without a role, the targets of a clock and the objects of a delay, do not use clocks.
+    // Lists without a role (the targets of a clock, the objects of a delay) do not use clocks.
     static std::ptrdiff_t count(std::vector<TovNameUse> const& uses) {
         return std::count_if(uses.begin(), uses.end(), [](TovNameUse const& use) { return *use.role != '\0'; });
     }
@@ -45,7 +46,7 @@ private:
     std::unique_ptr<TovDocumentNames> join_;
 };
 
-// Disables what refers to the clocks, and adds the clocks that this removes to them.
+// Disables the commands that refer to the clocks, and adds the clocks that this removes to the list.
 int disableAll(TOV& document, std::vector<std::string> clocks) {
     int count = 0;
     for (std::size_t i = 0; i < clocks.size(); ++i) {

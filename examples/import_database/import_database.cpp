@@ -8,8 +8,8 @@
 
 namespace {
 
-// A database owns the records in its lists; a record owns its texts and object references. Each is made into
-// the list that owns it.
+// A database owns the records in its lists; a record owns its texts and object references. Create each one in the list
+// that owns it.
 template <class Record, class... Arguments>
 Record* add(ppStlList<Record*>& list, Arguments... arguments) {
     list.push_back(nullptr);
@@ -39,7 +39,7 @@ void fill(taDci& database) {
     video->waveform.push_back(taDciText("0"));
     video->waveform.push_back(taDciText("3.367"));
 
-    taDciSynClk* const half = add(database.clocks);  // not a master clock: a generated one
+    taDciSynClk* const half = add(database.clocks);  // not a master clock, but a generated one
     half->name = taDciText("clk_half");
     half->divideBy = taDciText("2");
     half->masterClock = system;
@@ -85,7 +85,7 @@ int main() {
         taDci database;
         fill(database);
         kiri::tov::TOV document;
-        document.loadTaObjects(&database, true);  // the document keeps copies; the database stays ours
+        document.loadTaObjects(&database, true);  // the document makes copies; the database still belongs to us
         std::fputs(document.toSaveString().c_str(), stdout);
     } catch (std::exception const& error) {
         std::fprintf(stderr, "import_database: %s\n", error.what());
