@@ -1,4 +1,4 @@
-// Every operation with each of its allocations failing in turn.
+// Runs every operation with each of its allocations failing in turn.
 
 #include <gtest/gtest.h>
 
@@ -23,10 +23,10 @@ using namespace kiri::tov;
 using allocations::live;
 using allocations::untilFailure;
 
-long failing = 0;  // the allocation of an attempt that fails
+long failing = 0;  // the allocation that fails in this attempt
 bool completed = false;
 
-// The operation of a scenario whose allocation fails; true if it was completed.
+// Runs the operation of a scenario with a failing allocation; returns true if it completed.
 bool attempt(std::function<void()> const& operation) {
     untilFailure = failing;
     completed = true;
@@ -40,16 +40,16 @@ bool attempt(std::function<void()> const& operation) {
     return completed;
 }
 
-// The same on a thread that is new to the library.
+// The same on a thread that has not used the library before.
 bool attemptAnew(std::function<void()> const& operation) {
     std::thread([&operation] { attempt(operation); }).join();
     return completed;
 }
 
-// Plays a scenario with each allocation of its attempt failing, from the `first` on; nothing is left over.
+// Plays a scenario with each allocation of its attempt failing in turn, from the `first` on; nothing may leak.
 void sweep(std::function<void()> const& scenario, long first = 1) {
     failing = 0;
-    scenario();  // makes what the process keeps
+    scenario();  // allocates what the process keeps
     completed = false;
     for (failing = first; !completed && !testing::Test::HasFailure(); ++failing) {
         long const before = live;
@@ -103,7 +103,7 @@ TEST(Alloc, Documents) {
     }
 }
 
-// A document is read whole or is empty, also where a line is refused.
+// A document is read completely or is empty, even if a line is refused.
 TEST(Alloc, Reads) {
     support::TempDir const dir;
     for (std::string const last : {"c", "create_clock -waveform"}) {
@@ -177,8 +177,8 @@ TEST(Alloc, Designs) {
     support::TempDir const dir;
     std::string const whole = SEEDS "/design/full";
     std::string const cut = support::write(dir / "cut", support::read(whole) + "<");
-    // Where memory is short while Qt makes its objects, Qt ends the process: the sweep begins after that, and on a
-    // thread that Qt knows.
+    // If memory is short while Qt creates its objects, Qt ends the process: the sweep begins after that, on a thread
+    // that Qt already knows.
     for (std::string const& path : {whole, cut}) {
         sweep(
             [&] {

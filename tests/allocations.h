@@ -1,7 +1,7 @@
 #pragma once
 
-// Counts what a program takes by operator new and by the C library's functions, and lets an allocation fail; what Qt
-// takes by malloc is its own. For one source file of a program that wraps malloc, realloc and free.
+// Counts the allocations of a program by operator new and the C library's functions, except for Qt's use of malloc, and
+// makes an allocation fail. Include it in one source file of a program that wraps malloc, realloc and free.
 
 #include <gtest/gtest.h>
 #include <malloc.h>

@@ -18,7 +18,7 @@ namespace {
 using namespace kiri::tov;
 namespace fs = std::filesystem;
 
-// Lets the process be another user with another group and one more, as long as it lives.
+// During its lifetime, the process is another user with another group and a supplementary group.
 class OtherUser {
 public:
     OtherUser(uid_t user, gid_t group, gid_t member) {
@@ -38,7 +38,7 @@ std::string rightsOf(std::string const& path) {
     return text.str();
 }
 
-// A folder with one file in it, and a document to save.
+// A folder with one file, and a document to save.
 class Atomic : public testing::Test {
 protected:
     Atomic() {
@@ -54,7 +54,7 @@ protected:
         return result;
     }
 
-    // Saves, and returns the reason why it failed, without the path.
+    // Saves, and returns why that failed, without the path.
     std::string save(std::string const& to) {
         std::string error = "old error";
         bool const saved = document.saveAtomically(to.c_str(), &error);
@@ -123,7 +123,7 @@ TEST_F(Atomic, SaysWhyItFailed) {
     EXPECT_EQ(names(), before);
 }
 
-// What other users see of a file, and what they may do.
+// Other users may not gain rights from a save.
 TEST_F(Atomic, KeepsRightsAndGivesNone) {
     if (::geteuid() != 0) GTEST_SKIP() << "only root is other users";
     ::chmod((dir / "").c_str(), 0777);
@@ -136,7 +136,7 @@ TEST_F(Atomic, KeepsRightsAndGivesNone) {
         std::string const why = save(path);
         return rightsOf(path) + (why.empty() ? "" : " " + why);
     });
-    // Files may be made in the folder, and not be listed.
+    // The process may create files in the folder, but not list them.
     ::chmod((dir / "").c_str(), 0733);
     {
         OtherUser const other(5001, 5001, 5001);
@@ -193,8 +193,8 @@ TEST_F(Atomic, KeepsAccessListsAndAttributes) {
     EXPECT_EQ(names(), (std::set<std::string>{"file", "new"}));
 }
 
-// Each step with its arguments, in the order that guards the old file: text, rights, disk, name. A row says whether the
-// file exists and whether the system has files without a name.
+// Each step with its arguments, in the order that protects the old file: text, rights, disk, name. A row says whether
+// the file exists and whether the system supports files without a name.
 TEST_F(Atomic, NamesTheFileWhenItIsWhole) {
     mode_t const before = ::umask(0);
     support::expectRows("save_steps", [this](std::string const& row) {
@@ -224,7 +224,7 @@ TEST_F(Atomic, TriesNamesAgain) {
     EXPECT_EQ(names(), std::set<std::string>{"file"});
 }
 
-// A row names a call, which of its calls fail (0: all) and how.
+// A row has a system call, which of its calls fail (0: all), and the error.
 TEST_F(Atomic, LeavesTheOldFileOrTheNewOne) {
     support::expectRows("save_faults", [this](std::string const& row) {
         std::istringstream fault(row);
@@ -242,7 +242,7 @@ TEST_F(Atomic, LeavesTheOldFileOrTheNewOne) {
     });
 }
 
-// Another program replaces or removes the file between two looks at it.
+// Another program replaces or removes the file while it is examined.
 TEST_F(Atomic, LooksAgain) {
     std::string const other = support::write(dir / "other", "other");
     ::chmod(other.c_str(), 0606);

@@ -1,4 +1,4 @@
-// The tree of cells, and the walk that matches words against its levels.
+// The tree of cells, and the walk that matches words with its levels.
 
 #include "tov/names/cell_tree_p.h"
 

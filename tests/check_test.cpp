@@ -1,4 +1,4 @@
-// What a load and a save would not keep.
+// What a load and a save would lose.
 
 #include "tov/check.h"
 
@@ -35,12 +35,12 @@ TEST(Check, FindsInFiles) {
     EXPECT_EQ(textOf(findings), "");
     EXPECT_FALSE(checkTovFile(nullptr, findings));
     EXPECT_FALSE(checkTovFile((dir / "").c_str(), findings));
-    EXPECT_FALSE(checkTovFile("/proc/self/mem", findings));  // can be opened and not be read
+    EXPECT_FALSE(checkTovFile("/proc/self/mem", findings));  // can be opened, but not read
     support::write(path, "");
     EXPECT_TRUE(checkTovFile(path.c_str(), findings));
 }
 
-// Nothing of a line is left when the next one is checked.
+// No state of a line remains when the next one is checked.
 TEST(Check, FindsInAFileWhatItFindsInItsLines) {
     std::string text;
     std::string expected;
@@ -67,7 +67,7 @@ TEST(Check, CountsEachClockOfAGroup) {
     EXPECT_EQ(textOf(checkTovLine("set_clock_groups -exclusive -group [get_clocks {" + clocks + "}]")), "");
 }
 
-// A save of the groups would take 500 MB and more; what they hold in common is found all the same.
+// A save of the groups would take more than 500 MB; the words that they share are found all the same.
 TEST(Check, LooksAtGroupsOfManyWordsOnce) {
     std::string many;
     for (int i = 0; i < 30'000; ++i) many += " a";
@@ -144,7 +144,7 @@ TEST(Check, CutsWordsInMessages) {
     }
 }
 
-// A caller may ask about any line.
+// A caller may pass any line.
 TEST(Check, ExplainsAFindingOfAnotherLine) {
     for (std::string const line : {"", "# c", "create_clock -waveform", "set_false_path", "create_clock -name \\"}) {
         for (int kind = -1; kind < 10; ++kind) {

@@ -1,4 +1,4 @@
-// Commands: the lines they read and write, and the ways to make one.
+// Commands: the lines that they read and write, and the ways to create one.
 
 #include "tov/cmd/commands.h"
 
@@ -33,7 +33,7 @@ TEST(Commands, ReadAndWriteLines) {
     } catch (TovMissingValue const& refusal) {
         EXPECT_STREQ(static_cast<std::out_of_range const&>(refusal).what(), "vector::_M_range_check");
     }
-    // A class takes the keyword of its sibling as its own.
+    // A class also accepts the keyword of its sibling.
     EXPECT_FALSE(TovCmdInputDelay("set_output_delay").enabled);
     EXPECT_FALSE(TovCmdMinDelay("set_max_delay").enabled);
     EXPECT_TRUE(TovCmdAttr("#attribute a b c d e -disable f").enabled);
@@ -57,7 +57,7 @@ TEST(Commands, AreOfTheKindsThatTheirSourcesState) {
     }
 }
 
-// A command is made from any kind of text, and saves the line unless a class derived from its own has another one.
+// A command is made from any kind of text, and saves the line unless a derived class saves another one.
 template <class Cmd>
 void checkClass(CommandKind const& kind) {
     std::string const line(kind.sample);
@@ -99,7 +99,7 @@ TEST(Commands, AreMadeFromLines) {
     checkClass<TovCmdAttr>(attributeKind);
 }
 
-// A relation is a bool; what a bool could be made from is a line, a record or nothing.
+// A relation is a bool; values that convert to bool must be a line, a record or rejected.
 template <class From>
 constexpr bool makesGroups = std::is_constructible_v<TovCmdClockGroupDef, From>;
 static_assert(makesGroups<bool> && makesGroups<char const*> && makesGroups<taDciSynClkGroup*>);

@@ -7,7 +7,7 @@
 
 namespace support {
 
-/// A database of records that differ in what the import looks at, in the order of the record's fields.
+/// A database of records that differ in the fields that the import reads, in the order of the fields.
 inline std::unique_ptr<taDci> makeDatabase() {
     using Members = ppStlList<taDciSynClkGroupMember*>;
     auto const text = taDciText;

@@ -1,4 +1,4 @@
-// Words and the nodes of a design that they stand for.
+// Words and the nodes of a design that they match.
 
 #include "tov/names/design_names.h"
 
@@ -175,7 +175,7 @@ TEST(DesignNames, AnswerManyThreads) {
     for (std::thread& thread : threads) thread.join();
 }
 
-// A pattern that could be tried in very many ways.
+// A pattern with very many possible matches.
 TEST(DesignNames, MatchHostilePatterns) {
     support::TempDir const dir;
     std::string const name(20'000, 'a');

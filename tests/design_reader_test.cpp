@@ -1,4 +1,4 @@
-// Dumps, and the trees that the reader makes of them.
+// Dumps, and the trees that the reader builds from them.
 
 #include <gtest/gtest.h>
 
@@ -22,13 +22,13 @@ std::string quoted(char const* word, std::string const& text) {
     return word + (" '" + text + "'");
 }
 
-// Where a cell belongs, as far as it says so.
+// The library and arch of a cell, if it has them.
 std::string placeOf(TovBaseCellNode const& cell) {
     std::string const library = cell.library().empty() ? "" : quoted(" library", cell.library());
     return library + (cell.arch().empty() ? "" : quoted(" arch", cell.arch()));
 }
 
-// Each node of a list in a line of its own.
+// Each node of a list on its own line.
 template <class List>
 std::string text(List const& list, TovNode const& parent, char const* indent = "\n") {
     std::string lines;
@@ -44,7 +44,7 @@ std::string text(List const& list, TovNode const& parent, char const* indent = "
     return lines;
 }
 
-// What a tree holds in file order, each node in a line after a line feed.
+// The nodes of a tree in file order, each on a line after a line feed.
 std::string content(TovTopNode const& top) {
     return text(top.clocks(), top) + text(top.ports(), top) + text(top.nets(), top) + text(top.cells(), top) +
            text(top.views(), top) + text(top.rams(), top) + text(top.roms(), top) + text(top.mults(), top);
@@ -64,12 +64,12 @@ std::string read(std::string const& dump, int entityLimit = 0) {
     return quoted("top", top.name()) + entry + placeOf(top) + content(top);
 }
 
-/// A dump of a tree that holds what `content` adds.
+/// A dump whose unit contains `content`.
 std::string inUnit(std::string const& content) {
     return "<top name='t'><library><unit>" + content + "</unit></library></top>";
 }
 
-// The lines of what a dump adds below the top node, each after a line feed.
+// The lines of the nodes below the top node, each after a line feed.
 std::string linesOf(std::string const& dump, int entityLimit = 0) {
     std::string const tree = read(dump, entityLimit);
     return tree.substr(std::min(tree.find('\n'), tree.size()));
@@ -96,7 +96,7 @@ TEST(Reader, TakesEachListOnlyInItsPlaces) {
     });
 }
 
-// What is large or looks odd is content all the same, as far as the XML parser's own limits go.
+// Large or odd content is still content, within the limits of the XML parser.
 TEST(Reader, AltersNothing) {
     std::string quotes = "<x";
     std::string attributes;

@@ -1,4 +1,4 @@
-// Designs: what they answer, and how their loads end.
+// Designs: the results of queries, and how loads end.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -14,7 +14,7 @@ using namespace kiri::tov;
 
 namespace {
 
-/// Runs each query into a list of one null; returns, for each, " | ", the length and the names.
+/// Runs each query with a list of one null; returns " | ", the length and the names for each.
 std::string answers(TovDesign const& design) {
     std::string line;
     forEachQuery([&](char const*, auto query) {
@@ -25,7 +25,7 @@ std::string answers(TovDesign const& design) {
     return line;
 }
 
-// What a design without nodes answers: each list as it was.
+// The answer of a design without nodes: each list is unchanged.
 std::string const noAnswers = [] {
     std::string line;
     forEachQuery([&line](char const*, auto) { line += " | 0 null"; });

@@ -1,6 +1,6 @@
-// dlopen_test LIBRARY: loads the library in a process that has done nothing else and checks that loading leaves the
-// process as it was, and that it can be unloaded while a thread lives that used it. The environment variable that the
-// library reads at its load changes nothing in that.
+// dlopen_test LIBRARY: loads the library in a process that has done nothing else, and checks that loading does not
+// change the process, and that the library can be unloaded while a thread that used it is running. The environment
+// variable that the library reads when it is loaded makes no difference.
 
 #include <dlfcn.h>
 #include <malloc.h>
@@ -42,7 +42,7 @@ std::string state() {
     return text;
 }
 
-// How many keys for thread-specific data are left.
+// The number of available keys for thread-specific data.
 std::size_t freeKeys() {
     std::vector<pthread_key_t> keys;
     for (pthread_key_t key{}; ::pthread_key_create(&key, nullptr) == 0;) keys.push_back(key);
@@ -56,7 +56,7 @@ Formatter formatterOf(void* library) {
     return reinterpret_cast<Formatter>(::dlsym(library, "_Z7neoformPKcz"));
 }
 
-// Loads a design and destroys it, as a program does that has the library's functions by name only.
+// Loads a design and destroys it, as a program does that knows the library's functions only by name.
 bool loadsDesign(void* library) {
     using Member = void (*)(void* design);
     auto const construct = reinterpret_cast<Member>(::dlsym(library, "_ZN4kiri3tov9TovDesignC1Ev"));
@@ -75,7 +75,7 @@ bool loadsDesign(void* library) {
     return loaded;
 }
 
-// Whether a new thread, which lives on until the library is unloaded, can format and load a design.
+// Whether a new thread, which runs until the library is unloaded, can format text and load a design.
 bool worksAndUnloads(void* library, char const* path) {
     Formatter const neoform = formatterOf(library);
     std::promise<bool> worked;
@@ -92,7 +92,7 @@ bool worksAndUnloads(void* library, char const* path) {
     return works && gone;
 }
 
-// Whether loads after the first leave nothing: no key, and no text of the thread that unloads.
+// Whether loads after the first leak nothing: no key, and no text of the thread that unloads.
 bool givesBack(char const* path) {
     std::string const longText(1'000'000, 'x');
     std::size_t const keys = freeKeys();
@@ -108,9 +108,9 @@ bool givesBack(char const* path) {
 }  // namespace
 
 int main(int, char** argv) {
-    // The environment's locale is there before the library is, as in a program that uses Qt.
+    // The locale of the environment is set before the library is loaded, as in a program that uses Qt.
     std::setlocale(LC_ALL, "");
-    // What the library writes at its load goes into a pipe.
+    // Output of the library while it is loaded goes to a pipe.
     int pipe[2];
     if (::pipe2(pipe, 0) != 0 || ::dup2(pipe[1], 1) < 0 || ::dup2(pipe[1], 2) < 0) return 2;
     std::string const before = state();

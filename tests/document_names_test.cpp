@@ -44,7 +44,7 @@ protected:
         return addCommand(document, TOVCMD_FALSEPATH, std::move(path));
     }
 
-    // The uses as lines "role:type word", those among `missing` marked.
+    // The uses as lines "role:type word"; those in `missing` are marked.
     static std::string textOf(std::vector<TovNameUse> const& uses, std::vector<TovNameUse> missing) {
         std::string text;
         for (TovNameUse const& use : uses) {
@@ -148,7 +148,7 @@ TEST_F(Join, FollowsChanges) {
     EXPECT_EQ(wordsOf(join.missingIn(path)), "m new*");
     TovCmd& kept = add("set_false_path -from u1/CK -to nowhere");
     join.add(kept);
-    // As often as it takes for what is left of the old words to be dropped.
+    // Often enough for the old words to be dropped.
     for (int i = 0; i < 5000; ++i) {
         replaceReferences(static_cast<TovCmdFalsePath&>(path).to, "u1/C" + std::to_string(i), false);
         join.add(path);
@@ -161,7 +161,8 @@ TEST_F(Join, FollowsChanges) {
     EXPECT_EQ(join.commandsOf(pin), (std::vector<TovCmd*>{&kept, loose.get()}));
 }
 
-// Commands come, change, go and come back, and clocks with them; a join made anew is asked the same in between.
+// Commands are added, changed, removed and added again, and clocks with them; after each step a new join must give the
+// same answers.
 TEST_F(Join, AnswersAsOneMadeAnew) {
     TovDocumentNames join(document, names);
     std::vector<TovNode const*> nodes;
@@ -202,7 +203,7 @@ TEST_F(Join, AnswersAsOneMadeAnew) {
     }
 }
 
-// A node of very many levels, on a thread with a small stack.
+// A node with very many levels, on a thread with a small stack.
 TEST(DeepNames, AreFoundInASmallStack) {
     constexpr int levels = 10'000;
     std::string cell, pattern;
@@ -292,7 +293,7 @@ TEST_F(NameCheck, TellsProgressAndStops) {
     });
 }
 
-// What the visitor is given, and where it may stop the check.
+// What the visitor receives, and where it may stop the check.
 TEST_F(NameCheck, VisitsFindings) {
     options.names = &names;
     std::string const text =
@@ -316,7 +317,7 @@ TEST_F(NameCheck, VisitsFindings) {
     EXPECT_EQ(visits, expected);
     EXPECT_EQ(error, "");
 
-    // What can be read once.
+    // A file that can be read only once.
     std::string const pipe = dir / "pipe";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     visits.clear();

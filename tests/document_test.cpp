@@ -1,4 +1,4 @@
-// Documents: which line is what, where it is saved, and what a caller may do with the lists.
+// Documents: how lines are classified, where they are saved, and what a caller may do with the lists.
 
 #include "tov/tov.h"
 
@@ -20,7 +20,7 @@ TEST(Document, ClassifiesLines) {
                         [](auto const& text, auto const& saved) { EXPECT_EQ(bodyOf(text), saved + "\n"); });
 }
 
-// A first save drops what the format has no place for; from then on a text stays as it is.
+// The first save drops what the format does not hold; from then on a text is stable.
 TEST(Document, IsStableFromTheSecondSaveOn) {
     support::forEachRow("second_saves", [](auto const& text, auto const& saved) {
         TOV document;
@@ -67,7 +67,7 @@ TEST(Document, ListsAreTheCallersToEdit) {
 
 std::vector<TOVCMD_TYPE> const allLists = support::allLists();
 
-// The places of a list come in any order of addresses, and a command in any list.
+// The nodes of a list may be in any order of addresses, and a command may be in any list.
 TEST(Document, SavesListsThatACallerMixed) {
     std::minstd_rand random;
     for (int round = 0; round < 50; ++round) {
@@ -89,7 +89,7 @@ TEST(Document, SavesListsThatACallerMixed) {
     }
 }
 
-// A command of a caller's class, which looks at its document while it is saved and deleted.
+// A command of a caller's class that reads its document while it is saved and deleted.
 struct Witness : TovCmdFalsePath {
     Witness(TOV& owner, TOVCMD_TYPE in, std::string& report)
         : TovCmdFalsePath(nullptr), document(owner), list(in), told(report) {}
@@ -192,7 +192,7 @@ TEST(Document, KeepsWhatComesBeforeALineThatEndsALoad) {
     EXPECT_EQ(support::bodyOf(document), line + line + "# c\n~\n");
 }
 
-// A caller's class may observe in which order the commands are asked for their lines.
+// A caller's class may observe the order in which the commands are saved.
 template <class Cmd>
 struct Observed : Cmd {
     Observed(char const* line, std::string& log_) : Cmd(line), log(log_) {}

@@ -20,7 +20,7 @@ TEST(Edit, WalksAndAppends) {
         EXPECT_EQ(document.getTovCmdList(list)->front(), &cmd);
         document.getTovCmdList(list)->pop_front();
         delete &cmd;
-        // What is appended is visited in a later list alone.
+        // An appended command is visited only if it is in a later list.
         for (TOVCMD_TYPE other : {list, TOVCMD_FALSEPATH}) addCommand(document, other, makeCommand("set_false_path"));
     });
     EXPECT_EQ(visited, "create_clock set_max_delay set_max_delay set_false_path set_false_path #attribute ");
@@ -52,7 +52,7 @@ TEST(Edit, MakesCommandsAsALoadDoes) {
     EXPECT_THROW(makeCommand("create_clock -waveform"), std::out_of_range);
 }
 
-// Short names are copied in another way than long ones.
+// Short names are copied differently from long ones.
 TEST(Edit, KeepsNamesOfAnyLength) {
     ppStlList<taDciObj*> list;
     for (std::size_t size = 40; size < 260; ++size) {

@@ -17,7 +17,7 @@ using support::Calls;
 using support::descriptors;
 using support::TempDir;
 
-// Lines around the sizes in which a file is read, with the last line complete or not.
+// Lines around the block sizes in which a file is read, with the last line complete or not.
 TEST(Files, MayHaveLinesOfAnyLength) {
     EXPECT_EQ(bodyOf("\n" + std::string(20'000, 'n')), std::string(20'000, 'n') + "\n~\n");
     std::vector<std::size_t> sizes = {3'000'000};
@@ -43,7 +43,7 @@ TEST(Files, MayBePipesAndAreNotInherited) {
     std::string const name(700000, 'n');
     TOV document;
     std::thread writer([&] { support::write(fifo, "a\nset_false_path -to " + name + "\nlast"); });
-    // The size of a pipe is known at its end alone.
+    // The size of a pipe is known only at its end.
     std::uint64_t last = 0;
     auto const isPipe = [&](auto at, auto size) { return std::exchange(last, size) == 0 && (size == 0 || size == at); };
     EXPECT_TRUE(document.load(fifo.c_str(), isPipe));
@@ -83,7 +83,7 @@ TEST(Files, MayNotBeThereOrFail) {
     EXPECT_FALSE(document.save(folder.c_str()));
     std::string const full = support::makeFullDevice(dir);
     EXPECT_TRUE(full.empty() || document.save(full.c_str()));
-    // What is there and cannot be opened keeps the comments, what cannot be read does not.
+    // A file that exists but cannot be opened keeps the comments; one that cannot be read does not.
     EXPECT_FALSE(document.parseTovFile(folder.c_str()));
     EXPECT_EQ(bodyOf(document), "set_false_path\nc\n~\n");
     EXPECT_TRUE(document.load(folder.c_str()));
@@ -94,7 +94,7 @@ TEST(Files, MayNotBeThereOrFail) {
     EXPECT_EQ(descriptors(), open);
 }
 
-// Wherever a block of the file ends, it ends in a line of which the beginning would end the load.
+// Each block of the file ends in a line whose beginning alone would end the load.
 std::string content(int lines) {
     std::string text = "c\nset_false_path\n#attribute a b c d e\nd\n";
     while (--lines >= 0) text += "create_clock -waveform" + std::string(40000, ' ') + "5\n";

@@ -15,7 +15,7 @@ namespace {
 
 using namespace kiri::tov;
 
-// The names of a dump's nets, "false" if it does not load.
+// The names of a dump's nets, or "false" if it does not load.
 std::string netsOf(std::string const& text) {
     support::TempDir const dir;
     TovDesign design;
@@ -77,7 +77,7 @@ TEST(Hostile, DecimalComma) {
     std::string const make = "localedef -i de_DE -f UTF-8 " + (dir / "comma") + " 2>&1";
     if (std::system(make.c_str()) != 0 || std::setlocale(LC_ALL, "") == nullptr) GTEST_SKIP();
     int count = 0;
-    QCoreApplication const application(count, nullptr);  // takes the locale of the environment
+    QCoreApplication const application(count, nullptr);  // sets the locale of the environment
     EXPECT_STREQ(std::localeconv()->decimal_point, ",");
     checkContent();
     EXPECT_STREQ(neoform("%f %5.2f", 1.5, 1.25), "1.500000  1.25");

@@ -6,7 +6,7 @@ namespace {
 
 using namespace kiri::tov;
 
-// The database is gone when a document is looked at: what its commands hold is theirs.
+// The database is deleted before the document is examined: the commands must own what they hold.
 TEST(Import, MakesACommandOfEachRecord) {
     std::string const expected = support::read(TEST_DATA "/imported");
     TOV document;

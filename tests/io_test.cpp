@@ -1,4 +1,4 @@
-// Reading and writing while the system interrupts, fails, or has little to offer; and what is said about it.
+// Reading and writing while system calls are interrupted, fail or transfer little, and the errors reported.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -130,13 +130,13 @@ TEST_F(Io, ReportsFilesOfAnySize) {
             return true;
         };
         impl_detail::ProgressMeter meter(progress, size);
-        // The file may be longer than it was.
+        // The file may have grown.
         for (std::uint64_t read = 0; read < size + 100 * chunk; read += chunk) EXPECT_TRUE(meter.add(chunk));
         EXPECT_TRUE(count >= 20 && count < 1000) << count;
     }
 }
 
-// Of a text of more than 1,000 bytes the middle is left out, and no character is cut.
+// The middle of a text of more than 1,000 bytes is left out, and no character is cut.
 TEST_F(Io, CutsErrorsBetweenCharacters) {
     for (std::size_t size = 955; size < 970; ++size) {
         std::string const tag(size, 'x');
@@ -183,7 +183,7 @@ TEST_F(Io, MakesFilesAsTheMaskSays) {
     }
 }
 
-// The call that reports the whole file comes when all of it is used, and only then.
+// The call that reports the whole file comes only after all of it has been used.
 TEST_F(Io, TellsTheEndOnce) {
     std::string const comments(24'576, '\n');
     std::string const path = support::write(dir / "in", comments.substr(4) + "last");
@@ -198,7 +198,7 @@ TEST_F(Io, TellsTheEndOnce) {
     EXPECT_TRUE(document.read(path.c_str(), count));
     EXPECT_EQ(ends, 1);
     EXPECT_EQ(all, 1);
-    // A dump that is cut where a call comes, and one that is whole before it.
+    // A dump that is truncated where a call would come, and one that is complete before it.
     std::string const dump = "<top>" + comments.substr(5);
     TovDesign design;
     EXPECT_TRUE(design.load(support::write(path, dump).c_str(), count));
@@ -208,7 +208,7 @@ TEST_F(Io, TellsTheEndOnce) {
     EXPECT_TRUE(ends == 2 && all == 1);
 }
 
-// A stop does not wait for a pipe that has no more to say yet.
+// Stopping does not wait for a pipe that has no data yet.
 TEST_F(Io, StopsAtAPipeThatWaits) {
     std::string const fifo = dir / "pipe";
     ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);

@@ -1,4 +1,4 @@
-// What operations take: what they keep, and their peak beyond it.
+// The memory of operations: what they keep, and their peak beyond that.
 
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ using allocations::largest;
 using allocations::liveBytes;
 using allocations::peakBytes;
 
-// The bytes that an operation keeps, and those that it takes beyond them.
+// The bytes that an operation keeps, and its peak beyond those.
 std::pair<std::size_t, std::size_t> bytesOf(std::function<void()> const& operation) {
     std::size_t const before = peakBytes = liveBytes;
     operation();
@@ -40,7 +40,7 @@ TEST(Memory, CopiesOfALongTextShareIt) {
     EXPECT_TRUE(list.front()->name == text);
 }
 
-// What a load needs beyond what it keeps: the longest line with room to grow, and comments while their text grows.
+// What a load needs beyond what it keeps: the longest line with room to grow, and the comments while their text grows.
 TEST(Memory, AFileCostsItsLongestLine) {
     support::TempDir const dir;
     std::size_t const longest = 3'000'000;
@@ -73,7 +73,7 @@ TEST(Memory, AFileCostsItsLongestLine) {
     }
 }
 
-// Wherever the lines change their length, and whether the lists lie one after the other or not.
+// Wherever the line length changes, and whether or not the lists are one after the other in memory.
 TEST(Memory, ASaveTakesTwiceItsText) {
     constexpr std::size_t count = 30'000;
     struct {
@@ -112,7 +112,7 @@ TEST(Memory, ASaveTakesTwiceItsText) {
     }
 }
 
-// Beyond its tree, a dump costs the base names of its buses while it is read.
+// Beyond its tree, reading a dump takes memory for the base names of its buses.
 TEST(Memory, ADumpCostsTheNamesOfItsBuses) {
     support::TempDir const dir;
     constexpr std::size_t buses = 20'000;

@@ -1,5 +1,5 @@
-// Random designs and words: the index finds what the rules of fuzz/name_rules.h find, tried on one node after another.
-// The fuzz target compares them, and ends the program where they differ.
+// Random designs and words: the index finds what the rules of fuzz/name_rules.h find, applied to one node after
+// another. The code of the fuzz target compares them, and ends the program if they differ.
 
 #include <gtest/gtest.h>
 

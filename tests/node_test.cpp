@@ -1,4 +1,4 @@
-// Nodes of a design made by hand: their names and their buses.
+// Manually created nodes of a design: their names and buses.
 
 #include <gtest/gtest.h>
 
@@ -33,7 +33,7 @@ TEST(Node, HierarchyNames) {
     EXPECT_EQ(bus.hierachyName('|'), "u1|q[4:4]");
 }
 
-// The base and the index of a bit's name; any other name leaves both results alone.
+// The base and the index of a bit's name; for any other name both results are unchanged.
 std::string bitOf(std::string const& name) {
     int index = -5;
     std::string base = "before";

@@ -52,7 +52,7 @@ TEST(Objects, CopyDeeply) {
     EXPECT_TRUE(to.empty());
 }
 
-// A name of up to 43 bytes is in its record, a longer one is shared by the copies of the record.
+// A name of up to 43 bytes is stored in its record; a longer one is shared by the copies of the record.
 TEST(Objects, KeepNamesOfCopies) {
     for (std::size_t const size : {1U, 42U, 43U, 44U, 45U, 127U, 128U}) {
         std::string const name = "x" + std::string(size - 1, 'y');

@@ -32,7 +32,7 @@ TEST(Utilities, FormatsAsPrintfDoes) {
     EXPECT_EQ(neoform(nullptr), nullptr);
 }
 
-// On a thread whose text is new, and grows.
+// On a new thread, whose text is created and grows.
 TEST(Utilities, FormatsTextsOfAnyLength) {
     for (std::size_t size : {511U, 512U, 513U, 100000U}) {
         std::string const part(size, 'x');
@@ -96,7 +96,7 @@ TEST(List, KeepsItsLinksThroughEveryOperation) {
     EXPECT_TRUE(a.empty());
 }
 
-// Short names are in the object reference and long ones beside it.
+// Short names are stored in the object reference, long ones outside.
 TEST(Records, CopyAndOwnTheirTexts) {
     for (std::size_t size : {0U, 43U, 44U, 5000U}) {
         std::string const name(size, 'n');

@@ -25,7 +25,7 @@ TEST(References, StandAsTheyAreWritten) {
     groups.groups = {nullptr, new ppStlList<taDciObj*>()};
     ASSERT_EQ(referencesOf(groups).size(), 1U);
     EXPECT_EQ(referencesOf(groups)[0].list, groups.groups[1]);
-    // A caller's class has the lists of the one that it is derived from.
+    // A caller's class has the lists of its base class.
     struct OwnDelay : TovCmdIODelay {
         using TovCmdIODelay::TovCmdIODelay;
         std::string toSaveString(TOV*) override { return {}; }

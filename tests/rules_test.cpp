@@ -1,4 +1,4 @@
-// What toveng finds in files: rule by rule, and after edits as if the file were new.
+// The findings of toveng in files: rule by rule, and after edits the same as in a new file.
 
 #include <algorithm>
 #include <random>
@@ -20,12 +20,12 @@ std::vector<std::string> linesOf(std::string const& text) {
     return lines;
 }
 
-/// A document that is edited: statements, their judgements and the set of them.
+/// An edited document: its statements, their judgements and the set of them.
 class Document {
 public:
     explicit Document(std::vector<std::string> lines) : lines_(std::move(lines)) { scan(0, 0, 0); }
 
-    /// Replaces lines, and judges what that touches.
+    /// Replaces lines, and judges the statements that this may affect.
     void edit(std::size_t first, std::size_t count, std::vector<std::string> const& others) {
         std::size_t const from = firstTouched(statements_, first);
         auto const place = lines_.begin() + static_cast<std::ptrdiff_t>(first);
@@ -52,7 +52,7 @@ public:
     }
 
 private:
-    // Makes the statements new from a place on, up to one that begins where an old one does, at `until` or later.
+    // Rebuilds the statements from a place on, up to one that begins where an old one does, at `until` or later.
     void scan(std::size_t from, std::size_t until, std::ptrdiff_t shift) {
         LinesInMemory lines(lines_);
         StatementScanner scanner(lines);
@@ -168,7 +168,7 @@ TEST(Rules, AreTheSameAfterEdits) {
     }
 }
 
-// Searches for what closes a line must not make the time grow with the square of the lines.
+// The time of the searches for what closes a line must not grow with the square of the number of lines.
 TEST(Rules, ReadManyOpenLinesOnce) {
     for (char const* line : {"x {", "x [", "x [ {", "x \"a ["}) {
         std::vector<std::string> lines(20000, line);

@@ -18,7 +18,7 @@ using namespace tool::sdc;
 
 constexpr double seconds = 20;
 
-// A sanitizer has memory and signals of its own.
+// A sanitizer has its own memory and signal handlers.
 #ifdef __has_feature
 constexpr bool isSanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
 #else
@@ -53,7 +53,7 @@ std::string textOf(Result const& result) {
     return text;
 }
 
-/// What every import must keep: its lines have no finding, and another import leaves them as they are.
+/// What holds for every import: its lines have no findings, and a second import does not change them.
 void expectStable(support::TempDir const& dir, std::string const& text) {
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) EXPECT_TRUE(kiri::tov::checkTovLine(line).empty()) << line;
@@ -94,7 +94,7 @@ TEST(Import, EndsAtItsLimitsAndKeepsWhatCameBefore) {
     };
     support::TempDir const dir;
     for (auto const& [command, message] : rows) {
-        if (isSanitized && message != late) continue;  // it takes the memory of its own without a limit
+        if (isSanitized && message != late) continue;  // a sanitizer takes memory without a limit
         if (isSanitized && message != late) continue;
         Request request = requestOf(dir, "set_false_path -from a\n" + command + "\nset_false_path -from b\n",
                                     message == late ? 0.5 : seconds);
@@ -121,7 +121,7 @@ pid_t busyChild() {
 TEST(Import, TellsTheSignalThatEndsItsChild) {
     support::TempDir const dir;
     for (int signal : {SIGKILL, SIGABRT, SIGTERM, SIGSEGV}) {
-        if (isSanitized && signal == SIGSEGV) continue;  // the sanitizer takes it
+        if (isSanitized && signal == SIGSEGV) continue;  // the sanitizer handles it
         std::atomic<bool> isDone = false;
         std::thread killer([&] {
             pid_t child = 0;
@@ -131,7 +131,7 @@ TEST(Import, TellsTheSignalThatEndsItsChild) {
         Result const result = resultOf(requestOf(dir, "set_false_path -from a\nwhile 1 {}\nset_false_path -from b\n"));
         isDone = true;
         killer.join();
-        // Only a stack that overflows is the command's own end.
+        // Only a stack overflow ends just the command.
         std::string const after = signal == SIGSEGV ? "set_false_path -from  b\n" : "";
         EXPECT_EQ(result.text(), "set_false_path -from  a\n# while 1 {}\n" + after);
         ASSERT_EQ(result.findings().size(), 1U);
@@ -185,7 +185,7 @@ TEST(Import, WritesItsFileWholeOrNotAtAll) {
 }
 
 TEST(Import, GoesThroughManyObjectsInLinearTime) {
-    // As many lines as one call may have, and one more.
+    // The maximum number of lines of a call, and one more.
     support::TempDir const dir;
     std::string const make = "for {set i 0} {$i < $n} {incr i} {lappend l p$i}\nset_false_path -from $l -to {";
     Result const most = resultOf(requestOf(dir, "set n 50000\n" + make + "a b}\n"));

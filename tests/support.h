@@ -19,7 +19,7 @@
 
 namespace support {
 
-/// A scratch folder that goes with the object.
+/// A scratch folder that is removed with the object.
 class TempDir {
 public:
     TempDir() : path_((std::filesystem::temp_directory_path() / "toveng-XXXXXX").string()) {
@@ -51,7 +51,7 @@ inline std::vector<kiri::tov::TOVCMD_TYPE> allLists() {
     return lists;
 }
 
-/// Makes a device that is always full, so that no test writes to the system's. Empty where that is not allowed.
+/// Creates a device that is always full, so that no test writes to the system's. Empty if that is not allowed.
 inline std::string makeFullDevice(TempDir const& dir) {
     std::string path = dir / "full";
     bool const made = ::mknod(path.c_str(), S_IFCHR | 0600, ::makedev(1, 7)) == 0 && std::ofstream(path).is_open();
@@ -64,7 +64,7 @@ struct Row {
     std::string place;  ///< its table and line
 };
 
-/// The rows of a table in data/, whose README.md has their form. Without `hasEscapes` a backslash is one.
+/// The rows of a table in data/, whose README.md describes their form. Without `hasEscapes`, a backslash is literal.
 inline std::vector<Row> rowsOf(std::string const& table, bool hasEscapes = true) {
     std::vector<Row> rows;
     std::ifstream file(TEST_DATA "/" + table);
@@ -89,7 +89,7 @@ inline std::vector<Row> rowsOf(std::string const& table, bool hasEscapes = true)
     return rows;
 }
 
-/// Plays a check of input and expected text on each row of a table; a failure names the row.
+/// Runs a check of input and expected text on each row of a table; a failure names the row.
 template <class Check>
 void forEachRow(std::string const& table, Check check) {
     for (auto const& [input, expected, place] : rowsOf(table)) {
@@ -98,13 +98,13 @@ void forEachRow(std::string const& table, Check check) {
     }
 }
 
-/// Compares what a function returns for each input of a table.
+/// Compares what a function returns for each input of a table with the expected text.
 template <class Function>
 void expectRows(std::string const& table, Function function) {
     forEachRow(table, [&](auto const& input, auto const& expected) { EXPECT_EQ(function(input), expected); });
 }
 
-/// The open descriptors of the process, or those alone that another program would inherit.
+/// The open descriptors of the process, or only those that another program would inherit.
 inline std::size_t descriptors(bool inheritedAlone = false) {
     std::size_t count = 0;
     for (int fd = 0; fd < 1000; ++fd) {
@@ -132,7 +132,7 @@ struct Calls {
     }
 };
 
-/// Loads a file whole, with the calls that are promised; returns their number.
+/// Loads a file completely and checks the promised calls of the progress function; returns their number.
 template <class Load>
 int expectProgress(std::string const& path, Load load) {
     Calls calls;
@@ -143,7 +143,7 @@ int expectProgress(std::string const& path, Load load) {
     return calls.count;
 }
 
-/// Stops a load at one call after another of those that it makes, in both ways.
+/// Stops a load at each of its calls in turn, in both ways.
 template <class Load, class Check>
 void expectStops(int count, Load load, Check checkIsEmpty) {
     for (int stop : {1, 2, count / 2, count}) {
@@ -167,7 +167,7 @@ inline void load(kiri::tov::TOV& document, std::string const& text) {
     document.load(write(dir / "in", text).c_str());
 }
 
-/// What a document saves, without the header before it and with "~" for the one between the sections.
+/// What a document saves, without the first header and with "~" for the one between the sections.
 inline std::string bodyOf(kiri::tov::TOV& document) {
     std::string text = document.toSaveString();
     std::string const between = "\n" + document.attributeComments() + "\n";
@@ -175,7 +175,7 @@ inline std::string bodyOf(kiri::tov::TOV& document) {
     return text.substr(document.sdcComments().size() + 1);
 }
 
-/// What a document saves that was loaded from a text.
+/// What a document loaded from a text saves.
 inline std::string bodyOf(std::string const& text) {
     kiri::tov::TOV document;
     load(document, text);

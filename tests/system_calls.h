@@ -1,7 +1,7 @@
 #pragma once
 
 // The system calls of a program that is linked with wrap_system_calls() of CMakeLists.txt: which were made, and which
-// fail. Each thread has its own plans and records. For one source file of a program.
+// fail. Each thread has its own plans and records. Include it in one source file of a program.
 
 #include <fcntl.h>
 #include <stdio.h>
@@ -18,14 +18,14 @@
 
 namespace calls {
 
-/// What a call does before the system does it: it fails by the errno returned, 0 lets it pass.
+/// Runs before a system call: the call fails with the returned errno; 0 lets it pass.
 using Plan = std::function<int()>;
 
 thread_local bool over =
-    false;  // the thread has ended: its plans and records are gone, and coverage is yet to be written
+    false;  // the thread has ended and its plans and records are destroyed, but coverage is still to be written
 thread_local std::map<std::string, Plan> plans;
-thread_local std::string made;   // the names of the calls since the last start(), a blank after each
-thread_local std::string lines;  // the calls with their arguments, a line for each
+thread_local std::string made;   // the names of the calls since the last start(), each followed by a blank
+thread_local std::string lines;  // the calls with their arguments, one per line
 thread_local struct End {
     ~End() { over = true; }
 } end;
@@ -180,7 +180,7 @@ ssize_t __wrap_write(int fd, void const* from, size_t size) {
 int __real_close(int fd);
 int __wrap_close(int fd) {
     calls::note("close", Descriptor{fd});
-    int const result = __real_close(fd);  // which closes the file even where it fails
+    int const result = __real_close(fd);  // which closes the file even if it fails
     return calls::fail("close") ? -1 : result;
 }
 }

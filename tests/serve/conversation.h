@@ -30,7 +30,7 @@ public:
                    [this](tool::lsp::DesignPtr design) { loader_.dispose(std::move(design)); }},
                   settings, folder) {}
 
-    /// Sends bytes as they are, all at once, and lets the server work until it has nothing to do.
+    /// Sends bytes unchanged and all at once, and lets the server work until it has nothing to do.
     void send(std::string_view bytes) {
         framer_.append(bytes);
         std::vector<tool::lsp::Event> events = messagesIn(framer_, log_);
@@ -72,7 +72,7 @@ public:
                {{"textDocument", QJsonObject{{"uri", uri}, {"version", version}}}, {"contentChanges", changes}});
     }
 
-    /// Waits until the design that is being loaded has come. Nothing of it comes before.
+    /// Waits until the design has been loaded. Until then, no event of the load is delivered.
     void waitForDesign() {
         for (tool::lsp::Event const& event : std::exchange(held_, {})) handle(event);
         while (isLoading_) handle(channel_.take(std::chrono::seconds(60)));
@@ -84,7 +84,7 @@ public:
         work();
     }
 
-    /// Takes what the server sent since the last call.
+    /// Returns and clears what the server has sent since the last call.
     std::vector<QJsonObject> take() { return std::exchange(sent_, {}); }
     std::vector<std::string> takeComplaints() { return std::exchange(complaints_, {}); }
     tool::lsp::Server& server() { return server_; }
@@ -92,7 +92,7 @@ public:
 private:
     void handle(std::optional<tool::lsp::Event> const& event) {
         if (!event) {
-            isLoading_ = false;  // too late: what is missing fails the test
+            isLoading_ = false;  // too late: the missing messages fail the test
             return;
         }
         auto const* const design = std::get_if<tool::lsp::DesignEvent>(&*event);
@@ -115,7 +115,7 @@ private:
     tool::lsp::Framer framer_;
     std::vector<QJsonObject> sent_;
     std::vector<std::string> complaints_;
-    std::deque<tool::lsp::Event> held_;  // of the design: they come when the test waits for them
+    std::deque<tool::lsp::Event> held_;  // of the design: they are delivered when the test waits for them
     bool isLoading_ = false;
     int lastId_ = 0;
     tool::lsp::DesignLoader loader_;

@@ -1,4 +1,4 @@
-// After each edit the findings are those of a server that is given the whole text.
+// After each edit the findings are the same as those of a server that opens the whole text.
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@ namespace {
 
 using conversation::Conversation;
 
-// What makes commands depend on each other, and lines go on.
+// Lines that make commands depend on each other, or continue on the next line.
 char const* const pieces[] = {
     "create_clock -period 10 -name clk_a [get_ports clk]\n",
     "create_clock -period 5 -name clk_b [get_ports tck]\n",
@@ -45,7 +45,7 @@ char const* const pieces[] = {
     " ",
 };
 
-/// A text as a client keeps it, in its units.
+/// A text as a client stores it, in its own units.
 template <class String>
 class ClientText {
 public:
@@ -65,7 +65,7 @@ public:
         return {{"line", static_cast<qint64>(line)}, {"character", static_cast<qint64>(offset - start)}};
     }
 
-    // A place that is not within a character or a line end.
+    // A position that is not inside a character or a line end.
     std::size_t placeNear(std::size_t offset) const {
         offset = std::min(offset, text_.size());
         while (offset > 0 && offset < text_.size() && (continues(text_[offset]) || isSplitEnd(offset))) --offset;
@@ -113,7 +113,7 @@ QJsonObject initialization(char const* encoding, std::string const& design) {
     return {{"capabilities", QJsonObject{{"general", general}}}, {"initializationOptions", options}};
 }
 
-/// The findings that the server has sent last, one in a line.
+/// The findings that the server has sent last, one per line.
 std::string lastFindings(Conversation& client) {
     std::string last = "none";
     for (QJsonObject const& message : client.take()) {

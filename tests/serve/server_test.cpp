@@ -1,4 +1,4 @@
-// What the server is made of: the framing of messages, positions, words of a line, and what it costs.
+// The parts of the server: the framing of messages, positions, words of a line; and its costs.
 
 #include <gtest/gtest.h>
 #include <malloc.h>
@@ -15,7 +15,7 @@ namespace {
 using conversation::Conversation;
 using tool::lsp::Framer;
 
-/// The bodies that a stream holds; "!" for what is broken.
+/// The message bodies in a stream; "!" for a broken one.
 std::vector<std::string> bodiesIn(std::string const& stream, std::size_t block) {
     std::vector<std::string> bodies;
     Framer framer;
@@ -64,7 +64,7 @@ TEST(Text, ConvertsPositions) {
         std::size_t line;
         std::size_t character;
         Encoding encoding;
-        int textLine;  // -1: there is no such line
+        int textLine;  // -1: the line does not exist
         std::size_t byte;
     } const rows[] = {
         {0, 2, Encoding::utf16, 0, 3}, {0, 3, Encoding::utf16, 0, 3},   // within the pair
@@ -169,7 +169,7 @@ double secondsUsed() {
            static_cast<double>(used.ru_utime.tv_usec + used.ru_stime.tv_usec) * 1e-6;
 }
 
-// A promise is a tenth; the test's own work is in both figures.
+// The promise is a tenth; both figures include the work of the test itself.
 TEST(Server, JudgesAfterAnEditWhatItMayChange) {
     Conversation client("/w");
     start(client);

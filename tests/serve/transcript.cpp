@@ -1,8 +1,8 @@
-// transcript FILE: has the conversations of a file with a server and compares its answers with what follows each row.
+// transcript FILE: plays the conversations in a file with a server and compares its answers with what follows each row.
 // UPDATE=1 writes the file instead. Rows of the client, with the place of a word as LINE:CHARACTER, from 0:
 //
 //   start [CAPABILITIES [OPTIONS]]  begins a conversation; the workspace is a scratch folder with the samples in it
-//   connect                         begins one without a word
+//   connect                         begins one without an initialize request
 //   write FILE                      writes a file of the workspace: the lines that begin with "| "
 //   open FILE                       opens a document with these lines
 //   change FILE FROM-TO "TEXT"...   edits it, with all edits in one notification
@@ -13,7 +13,7 @@
 //   message JSON, raw BYTES         as they are; bytes with \r, \n and \0
 //   design, tick                    waits for the design; lets the server look at files
 //
-// What the server says is indented. Ranges are FROM-TO, and the workspace is $W.
+// The output of the server is indented. Ranges are FROM-TO, and the workspace is $W.
 
 #include <algorithm>
 #include <filesystem>

@@ -5,7 +5,7 @@
 #include <cstdarg>
 #include <cstdio>
 
-// Marks each text that it makes, which shows whose formatter made a text.
+// Marks each formatted text, to show which formatter made it.
 char const* neoform(char const* format, ...) {
     static thread_local char text[512] = "<flow>";
     std::va_list arguments;

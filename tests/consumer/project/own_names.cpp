@@ -1,5 +1,5 @@
-// A program written for 1.1.0: functions of its own, for the library's types, have names that the library has taken
-// since. Where a header of 1.1.0 declares such a name today, the call is qualified; all others compile as they were.
+// A program written for 1.1.0: its own functions for the library's types have names that the library has used since. If
+// a header of 1.1.0 declares such a name today, the call is qualified; all others compile unchanged.
 #include <cstdio>
 #include <string>
 

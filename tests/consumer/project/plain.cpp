@@ -1,4 +1,4 @@
-// A client that calls nothing of the flow.
+// A client that does not call the flow.
 #include <cstdio>
 
 #include "tov/tov.h"
