@@ -10,15 +10,15 @@ import re
 import subprocess
 import sys
 
-sys.dont_write_bytecode = True  # leaves no files beside the sources
+sys.dont_write_bytecode = True  # leave no files beside the sources
 
 import document
 
 TOLERANCE = 1.03
 
-# An operation is counted per byte of its input's file, per word, or against another operation.
+# An operation is counted per byte of its input file, per word, or relative to another operation.
 Figure = collections.namedtuple("Figure", "title operation against promise")
-BYTE = WORD = None  # the program prints their number
+BYTE = WORD = None  # the program prints the number
 FIGURES = [
     Figure("load, instructions per byte of the file", "load", BYTE, 34),
     Figure("save, instructions per byte of the file", "save", BYTE, 14),

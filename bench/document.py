@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""document.py DOCUMENT MARK FILE: puts the text of the file between the two comments "<!-- MARK -->" of a document.
+"""document.py DOCUMENT MARK FILE: inserts the text of the file between the two comments "<!-- MARK -->" of a document.
 document.py --check DOCUMENT MARK FILE: compares the tables in both instead; numbers may differ by a tenth and 8."""
 import re
 import sys

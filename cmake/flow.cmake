@@ -1,5 +1,5 @@
-# The flow's own libraries, with TOV_PLATFORM=external. They are not installed: a client links them too, since the
-# public headers call them, and finds them in their own folders when it runs.
+# The flow's own libraries, with TOV_PLATFORM=external. They are not installed: a client links them too, because the
+# public headers call them, and finds them in their own folders at run time.
 
 foreach(target toveng toveng_objects)
   target_link_libraries(${target} PUBLIC ${TOV_PLATFORM_LIBRARIES})

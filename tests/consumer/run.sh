@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # run.sh WAY SOURCE BUILD WORK: builds clients of the library in one way, a function below, and runs them. SOURCE is the
-# source tree, BUILD a build of it, WORK a folder for what is made here. Every way except stage, debian and those that
-# build the library themselves needs the prefix that stage makes.
+# source tree, BUILD a build of it, WORK a scratch folder. Every way except stage, debian and those that build the library
+# themselves needs the prefix that stage creates.
 set -euo pipefail
 way=$1 source=$2 build=$3 work=$4
 cmake=${CMAKE:-cmake} cxx=${CXX:-c++}
@@ -11,8 +11,8 @@ mkdir -p "$work"
 
 fail() { echo "$way: $*" >&2; exit 1; }
 
-# configure SOURCE BUILD [OPTION...]: configures and builds the targets (all). Not optimised: what is built only has to
-# work. What several ways build alike is compiled once, where there is ccache.
+# configure SOURCE BUILD [OPTION...]: configures and builds the targets (all). Not optimised: the result only has to work.
+# With ccache, what several ways have in common is compiled once.
 targets=(all)
 launcher=()
 if command -v ccache >/dev/null; then
@@ -26,13 +26,12 @@ configure() {
       "$cmake" --build "$2" --parallel "$(nproc)" --target "${targets[@]}"
   } >"$2.log" 2>&1 || { cat "$2.log" >&2; fail "cannot build $1"; }
 }
-# A client never needs Qt to be found.
+# A client never needs to find Qt.
 without_qt=(-DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON -DCMAKE_DISABLE_FIND_PACKAGE_Qt5=ON)
 
 version=$(sed -n 's/^project(toveng VERSION \([0-9.]*\).*/\1/p' "$source/CMakeLists.txt")
 
-# check FOLDER [MARK]: runs the clients of a folder and compares what they print. MARK comes before each text that the
-# formatter makes.
+# check FOLDER [MARK]: runs the clients of a folder and compares their output. MARK precedes each formatted text.
 check() {
   diff <(sed "s/create_clock\|^missing/${2:-}&/" "$source/tests/data/consumer") <("$1/formatting") || fail "wrong output"
   diff <(printf '%s\n' "$version" "$version") <("$1/plain" | cut -d' ' -f1) || fail "wrong version"
@@ -46,7 +45,7 @@ runs() {
 # find_libdir PREFIX: the folder of the library.
 find_libdir() { dirname "$(find "$1" -name libtoveng.so)"; }
 
-# with_pkg_config PREFIX SOURCE PROGRAM [OPTION...]: builds a program as a Makefile would, and lets it find the library.
+# with_pkg_config PREFIX SOURCE PROGRAM [OPTION...]: builds a program as a Makefile would, and sets its library path.
 with_pkg_config() {
   local libdir
   libdir=$(find_libdir "$1")
@@ -64,7 +63,7 @@ clients_with_pkg_config() {
   done
 }
 
-# The tree is installed in one place and used in another: nothing in it may hold its first path.
+# The tree is installed in one place and used in another: nothing in it may contain the first path.
 stage() {
   rm -rf "$prefix" "$work/first"
   "$cmake" --install "$build" --prefix "$work/first" >"$work/stage.log"
@@ -76,7 +75,7 @@ stage() {
   runs "$prefix/bin/toveng"
 }
 
-# Each header alone, and without Qt except the one that is made of it.
+# Each header alone, and without Qt except for the one that uses it.
 headers() {
   local header flags dirs dir
   cd "$prefix/include/toveng"
@@ -104,7 +103,7 @@ pkg_config() {
   [ "$("$work/$way/own_names")" = $'create_clock c\nlost word' ] || fail "a program's own names are not its own"
 }
 
-# In this mode the standard containers have another layout.
+# In this mode the standard containers have a different layout.
 debug_containers() {
   printf '#define _GLIBCXX_DEBUG\n#include "%s"\n' "$here/project/plain.cpp" >"$work/$way.cpp"
   ! with_pkg_config "$prefix" "$work/$way.cpp" "$work/$way" 2>"$work/$way.log" ||
@@ -112,7 +111,7 @@ debug_containers() {
   grep 'undefined.*builtWithGlibcxxDebug' "$work/$way.log" >/dev/null || fail "the linker does not say why"
 }
 
-# The program of the README, as the README says to build it.
+# The program of the README, built as the README says.
 readme() {
   local file=$source/examples/constraint_tour/demo_soc.tov
   sed -n '/^```cpp$/,/^```$/{/^```/!p}' "$source/README.md" >"$work/program.cpp"
@@ -122,8 +121,8 @@ readme() {
     "$(grep -c set_false_path "$file")" || fail "wrong output"
 }
 
-# The project exports a library of its own; what it installs is all that a client of that needs, whatever build type the
-# project has.
+# The project exports its own library; what it installs is all that a client of that library needs, whatever the build
+# type of the project is.
 add_subdirectory() {
   taken_with release -DCMAKE_BUILD_TYPE=Release
   taken_with debug -DCMAKE_BUILD_TYPE=Debug
@@ -165,7 +164,7 @@ examples() {
   done
 }
 
-# The installed program in Neovim, without a screen.
+# The installed program in Neovim, without a display.
 editor() {
   command -v nvim >/dev/null || { echo "no Neovim: not run"; exit 77; }
   local folder=$work/$way
@@ -203,7 +202,7 @@ debian() {
   runs "$root/usr/bin/toveng"
 }
 
-# The records come from the bundled sources and the formatter from a flow of its own, in one foreign library.
+# One foreign library has the records of the bundled sources and another formatter.
 external_platform() {
   local flow=$work/flow built=$work/external
   rm -rf "$flow" "$built"
@@ -215,7 +214,7 @@ external_platform() {
     "$here/flow/ut.cpp" "$source/platform/bundled/dci.cpp"
   ln -s libflow.so.3 "$flow/lib/libflow.so"
 
-  # Of each kind of program that links the library or its objects, one.
+  # One of each kind of program that links the library or its objects.
   targets=(toveng toveng_program tokenizer_test document_test design_tour)
   configure "$source" "$built" -DTOV_PLATFORM=external \
     -DTOV_PLATFORM_INCLUDE_DIR="$flow/include" -DTOV_PLATFORM_LIBRARIES="$flow/lib/libflow.so"
@@ -225,7 +224,7 @@ external_platform() {
   nm -DC --undefined-only "$built/libtoveng.so" | grep ' U neoform' >/dev/null ||
     fail "neoform is not asked for"
 
-  # The installed tree moves, the flow's library stays and is found there.
+  # The installed tree is moved, the flow's library stays and is still found.
   "$cmake" --install "$built" --prefix "$flow/first" >"$built.log"
   mv "$flow/first" "$flow/prefix"
   runs "$flow/prefix/bin/toveng"

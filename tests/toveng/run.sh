@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# run.sh PROGRAM SOURCE TRANSCRIPT: runs the commands of a transcript, which follow "$ ", and compares what they print
-# with what follows them, both streams, then "[STATUS]" unless it is 0. Lines that begin with "## " are remarks. Of a page
-# (*.md) the blocks "```console" are the transcript, without the status. SOURCE is the source tree; UPDATE=1 writes the transcript instead.
+# run.sh PROGRAM SOURCE TRANSCRIPT: runs the commands of a transcript, which follow "$ ", and compares their output, both
+# streams and "[STATUS]" unless it is 0, with the lines after them. Lines that begin with "## " are remarks. In a page (*.md)
+# the blocks "```console" are the transcript, without the status. SOURCE is the source tree; UPDATE=1 writes the transcript
+# instead.
 set -euo pipefail
 program=$(realpath "$1") source=$(realpath "$2") transcript=$(realpath "$3")
 work=$(mktemp -d)

@@ -8,7 +8,7 @@ endif
 syntax case match
 syntax sync minlines=1
 
-" Comments come first: disabled commands and attributes, which begin as they do, are looked for before them.
+" Comments first: disabled commands and attributes also begin with "#", and later matches take precedence.
 syntax match tovengComment '^\s*#.*$' contains=tovengTodo
 syntax keyword tovengTodo contained TODO FIXME XXX
 syntax match tovengDisabled '^\s*#disable\s\+\%(create_\|set_\)\w\+.*$' contains=tovengDisable
