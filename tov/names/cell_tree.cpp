@@ -61,7 +61,7 @@ void CellTreeBuilder::add(std::string_view name) {
     nodeOfCell_.push_back(node);
 }
 
-/// Returns the slot of a child: its own, or the empty one where it belongs.
+/// Returns the slot of a child, or the empty slot where it belongs.
 CellTree::Id& CellTreeBuilder::slotOf(Node const& child) {
     std::size_t const mask = slots_.size() - 1;
     for (std::size_t at = child.hash ^ (child.parent * 0x9E3779B9U);; ++at) {

@@ -10,9 +10,9 @@
 
 namespace kiri::tov::impl_detail {
 
-/// The cells' paths as a tree of levels. Its nodes are numbered level by level, the children of a node in byte order,
-/// so that children, and the descendants of a node at one depth, have consecutive numbers. A node refers to the text of
-/// its level in a cell's name; nothing is copied. The cells 0 "u2.b", 1 "u1" and 2 "u2.a" make:
+/// The paths of the cells as a tree of levels. Its nodes are numbered level by level, the children of a node in byte
+/// order, so the children of a node, and its descendants at one depth, have consecutive numbers. A node refers to the
+/// text of its level in a cell's name; nothing is copied. The cells 0 "u2.b", 1 "u1" and 2 "u2.a" give:
 ///
 ///     node        0      1     2     3    4
 ///     text               u1    u2    a    b
@@ -42,14 +42,14 @@ public:
     /// Returns the children of consecutive nodes.
     Range children(Range nodes) const { return {nodes_[nodes.begin].firstChild, nodes_[nodes.end].firstChild}; }
     Range children(Id node) const { return children(Range{node, node + 1}); }
-    /// Returns the child of that text, which has this hash, or none.
+    /// Returns the child with that text, which has this hash, or none.
     Id child(Id node, std::string_view text, PathHash const& hash) const;
-    /// Returns those of consecutive siblings whose text begins with a prefix.
+    /// Returns those of consecutive siblings whose texts begin with a prefix.
     Range withPrefix(Range siblings, std::string_view prefix) const;
-    /// Returns those of consecutive nodes whose text has this hash, and perhaps a few others.
+    /// Returns those of consecutive nodes whose texts have this hash, and perhaps a few others.
     Span<Id> withText(Range nodes, PathHash const& hash) const;
 
-    /// The cells of consecutive nodes, as their places in the design.
+    /// The cells of consecutive nodes, as indexes in the design.
     Span<std::uint32_t> cells(Range nodes) const;
     Span<std::uint32_t> cells(Id node) const { return cells(Range{node, node + 1}); }
 
@@ -72,7 +72,7 @@ private:
 /// Makes a tree, cell by cell.
 class CellTreeBuilder {
 public:
-    /// Room for so many cells.
+    /// Reserves memory for that many cells.
     explicit CellTreeBuilder(std::size_t cells);
 
     /// Adds the next cell of the design. The tree refers to the bytes of `name`.

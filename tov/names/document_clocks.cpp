@@ -11,7 +11,7 @@ namespace kiri::tov::impl_detail {
 
 namespace {
 
-// The name that a definition means by a word: "a.b\[0\]" is "a/b[0]".
+// The clock name that a word in a definition means: "a.b\[0\]" is "a/b[0]".
 std::string nameIn(std::string_view word) {
     std::string name;
     for (std::size_t i = 0; i < word.size(); ++i) {

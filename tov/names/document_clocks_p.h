@@ -15,15 +15,15 @@ namespace kiri::tov::impl_detail {
 /// The clocks that the commands of a document define.
 class DocumentClocks {
 public:
-    /// Adds the clock that a command defines, if any; std::bad_alloc changes nothing. The command stays until it
-    /// is removed, and counts while it is enabled.
+    /// Adds the clock that a command defines, if any; std::bad_alloc changes nothing. The command is known until it is
+    /// removed, and counts while it is enabled.
     void add(TovCmd& cmd);
     void remove(TovCmd const& cmd);
 
-    /// Takes the clock that a command defines now, if it does and is enabled.
+    /// Adds the clock that a command currently defines, if it does and is enabled.
     void addForGood(TovCmd& cmd);
 
-    /// Returns whether a word stands for any of the clocks.
+    /// Returns whether a word matches any of the clocks.
     bool has(std::string const& word) const;
 
 private:

@@ -16,7 +16,7 @@ namespace kiri::tov {
 
 using namespace impl_detail;
 
-// A nested class is exported with the class around it, unless marked otherwise.
+// A nested class is exported with its enclosing class, unless marked otherwise.
 class __attribute__((visibility("hidden"))) TovDocumentNames::Index {
 public:
     Index(TOV& document, TovDesignNames const& names, TovNameMatch match)
@@ -124,7 +124,7 @@ void TovDocumentNames::Index::putInOrder() {
         auto const found = places_.find(&cmd);
         if (found != places_.end()) move(entries_[found->second]);
     });
-    // Commands that are in no list yet.
+    // Commands that are not in a list yet.
     std::for_each(entries_.begin(), entries_.end(), move);
     replaceEntries(ordered);
     isOrdered_ = true;

@@ -17,12 +17,12 @@ using namespace impl_detail;
 
 namespace {
 
-/// Finds the names of a file's commands that are missing.
+/// Finds the missing names in the commands of a file.
 class MissingNames {
 public:
     MissingNames(TovDesignNames const& names, TovNameMatch match) : names_(names), match_(match) {}
 
-    /// Takes the clocks that a file defines, up to a line that ends the load.
+    /// Adds the clocks that a file defines, up to a line that ends the load.
     void readClocks(LineReader lines) {
         for (std::string_view text; lines.next(text);) {
             ConstraintLine const line(text);
@@ -34,7 +34,7 @@ public:
         }
     }
 
-    /// The uses of an enabled command that are missing; valid until the next call.
+    /// Returns the missing uses of an enabled command; valid until the next call.
     std::vector<TovNameUse> const& in(TovCmd& cmd) {
         missing_.clear();
         if (!cmd.enabled) return missing_;
@@ -65,7 +65,7 @@ private:
     std::vector<TovNameUse> missing_;
 };
 
-/// The findings of a file, line after line.
+/// Finds the findings of a file line by line.
 class FileCheck {
 public:
     FileCheck(std::optional<MissingNames>& names, TovFindingVisitor const& visit) : names_(names), visit_(visit) {}
@@ -101,7 +101,7 @@ private:
     bool stopped_ = false;
 };
 
-// Reads a file to its end, or to where that fails.
+// Reads a file to its end, or until reading fails.
 Result readAll(File const& file, std::string& text) {
     constexpr std::size_t chunk = std::size_t{64} * 1024;
     for (std::size_t size = 0;; size = text.size()) {
@@ -125,7 +125,7 @@ char const* nameOf(taDciObjTyp type) {
     return "object";
 }
 
-/// Checks the lines of an open file. Fails if that does not reach the end.
+/// Checks the lines of an open file. Fails if it does not reach the end.
 Result checkLines(File const& file, TovCheckOptions const& options, TovFindingVisitor const& visit) {
     Result result;
     std::optional<MissingNames> names;

@@ -14,7 +14,7 @@
 
 namespace kiri::tov::impl_detail {
 
-/// Kinds of nodes that a word may stand for, in the order of results.
+/// Kinds of nodes that a word may match, in the order of results.
 enum class NameKind : unsigned { port, pin, net, cell, clock };
 
 /// A set of kinds.
@@ -34,7 +34,7 @@ private:
     unsigned bits_ = 0;
 };
 
-/// The kinds that a reference of this type may be to.
+/// Returns the kinds to which an object reference of this type may refer.
 NameKinds kindsOf(taDciObjTyp type);
 
 constexpr NameKinds kindsInCells = NameKinds(NameKind::pin) | NameKind::net | NameKind::clock;
@@ -43,7 +43,7 @@ constexpr bool hasBits(NameKind kind) {
     return kind != NameKind::cell && kind != NameKind::clock;
 }
 
-/// Returns whether the node is a bus, which no word stands for.
+/// Returns whether the node is a bus, which no word matches.
 bool isBus(TovNode const& node);
 
 /// The place of a node in the design; results are in the order of their places. The owner is 0 for the top node, else
@@ -82,7 +82,7 @@ public:
     void sort();
 
     std::vector<PlacedNode> const& nodes() const { return nodes_; }
-    /// Calls `visit(node)` for those with that beginning, until it returns false.
+    /// Calls `visit(node)` for the nodes with that prefix, until it returns false.
     template <class Visit>
     void visit(std::string_view prefix, Visit visit) const {
         for (std::size_t i = lowerBound(prefix); i < nodes_.size(); ++i) {
@@ -98,14 +98,15 @@ private:
     std::array<std::uint32_t, 257> starts_{};  // of the names with each first byte, and the end of all
 };
 
-/// What the index keeps of a design's names, for two cells "u1" (pins "CK", "d[0]", "d[1]") and "u2" (pins "CK", "q"):
+/// What the index stores of a design's names, here for two cells "u1" (pins "CK", "d[0]", "d[1]") and "u2" (pins "CK",
+/// "q"):
 ///
 ///     cells     u1  u2              the nodes of the design, in its order
 ///     tree      root -> 0: u1, root -> 1: u2
 ///     lastLevels   "CK" 0 1   "d" 0   "q" 1     cells by what they have, without indexes
 ///     ports, nets  of the top node, sorted      clocks: those of the top node and of all cells, sorted
 ///
-/// It reads the pins and nets of cells in the lists of their cells.
+/// A search reads the pins and nets of cells in the lists of their cells.
 class NameIndex {
 public:
     /// See the constructor of TovDesignNames.
@@ -121,9 +122,9 @@ public:
     /// of those with several levels. What many have is not in it.
     TextTable lastLevels;
     std::vector<std::uint32_t> unnamedCells;         ///< the cells whose hierarchy names are empty
-    std::set<std::string_view, PathLess> libraries;  ///< of the cells, where hierarchy names show them
-    std::vector<std::uint32_t> levelledCells;        ///< the cells of which a pin, net or clock has several levels
-    std::set<std::size_t> ownLevels{1};              ///< how many levels the own names of pins, nets and clocks have
+    std::set<std::string_view, PathLess> libraries;  ///< of the cells, if hierarchy names include them
+    std::vector<std::uint32_t> levelledCells;        ///< the cells with a pin, net or clock of several levels
+    std::set<std::size_t> ownLevels{1};              ///< the level counts of the own names of pins, nets and clocks
 
 private:
     bool fill(TovTopNode const& top, TovProgress const& progress);
@@ -134,7 +135,7 @@ private:
     std::vector<TextTable::Entry> entries_;  // of lastLevels, until it is made
 };
 
-/// Returns the library that the hierarchy name of a cell shows; empty for none.
+/// Returns the library in the hierarchy name of a cell; empty if there is none.
 inline std::string_view shownLibrary(TovCellNode const& cell) {
     std::string_view const library = cell.library();
     return library == "work" ? std::string_view() : library;

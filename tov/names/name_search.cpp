@@ -36,7 +36,7 @@ void NameSearch::run(NameKinds kinds, TovNameMatch match) {
     findLocal(local);
 }
 
-/// Finds what the word stands for by whole paths.
+/// Finds the nodes whose whole paths the word matches.
 void NameSearch::findPaths(NameKinds kinds, bool crosses) {
     if (kinds.has(NameKind::port)) findAtTop(index_.ports, true, crosses);
     if (kinds.has(NameKind::net)) findAtTop(index_.nets, true, crosses);
@@ -45,7 +45,7 @@ void NameSearch::findPaths(NameKinds kinds, bool crosses) {
     if (inCells.isEmpty() || hits_.isEnough()) return;
     if (!word_.isPattern()) {
         findLiteral(inCells, 0);
-        // A cell whose hierarchy name is empty leaves no level in the names of what it holds.
+        // A cell with an empty hierarchy name adds no level to the names of its objects.
         for (Cell const cell : index_.unnamedCells) addOwn(inCells, cell, NameWord::start(false));
         if (index_.libraries.empty()) return;
         std::string_view const text = word_.text();
@@ -58,7 +58,7 @@ void NameSearch::findPaths(NameKinds kinds, bool crosses) {
     findOwn(kinds & kindsInCells, crosses);
 }
 
-/// Looks in the names of ports, nets or clocks. Equal names come before longer ones.
+/// Searches the names of ports, nets or clocks. Equal names come before longer ones.
 void NameSearch::findAtTop(SortedNames const& names, bool hasBits, bool crosses) {
     if (hits_.isEnough()) return;
     auto const add = [&](PlacedNode const& placed) {
@@ -74,7 +74,7 @@ void NameSearch::findAtTop(SortedNames const& names, bool hasBits, bool crosses)
     if (hasBits && hasLonger) names.visit(std::string(word_.text()) + '[', add);
 }
 
-/// Follows a word without wildcards through the cells, from `begin` on: what comes before is a library.
+/// Follows a word without wildcards through the cells, from `begin` on: the part before that is a library.
 void NameSearch::findLiteral(NameKinds kinds, std::size_t begin) {
     bool const hasLibrary = begin > 0;
     std::string_view const library = word_.text().substr(0, hasLibrary ? begin - 1 : 0);
@@ -90,7 +90,7 @@ void NameSearch::findLiteral(NameKinds kinds, std::size_t begin) {
     }
 }
 
-/// Tries the hierarchy names of a cell and of what is in it: the match is that of the library and the cell's path.
+/// Tries the hierarchy names of a cell and of its objects: the match is that of the library and the cell's path.
 void NameSearch::addHierarchical(NameKinds kinds, Cell cell, std::string_view library, Match match) {
     std::string_view const arch = index_.cells[cell]->arch();
     std::string_view const shown = shownLibrary(*index_.cells[cell]);
@@ -148,7 +148,8 @@ void NameSearch::addFound(NameKinds kinds, std::vector<std::pair<Cell, Match>>& 
     found.clear();
 }
 
-/// Where few cells have something that the last level may mean, looks there. Returns false if others may have it.
+/// If only few cells have an object that the last level may match, searches those. Returns false if others may have
+/// one.
 bool NameSearch::findByLastLevel(NameKinds kinds, bool crosses) {
     bool const isClock = kinds.without(NameKind::clock).isEmpty();
     if (isClock && word_.prefix().find('/') == end) {
@@ -176,7 +177,7 @@ std::optional<Span<std::uint32_t>> NameSearch::withLastLevel() const {
     return index_.lastLevels.find(hash);
 }
 
-/// Finds what the word stands for by last levels.
+/// Finds the nodes whose last levels the word matches.
 void NameSearch::findLocal(NameKinds kinds) {
     std::size_t const levels = kinds.isEmpty() ? end : word_.levels();
     if (levels == 1) {
@@ -202,7 +203,7 @@ void NameSearch::findLocalNets() {
     }
 }
 
-/// Adds the cells in any block that fits. Of nested blocks the outermost has them all.
+/// Adds the cells in any matching block. Of nested blocks, the outermost contains all cells.
 void NameSearch::findLocalCells() {
     CellTree const& tree = index_.tree;
     auto const fits = [&](Id node) { return word_.fits(tree.text(node), false, false); };

@@ -14,7 +14,7 @@
 
 namespace kiri::tov::impl_detail {
 
-/// Collects the nodes that a word stands for.
+/// Collects the nodes that a word matches.
 class Hits {
 public:
     explicit Hits(bool firstOnly) : firstOnly_(firstOnly) {}
@@ -25,7 +25,8 @@ public:
     bool isEmpty() const { return nodes_.empty(); }
     bool firstOnly() const { return firstOnly_; }
 
-    /// Replaces `nodes` by those added, in the order of their places, each once. std::bad_alloc leaves it as it was.
+    /// Replaces `nodes` with the added nodes, in the order of their places, each once. std::bad_alloc leaves it
+    /// unchanged.
     void moveTo(std::vector<TovNode const*>& nodes);
 
 private:
@@ -33,7 +34,7 @@ private:
     std::vector<PlacedNode> nodes_;
 };
 
-/// Finds the nodes of some kinds that one form of a word stands for. Each rule for words is one function.
+/// Finds the nodes of some kinds that one form of a word matches. Each rule for words is one function.
 class NameSearch {
 public:
     /// All arguments must outlive the search.
@@ -62,9 +63,9 @@ private:
     /// The numbers of lastLevels for the last level of the word; none if it has wildcards or too many have it.
     std::optional<Span<std::uint32_t>> withLastLevel() const;
 
-    /// Adds what is in a cell and fits the rest of the word, after the match of the cell's path and a separator.
+    /// Adds the objects in a cell that match the rest of the word, after the match of the cell's path and a separator.
     void addOwn(NameKinds kinds, Cell cell, Match const& match);
-    /// Adds what is in a cell and fits by its last levels.
+    /// Adds the objects in a cell whose last levels match.
     void addLocal(NameKinds kinds, Cell cell);
     template <class Fits>
     void addFitting(NameKinds kinds, Cell cell, Fits fits);

@@ -15,7 +15,7 @@ bool isBeyondAscii(char c) {
     return static_cast<unsigned char>(c) >= 0x80;
 }
 
-/// The bytes that a word does not have as they are in its text, or that are not ASCII.
+/// The bytes of a word that need translation: special characters and non-ASCII bytes.
 constexpr std::array<bool, 256> specialBytes = [] {
     std::array<bool, 256> is{};
     for (char const c : {'*', '.', '?', '\\'}) is[static_cast<unsigned char>(c)] = true;
@@ -38,8 +38,8 @@ long numberOf(std::string_view digits) {
     return number;
 }
 
-/// Removes the digits at the end of `text` and the `opening` before them, and returns the digits; none if not both are
-/// there.
+/// Removes the digits at the end of `text` and the `opening` before them, and returns the digits; none unless it has
+/// both.
 std::optional<std::string_view> takeDigits(std::string_view& text, char opening) {
     std::size_t begin = text.size();
     while (begin > 0 && isDigit(text[begin - 1])) --begin;
@@ -117,7 +117,7 @@ NameWord::NameWord(std::string_view word) : text_(word), wild_(word.size()) {
 
 void NameWord::takeSpecial(std::string_view word) {
     bytes_.reserve(word.size());
-    std::size_t lastEscape = 0;  // the bytes up to the last escaped one
+    std::size_t lastEscape = 0;  // the number of bytes up to the last escaped one
     bool endsEscaped = false;
     for (std::size_t i = 0; i < word.size(); ++i) {
         bool const isEscaped = word[i] == '\\';
@@ -176,7 +176,7 @@ NameWord::Literal NameWord::literalAt(std::size_t at) const {
     return {all.substr(at, end - at), hash, end == all.size() || all[end] == '/'};
 }
 
-// After a mismatch the last '*' matches one byte more.
+// After a mismatch, the last '*' matches one more byte.
 Match NameWord::advance(Match match, std::string_view path, std::size_t from) const {
     Match const dead = start(match.crosses, Match::none);
     if (match.isDead()) return dead;

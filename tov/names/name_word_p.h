@@ -9,7 +9,7 @@
 
 namespace kiri::tov::impl_detail {
 
-/// How far a word is matched after the first bytes of a path. For the word "u*/CK" and the path "u12/CK":
+/// How far a word has matched after the first bytes of a path. For the word "u*/CK" and the path "u12/CK":
 ///
 ///     "u"     at 1   star none
 ///     "u12"   at 2   star 1  starEnd 3: the '*' matches "12"; on a mismatch it takes one byte more
@@ -17,16 +17,15 @@ namespace kiri::tov::impl_detail {
 struct Match {
     static constexpr std::size_t none = std::string_view::npos;
 
-    std::size_t at = 0;       ///< the symbols of the word that match; none if no path that begins so fits
+    std::size_t at = 0;       ///< matching symbols of the word; none if no path with this prefix can match
     std::size_t star = none;  ///< the last '*' among them, if it may match more
-    std::size_t starEnd = 0;  ///< where in the path what it matches ends
+    std::size_t starEnd = 0;  ///< end of its match in the path
     bool crosses = false;     ///< wildcards match separators, too
 
     bool isDead() const { return at == none; }
 };
 
-/// What a word of a constraint says, taken apart: its bytes without escapes, its wildcards, and the range of bits that
-/// it stands for.
+/// A parsed word of a constraint: its bytes without escapes, its wildcards, and its range of bits.
 class NameWord {
 public:
     /// The bytes of `word` must outlive the object.
@@ -34,10 +33,10 @@ public:
 
     /// Whether the word ends in a range of bits.
     bool endsInRange() const { return rangeLow_ <= rangeHigh_; }
-    /// Returns such a word as a range, "d[7:0]" as "d" with the indexes 0 to 7. The word must outlive it.
+    /// Returns such a word as a range: "d[7:0]" as "d" with the indexes 0 to 7. The word must outlive the result.
     NameWord asRange() const;
 
-    /// The word without escapes and range, levels joined by '/'; in it, '*' and '?' may be literal.
+    /// The word without escapes and range, with levels joined by '/'; '*' and '?' in it may be literal.
     std::string_view text() const { return text_; }
     std::size_t levels() const { return levels_; }
     bool isPattern() const { return wild_ < text_.size(); }
@@ -51,19 +50,20 @@ public:
         PathHash hash;
         bool isLevel;  // the level has no wildcard
     };
-    /// Returns how the level that begins at `at` begins.
+    /// Returns the literal prefix of the level that begins at `at`.
     Literal literalAt(std::size_t at) const;
 
     /// The match of an empty path, or of one that leads up to `at`.
     static Match start(bool crosses, std::size_t at = 0) { return {at, Match::none, 0, crosses}; }
-    /// Goes on with the bytes of a path from `from` on. Bytes before `from` are read only if the match crosses levels.
+    /// Continues the match with the bytes of a path from `from` on. Bytes before `from` are read only if the match
+    /// crosses levels.
     Match advance(Match match, std::string_view path, std::size_t from = 0) const;
-    /// Returns whether the path so far fits the whole word.
+    /// Returns whether the whole word matches the path so far.
     bool accepts(Match const& match) const {
         return match.at == text_.size() || (match.at + 1 == text_.size() && isWild(match.at, '*'));
     }
-    /// Returns whether a path fits whose first `from` bytes led to `match`. A text "base[3]" also reads as "base", and
-    /// only such a text fits a range.
+    /// Returns whether the word matches a path whose first `from` bytes led to `match`. A text "base[3]" also reads as
+    /// "base", and a range matches only such a text.
     bool fits(Match const& match, std::string_view path, std::size_t from, bool hasBits) const {
         if (!isRange() && fitsText(match, path, from)) return true;
         bool const mayBeBit = hasBits && !path.empty() && path.back() == ']' && !match.isDead();
@@ -87,14 +87,14 @@ private:
         return !isLiteral || from == path.size() || pathByte(path[from]) == text_[match.at];
     }
     bool fitsAsBit(Match const& match, std::string_view path, std::size_t from) const;
-    /// Returns whether the bytes of a path from `from` on begin with what is left of a word without wildcards.
+    /// Returns whether the bytes of a path from `from` on begin with the rest of a word without wildcards.
     bool hasRest(Match const& match, std::string_view path, std::size_t from) const {
         std::size_t const size = text_.size() - match.at;
         return path.size() - from >= size && equalPaths(text_.data() + match.at, path.data() + from, size);
     }
     void findRange(std::size_t lastEscape);
 
-    std::string_view text_;  // the word, if nothing in it is special, else `bytes_`
+    std::string_view text_;  // the word if nothing in it is special, else `bytes_`
     std::string bytes_;
     std::string marks_;  // of a pattern, for each byte of text_: '*' or '?' if it is a wildcard, else 0
     std::size_t wild_;   // the first wildcard, or the end
@@ -109,12 +109,12 @@ private:
 };
 
 /// Calls `visit` with each form of a word, until it returns false: the word, its range, and both in Latin-1 if the word
-/// is UTF-8 beyond ASCII.
+/// is non-ASCII UTF-8.
 template <class Visit>
 void forEachForm(std::string_view word, Visit visit);
 
 bool isUtf8BeyondAscii(std::string_view text);
-/// Returns a text that is UTF-8 as Latin-1; each UTF-16 unit that Latin-1 does not have becomes '?'. In a word, the '?'
+/// Converts a text from UTF-8 to Latin-1; each UTF-16 unit that Latin-1 does not have becomes '?'. In a word, the '?'
 /// is escaped.
 std::string latin1Of(std::string_view text, bool isWord);
 
@@ -124,11 +124,11 @@ struct BitName {
     long index;  // above INT_MAX for numbers beyond int
 
     static std::optional<BitName> of(std::string_view text);
-    /// Whether the base is a name of its own.
+    /// Whether the base is also a name.
     bool hasBase() const { return !base.empty() && !isSeparator(base.back()); }
 };
 
-/// Returns what the last level of a path reads as without its indexes: "m" for "u/m[1][2]".
+/// Returns the last level of a path without its indexes: "m" for "u/m[1][2]".
 std::string_view busOf(std::string_view path);
 
 template <class Visit>

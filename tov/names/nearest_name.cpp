@@ -13,14 +13,14 @@ namespace kiri::tov::impl_detail {
 
 namespace {
 
-/// Levenshtein's distance between a word and texts with common beginnings, if it is at most `bound`: '.' equals '/'.
+/// The Levenshtein distance between a word and texts with common prefixes, if it is at most `bound`; '.' equals '/'.
 class EditDistance {
 public:
     static constexpr unsigned mostBound = 3;
     static constexpr std::uint8_t far = mostBound + 1;
 
-    /// The distances between the text so far and the beginnings of the word, near the diagonal alone: costs[k] belongs
-    /// to the first `size + k - bound` bytes of the word.
+    /// The distances between the text so far and the prefixes of the word, only near the diagonal: costs[k] belongs to
+    /// the first `size + k - bound` bytes of the word.
     struct Row {
         std::size_t size = 0;  // of the text so far
         std::array<std::uint8_t, 2 * mostBound + 1> costs{};
@@ -31,7 +31,7 @@ public:
     Row start() const;
     /// Returns the row for one byte more.
     Row next(Row const& row, char byte) const;
-    /// Returns whether every text that begins like this is farther than the bound.
+    /// Returns whether every text with this prefix is farther away than the bound.
     bool isTooFar(Row const& row) const {
         return std::all_of(row.costs.begin(), row.costs.end(), [this](std::uint8_t cost) { return cost > bound_; });
     }
@@ -76,8 +76,8 @@ unsigned EditDistance::distance(Row const& row) const {
     return cost <= bound_ ? cost : far;
 }
 
-/// Goes through texts in byte order, to each that a nearer text may begin with. Those that begin alike are compared up
-/// to there once, and those too far are skipped together.
+/// Walks over texts in byte order, stopping at each that may be near. A common prefix is compared only once, and texts
+/// whose prefix is too far away are skipped together.
 class NearTexts {
 public:
     using Row = EditDistance::Row;
@@ -93,13 +93,13 @@ public:
     Row const& row() const { return rows_.back(); }
 
 private:
-    /// Skips what begins with the first bytes of the text at `index_`.
+    /// Skips the texts that begin with the first bytes of the text at `index_`.
     template <class TextOf>
     void skip(TextOf textOf, std::size_t bytes);
 
     EditDistance const* distance_;
     std::size_t count_;
-    std::vector<Row> rows_;  // of the beginnings of `last_`
+    std::vector<Row> rows_;  // of the prefixes of `last_`
     std::string_view last_;
     std::size_t index_ = 0;
     std::size_t next_ = 0;
@@ -139,7 +139,7 @@ void NearTexts::skip(TextOf textOf, std::size_t bytes) {
     next_ = bound;
 }
 
-/// Finds the name nearest to a word among nodes of some kinds.
+/// Finds the name that is nearest to a word among nodes of some kinds.
 class NearestName {
 public:
     NearestName(NameIndex const& index, NameKinds kinds) : index_(index), kinds_(kinds) {}
@@ -152,7 +152,7 @@ public:
 private:
     using Row = EditDistance::Row;
 
-    /// The children of a node, and those that come next.
+    /// The children of a node, and the next of them.
     struct Level {
         CellTree::Id first;
         NearTexts texts;

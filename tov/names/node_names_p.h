@@ -11,15 +11,15 @@
 
 namespace kiri::tov::impl_detail {
 
-/// The names of one node, to compare words with: it fits the words by which TovDesignNames::find finds it. Each word
-/// is a name, see TovDesignNames::isName.
+/// The names of one node, for comparison with words: a node matches the words by which TovDesignNames::find finds it.
+/// Each word must be a name, see TovDesignNames::isName.
 class NodeNames {
 public:
     explicit NodeNames(TovNode const& node);
 
     bool fits(taDciObjTyp type, std::string_view word, TovNameMatch match) const;
 
-    /// Calls `visit(hash)` for all literal words that may fit, and some more: see isLiteral().
+    /// Calls `visit(hash)` for all literal words that may match, and some more, see isLiteral().
     template <class Visit>
     void forEachLiteral(Visit visit) const;
 
@@ -29,15 +29,15 @@ private:
     /// The last levels of the path.
     std::string_view lastLevels(std::size_t levels) const;
 
-    std::optional<NameKind> kind_;  // none: no word stands for the node
+    std::optional<NameKind> kind_;  // none: no word matches the node
     bool hasBits_ = false;
     std::string own_;
     std::string path_;
     std::string hierarchy_;
 };
 
-/// Returns whether a word has no wildcard, no range, no escape and nothing beyond ASCII: it fits names that are the
-/// same text, with '.' equal to '/', and bits and blocks of such names.
+/// Returns whether a word is ASCII without wildcards, ranges and escapes: it matches names with the same text, with '.'
+/// equal to '/', and bits and blocks of such names.
 bool isLiteral(std::string_view word);
 
 template <class Visit>

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-// Paths as text: levels joined by '.' or '/', which are equal.
+// Paths as text: levels joined by '.' or '/', which are equivalent.
 
 namespace kiri::tov::impl_detail {
 
@@ -18,7 +18,7 @@ inline char pathByte(char c) {
     return c == '.' ? '/' : c;
 }
 
-/// Removes the first level from `rest`, which must have one, and returns it. The last one leaves `rest` null.
+/// Removes the first level from `rest`, which must have one, and returns it. After the last level `rest` is null.
 inline std::string_view takeLevel(std::string_view& rest) {
     auto const* const end = std::find_if(rest.begin(), rest.end(), isSeparator);
     auto const size = static_cast<std::size_t>(end - rest.begin());
@@ -37,7 +37,7 @@ inline std::size_t lastLevelsOf(std::string_view path, std::size_t levels = 1) {
     return begin;
 }
 
-/// Returns whether two texts of one size are equal as paths.
+/// Returns whether two texts of equal size are equal as paths.
 inline bool equalPaths(char const* a, char const* b, std::size_t size) {
     for (std::size_t i = 0; i < size; ++i) {
         if (pathByte(a[i]) != pathByte(b[i])) return false;
@@ -70,7 +70,7 @@ public:
     void add(char c) { addPathByte(pathByte(c)); }
     void addPathByte(char c) { value_ = (value_ ^ static_cast<unsigned char>(c)) * 0x100000001b3; }
     std::uint64_t value() const { return value_; }
-    /// Returns bits of which each depends on all of the path.
+    /// Returns bits that each depend on the whole path.
     std::uint32_t bits() const {
         return static_cast<std::uint32_t>((value_ ^ value_ >> 29U) * 0x9e3779b97f4a7c15 >> 32U);
     }

@@ -41,7 +41,7 @@ Questions::Id Questions::find(Question const& question, std::uint64_t hash) cons
     return size();
 }
 
-// A row is found by its hash, which comes last: what fails before it leaves no question.
+// A row is found by its hash, which is added last: a failure before that leaves no question.
 Questions::Id Questions::put(Question const& question) {
     std::uint64_t const hash = PathHash(question.word).value();
     Id const id = find(question, hash);

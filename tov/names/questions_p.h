@@ -19,23 +19,23 @@ namespace kiri::tov::impl_detail {
 
 /// A word by which a command refers to objects.
 struct ReferenceWord {
-    char const* role;       ///< as TovReferences has it
+    char const* role;       ///< as in TovReferences
     taDciObjTyp type;       ///< the type of the reference, or of the query that holds the word
     std::string_view text;  ///< a view into the command's reference
     TovNameMatch match;     ///< TOVMATCH_LOCAL in a hierarchical query
 };
 
-/// Returns whether a word holds a variable, so that only a program knows what it stands for.
+/// Returns whether a word contains a variable, so what it matches is known only when the Tcl runs.
 inline bool holdsVariable(std::string_view word) {
     return word.find('$') != std::string_view::npos;
 }
 
-/// Returns the words of a command's references in the order of writing: each role, type, text and match once, nothing
-/// that is not a name, and nothing of a query that cannot be judged by names alone. Words that are in no hierarchical
-/// query have `match`. The views end with the references.
+/// Returns the words of a command's references in the order of writing: each role, type, text and match once, without
+/// words that are not names and without queries that cannot be judged by names alone. Words outside hierarchical
+/// queries have `match`. The views are valid as long as the references.
 std::vector<ReferenceWord> referenceWords(TovCmd& cmd, TovNameMatch match);
 
-/// The questions that the words of a document ask of a design. Equal questions are one; none is ever removed.
+/// The questions that the words of a document ask a design. Equal questions are stored once and never removed.
 class Questions {
 public:
     using Id = std::uint32_t;
@@ -44,9 +44,9 @@ public:
     struct Question {
         taDciObjTyp type;
         TovNameMatch match;
-        std::string_view word;  ///< lives until the next question is put
+        std::string_view word;  ///< valid until the next question is added
 
-        /// Returns whether clocks of the document may be meant, too.
+        /// Returns whether the word may also match clocks of the document.
         bool mayBeClock() const { return type == taDciObjClock || type == taDciObjName; }
         bool isFoundIn(TovDesignNames const& names) const { return names.has(type, std::string(word), match); }
     };
@@ -54,9 +54,9 @@ public:
     /// Returns the question of a word.
     static Question of(ReferenceWord const& word);
 
-    /// Returns the number of a question; adds it unless it is there.
+    /// Returns the number of a question; adds the question if it is new.
     Id put(Question const& question);
-    /// Returns the number of a question; size() if it is not there.
+    /// Returns the number of a question; size() if there is no such question.
     Id find(Question const& question) const { return find(question, PathHash(question.word).value()); }
 
     Question operator[](Id id) const { return {rows_[id].type, rows_[id].match, rows_[id].word}; }
@@ -64,11 +64,10 @@ public:
 
     Answer answer(Id id) const { return rows_[id].answer; }
     void setAnswer(Id id, Answer answer) { rows_[id].answer = answer; }
-    /// Returns whether the design has what the question asks for; looks it up unless the answer is known.
+    /// Returns whether the design has a match for the question; looks it up unless the answer is known.
     bool isFoundIn(TovDesignNames const& names, Id id);
 
-    /// The questions whose words may stand for something else than themselves: patterns, ranges, escapes, text beyond
-    /// ASCII.
+    /// The questions whose words may match names other than their own text: patterns, ranges, escapes, non-ASCII text.
     std::vector<Id> const& patterns() const { return patterns_; }
     /// Calls `visit(id)` for each question whose word has this hash.
     template <class Visit>

@@ -19,7 +19,8 @@ struct Span {
     std::size_t size() const { return static_cast<std::size_t>(last - first); }
 };
 
-/// Finds numbers by texts. The numbers of all texts whose hashes begin with the same bits are together, ascending:
+/// Finds numbers by texts. The numbers of all texts whose hashes begin with the same bits are stored together,
+/// ascending:
 ///
 ///     starts_   0     2  3        6      (of each beginning of a hash, and the end)
 ///     numbers_  4 17  9  2 11 30  ...
@@ -31,27 +32,27 @@ public:
     };
 
     TextTable() = default;
-    /// Takes entries in the order of their numbers, for about `size` texts. Where more than `most` come together, the
-    /// table keeps none of them.
+    /// Takes entries in the order of their numbers, for about `size` texts. If a group has more than `most` numbers,
+    /// the table drops it.
     TextTable(std::vector<Entry> const& entries, std::size_t size, std::size_t most);
 
-    /// Returns the numbers of the text with this hash, and perhaps a few of others.
+    /// Returns the numbers of the text with this hash, and perhaps a few numbers of other texts.
     Span<std::uint32_t> find(PathHash const& hash) const {
         std::uint32_t const* const start = starts_.data() + (hash.bits() >> shift_);
         return {numbers_.data() + start[0], numbers_.data() + start[1]};
     }
-    /// Returns whether the table keeps no numbers for this text, as there are too many.
+    /// Returns whether the table has dropped the numbers of this text because there are too many.
     bool isCommon(PathHash const& hash) const {
         Span<std::uint32_t> const numbers = find(hash);
         return numbers.size() == 1 && *numbers.first == common;
     }
 
 private:
-    static constexpr std::uint32_t common = UINT32_MAX;  // the number that a text has for too many
+    static constexpr std::uint32_t common = UINT32_MAX;  // marks a text with too many numbers
 
     std::vector<std::uint32_t> numbers_;
     std::vector<std::uint32_t> starts_;
-    unsigned shift_ = 24;  // the bits of a hash that do not count; at first 8 do
+    unsigned shift_ = 24;  // the number of ignored low bits of a hash; initially 8 bits count
 };
 
 /// Turns counts into the places where the items of each begin; the last count is one more, for the end.

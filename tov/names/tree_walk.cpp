@@ -30,7 +30,7 @@ bool TreeWalk::next() {
     return false;
 }
 
-/// Goes to the child that has the text of the word's next level.
+/// Goes to the child with the text of the word's next level.
 bool TreeWalk::enterChild(NameWord::Literal const& level) {
     Id const child = tree_.child(node_, level.text, level.hash);
     if (child == CellTree::none) return false;
@@ -43,7 +43,7 @@ bool TreeWalk::enterChild(NameWord::Literal const& level) {
     return true;
 }
 
-/// Goes on with a match. Only one that crosses levels may go back to earlier bytes of the path.
+/// Continues a match. Only one that crosses levels may go back to earlier bytes of the path.
 Match TreeWalk::read(Match const& match, std::string_view text) {
     if (!match.crosses) return word_.advance(match, text);
     std::size_t const size = path_.size();
@@ -56,18 +56,18 @@ void TreeWalk::addStep(std::string_view prefix) {
     if (below_.star == Match::none) step.siblings = tree_.withPrefix(step.siblings, prefix);
     if (!below_.crosses && step.siblings.size() > fewSiblings) findLater(step);
     bool const isLast = !steps_.empty() && steps_.back().siblings.size() == 0 && steps_.back().later.size() == 0;
-    if (isLast) steps_.pop_back();  // in a chain of nodes, one step is enough
+    if (isLast) steps_.pop_back();  // for a chain of nodes, one step is enough
     steps_.push_back(step);
 }
 
-/// Puts the nodes that have the text of a later level in place of the siblings, where they are fewer.
+/// Replaces the siblings with the nodes that have the text of a later level, if those are fewer.
 void TreeWalk::findLater(Step& step) const {
     std::string_view const text = word_.text();
     std::size_t fewest = step.siblings.size();
     CellTree::Range nodes = tree_.children(node_);
     for (std::size_t at = text.find('/', step.match.at) + 1; at > 0 && at < until_; at = text.find('/', at) + 1) {
         nodes = tree_.children(nodes);
-        if (nodes.size() == 0) {  // no path is so long
+        if (nodes.size() == 0) {  // no path is that long
             step.siblings = {};
             step.later = {};
             return;

@@ -10,23 +10,23 @@
 
 namespace kiri::tov::impl_detail {
 
-/// Matches a word against the levels of a cell tree: walks over the nodes whose paths may begin a path that fits,
-/// parents first. Literal levels are searched, also those after a wildcard, unless wildcards cross levels: where fewer
-/// nodes have the text of a later level than there are siblings to try, the walk goes on from these.
+/// Matches a word with the levels of a cell tree: walks over the nodes whose paths may begin a matching path, parents
+/// first. Literal levels are looked up, even those after a wildcard, unless wildcards cross levels: if fewer nodes have
+/// the text of a later level than there are siblings to try, the walk continues from those nodes.
 class TreeWalk {
 public:
-    /// Begins at the match `start`, and does not go below nodes where the match has come to `until`. The tree and the
-    /// word must outlive the walk.
+    /// Begins with the match `start`, and does not descend below nodes where the match has reached `until`. The tree
+    /// and the word must outlive the walk.
     TreeWalk(CellTree const& tree, NameWord const& word, Match const& start, std::size_t until)
         : tree_(tree), word_(word), start_(start), until_(until), below_(start) {}
 
     /// Goes to the next node; returns false at the end.
     bool next();
     CellTree::Id node() const { return node_; }
-    /// The match of the node's path, and of the path and a separator.
+    /// The match of the node's path, and of the path followed by a separator.
     Match const& match() const { return match_; }
     Match const& below() const { return below_; }
-    /// Leaves out what is below the node.
+    /// Skips the descendants of the node.
     void skipBelow() { below_.at = Match::none; }
 
 private:
