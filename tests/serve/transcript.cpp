@@ -3,7 +3,7 @@
 //
 //   start [CAPABILITIES [OPTIONS]]  begins a conversation; the workspace is a scratch folder with the samples in it
 //   connect                         begins one without an initialize request
-//   write FILE                      writes a file of the workspace: the lines that begin with "| "
+//   write FILE                      writes a file of the workspace: the lines that begin with "| ", with \r and \xfc
 //   open FILE                       opens a document with these lines
 //   change FILE FROM-TO "TEXT"...   edits it, with all edits in one notification
 //   close FILE
@@ -16,6 +16,7 @@
 // The output of the server is indented. Ranges are FROM-TO, and the workspace is $W.
 
 #include <algorithm>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -69,10 +70,10 @@ QJsonValue parsed(std::string const& json) {
 }
 
 std::string unescaped(std::string text) {
-    constexpr std::pair<char const*, char> escapes[] = {{"\\r", '\r'}, {"\\n", '\n'}, {"\\0", '\0'}};
+    constexpr std::pair<char const*, char> escapes[] = {{"\\r", '\r'}, {"\\n", '\n'}, {"\\0", '\0'}, {"\\xfc", '\xfc'}};
     for (auto const& [escape, character] : escapes) {
         for (std::size_t at = text.find(escape); at != std::string::npos; at = text.find(escape, at)) {
-            text.replace(at, 2, 1, character);
+            text.replace(at, std::strlen(escape), 1, character);
         }
     }
     return text;
@@ -114,7 +115,7 @@ private:
         if (verb == "refuse") return reply({"error", QJsonObject{{"code", 1}, {"message", "no"}}});
         std::string name;
         words >> name;
-        if (verb == "write") return void(support::write(dir_ / name, text));
+        if (verb == "write") return void(support::write(dir_ / name, unescaped(text)));
         if (verb == "request") return printAnswer(client_->request(name.c_str(), parsed(rest(words)).toObject()));
         if (verb == "notify") return client_->notify(name.c_str(), parsed(rest(words)).toObject());
         QString const uri = QString::fromStdString("file://" + (dir_ / name));

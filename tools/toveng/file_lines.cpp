@@ -27,7 +27,6 @@ bool FileLines::get(std::size_t index, std::string_view& line) {
     }
     Line const& held = held_[index - first_];
     line = std::string_view(buffer_).substr(held.offset - bufferOffset_, held.size);
-    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
     return true;
 }
 
@@ -46,7 +45,8 @@ bool FileLines::readLine() {
         void const* const found = std::memchr(buffer_.data() + from, '\n', buffer_.size() - from);
         if (found != nullptr) {
             auto const end = static_cast<std::size_t>(static_cast<char const*>(found) - buffer_.data());
-            held_.push_back({next_, end - start});
+            bool const hasReturn = end > start && buffer_[end - 1] == '\r';
+            held_.push_back({next_, end - start - (hasReturn ? 1 : 0)});
             next_ = bufferOffset_ + end + 1;
             searched_ = 0;
             return true;

@@ -37,7 +37,7 @@ public:
             std::unique_ptr<KnownClocks>& clock = clocks_[name];
             if (clock != nullptr) return;
             clock = std::make_unique<KnownClocks>();
-            clock->define(clock->nameId(name));
+            clock->define(clock->useName(name));
         });
     }
 

@@ -21,35 +21,61 @@ KnownClocks::KnownClocks() : join_(std::make_unique<TovDocumentNames>(document_,
 
 KnownClocks::~KnownClocks() = default;
 
-KnownClocks::Id KnownClocks::nameId(std::string const& name) {
-    auto const [place, isNew] = nameIds_.try_emplace(name, static_cast<Id>(names_.size()));
+// Takes the place of what has gone; else the one after the last.
+KnownClocks::Id KnownClocks::freePlace(std::vector<Id>& free, std::size_t count) {
+    if (free.empty()) return static_cast<Id>(count);
+    Id const id = free.back();
+    free.pop_back();
+    return id;
+}
+
+KnownClocks::Id KnownClocks::useName(std::string const& name) {
+    auto const [place, isNew] = nameIds_.try_emplace(name, 0);
     if (isNew) {
-        names_.emplace_back();
-        names_.back().text = name;
+        place->second = freePlace(freeNames_, names_.size());
+        if (place->second == names_.size()) names_.emplace_back();
+        names_[place->second].text = name;
     }
+    ++names_[place->second].uses;
     return place->second;
 }
 
-KnownClocks::Id KnownClocks::wordId(MissingWord const& word) {
+void KnownClocks::dropName(Id id) {
+    if (--names_[id].uses > 0) return;
+    nameIds_.erase(names_[id].text);
+    names_[id] = Name();
+    freeNames_.push_back(id);
+}
+
+void KnownClocks::setKey(MissingWord const& word) {
     key_.assign(word.text).append(1, '\n');
     for (int part : {static_cast<int>(word.type), static_cast<int>(word.match), word.isClock ? 1 : 0}) {
         key_ += static_cast<char>(part);
     }
-    auto const known = wordIds_.find(key_);
-    if (known != wordIds_.end()) return known->second;
-    auto const [place, isNew] = wordIds_.try_emplace(key_, static_cast<Id>(words_.size()));
+}
+
+KnownClocks::Id KnownClocks::useWord(MissingWord const& word, Id user) {
+    setKey(word);
+    auto const [place, isNew] = wordIds_.try_emplace(key_, 0);
     if (isNew) {
-        words_.emplace_back();
-        words_.back().word = word;
+        place->second = freePlace(freeWords_, words_.size());
+        if (place->second == words_.size()) words_.emplace_back();
+        Word& added = words_[place->second];
+        added.word = word;
+        added.isClock = isCurrent_ && word.mayBeClock() && has(word);
     }
+    words_[place->second].users.push_back(user);
     return place->second;
 }
 
-void KnownClocks::use(Id id, Id user) {
+void KnownClocks::dropWord(Id id, Id user) {
     Word& word = words_[id];
-    // The answer for a word that nothing uses is not kept up to date.
-    if (isCurrent_ && word.users.empty()) word.isClock = word.word.mayBeClock() && has(word.word);
-    word.users.push_back(user);
+    word.users.eraseId(user);
+    if (!word.users.empty()) return;
+    setKey(word.word);
+    wordIds_.erase(key_);
+    word = Word();
+    freeWords_.push_back(id);
 }
 
 bool KnownClocks::define(Id id) {

@@ -26,9 +26,10 @@ public:
     KnownClocks(KnownClocks const&) = delete;
     KnownClocks& operator=(KnownClocks const&) = delete;
 
-    /// A clock name.
+    /// A clock name. It goes with its last use.
     struct Name {
         std::string text;
+        std::size_t uses = 0;
         std::size_t definitions = 0;  ///< number of the enabled commands that define it
         IdList compared;              ///< those that the rules for commands judge
         kiri::tov::TovCmd* definition = nullptr;
@@ -40,13 +41,14 @@ public:
         bool isClock = false;  ///< it matches a clock of the set
     };
 
-    Id nameId(std::string const& name);
-    Id wordId(MissingWord const& word);
+    /// Returns the name's id, for one use more of it.
+    Id useName(std::string const& name);
+    void dropName(Id id);
+    /// Returns the word's id, for one user more of it.
+    Id useWord(MissingWord const& word, Id user);
+    void dropWord(Id id, Id user);
     Name& name(Id id) { return names_[id]; }
     Name const& name(Id id) const { return names_[id]; }
-    /// Adds or removes a user of a word.
-    void use(Id id, Id user);
-    void drop(Id word, Id user) { words_[word].users.eraseId(user); }
     Word const& word(Id id) const { return words_[id]; }
 
     /// Adds or removes a definition of a clock. Returns whether a clock appeared or disappeared.
@@ -74,11 +76,16 @@ public:
     std::string nearest(std::string const& word) const;
 
 private:
+    static Id freePlace(std::vector<Id>& free, std::size_t count);
+    void setKey(MissingWord const& word);
+
     std::vector<Name> names_;
     std::vector<Word> words_;
+    std::vector<Id> freeNames_;
+    std::vector<Id> freeWords_;
     std::unordered_map<std::string, Id> nameIds_;
     std::unordered_map<std::string, Id> wordIds_;
-    std::string key_;  // of the last word that was looked up
+    std::string key_;  // of the word that is looked up
     std::size_t defined_ = 0;
     bool isCurrent_ = true;
     kiri::tov::TOV document_;  // holds a definition of each clock

@@ -22,8 +22,8 @@ StatementSet::Id StatementSet::add(Facts const& facts) {
     entry.isDelay = facts.isDelay;
     entry.isCompared = facts.isCompared;
     entry.hidesClocks = facts.hidesClocks;
-    for (MissingWord const& word : facts.missing) entry.words.push_back(clocks_.wordId(word));
-    for (std::string const& clock : facts.clocks) entry.clocks.push_back(clocks_.nameId(clock));
+    for (MissingWord const& word : facts.missing) entry.words.push_back(clocks_.useWord(word, id));
+    for (std::string const& clock : facts.clocks) entry.clocks.push_back(clocks_.useName(clock));
     return id;
 }
 
@@ -72,7 +72,6 @@ void StatementSet::insertInto(IdList& ids, Id id) {
 void StatementSet::link(Id id) {
     Entry& entry = entries_[id];
     touch(id);
-    for (Id word : entry.words) clocks_.use(word, id);
     for (Id clock : entry.clocks) clocks_.define(clock);
     if (entry.hidesClocks) ++hiding_;
     if (entry.key != 0) {
@@ -96,7 +95,7 @@ void StatementSet::link(Id id) {
 
 void StatementSet::unlink(Id id) {
     Entry& entry = entries_[id];
-    for (Id word : entry.words) clocks_.drop(word, id);
+    for (Id word : entry.words) clocks_.dropWord(word, id);
     for (Id clock : entry.clocks) clocks_.undefine(clock);
     if (entry.hidesClocks) --hiding_;
     if (entry.key != 0) {
@@ -118,6 +117,7 @@ void StatementSet::unlink(Id id) {
             eraseFrom(compared, id);
         }
     }
+    for (Id clock : entry.clocks) clocks_.dropName(clock);
     entry = Entry();
 }
 

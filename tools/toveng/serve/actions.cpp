@@ -32,8 +32,10 @@ public:
     }
 
     void add(QString const& title, char const* kind, QJsonObject const& range, QString const& text) {
-        if (!wants(kind)) return;
-        QJsonArray const edits{QJsonObject{{"range", range}, {"newText", text}}};
+        add(title, kind, {QJsonObject{{"range", range}, {"newText", text}}});
+    }
+    void add(QString const& title, char const* kind, QJsonArray const& edits) {
+        if (!wants(kind) || edits.isEmpty()) return;
         actions_.append(QJsonObject{{"title", title}, {"kind", kind}, {"edit", workspace_.edit(document_, edits)}});
     }
 
@@ -46,6 +48,13 @@ private:
     QJsonArray actions_;
 };
 
+// Whether a word of the line is the one that stands for nothing. Of `a[1]` without braces, `a[1` is the name.
+bool isMissing(Word const& word, MissingWord const& missing) {
+    taDciObjTyp const type = missing.isClock ? taDciObjClock : missing.type;
+    if (word.kind != WordKind::name || typeTitle(word.type) != typeTitle(type)) return false;
+    return word.text == missing.text || word.text == missing.text + "]";
+}
+
 // Puts the near names in the place of the missing ones.
 void addNearNames(Actions& actions, Workspace const& workspace, OpenDocument& document, Statement const& statement) {
     DocumentAnalysis& analysis = workspace.analysisOf(document);
@@ -55,14 +64,16 @@ void addNearNames(Actions& actions, Workspace const& workspace, OpenDocument& do
             std::string const nearest = analysis.nearestTo(missing);
             if (nearest.empty()) continue;
             QString const name = toText(nearest);
+            bool const needsBraces = nearest.find_first_of(" []{}\"$;\\") != std::string::npos;
+            QJsonArray edits;
             for (Word const& word : words.words) {
-                if (word.kind != WordKind::name || word.text != missing.text) continue;
+                if (!isMissing(word, missing)) continue;
                 QJsonObject const range =
                     workspace.range(document, {statement.first, word.begin}, {statement.first, word.end});
-                bool const needsBraces = !word.isBraced && nearest.find_first_of(" []{}\"$;\\") != std::string::npos;
-                actions.add("Write " + name, fixKind, range, needsBraces ? "{" + name + "}" : name);
-                break;
+                QString const text = needsBraces && !word.isBraced ? "{" + name + "}" : name;
+                edits.append(QJsonObject{{"range", range}, {"newText", text}});
             }
+            actions.add("Write " + name, fixKind, edits);
         }
     }
 }

@@ -99,9 +99,10 @@ void addClocks(Items& items, Workspace const& workspace, OpenDocument const& doc
         for (ClockDefinition const& clock : clocksIn(*file)) names.insert(clock.name);
     }
     if (workspace.design != nullptr) {
+        int count = 0;
         workspace.design->list(taDciObjClock).complete(items.typed(), [&](std::string_view name) {
             names.emplace(name);
-            return names.size() <= itemsAtMost;
+            return ++count <= itemsAtMost;  // one more shows that there are more
         });
     }
     for (std::string const& name : names) {

@@ -13,6 +13,11 @@ bool endsWord(char c) {
     return isSpace(c) || std::string_view("[]{}\"").find(c) != std::string_view::npos;
 }
 
+// Whether a word ends before the rest of its line, which may be the "\" that joins the next line.
+bool endsBefore(std::string_view rest) {
+    return rest.empty() || endsWord(rest.front()) || (rest.front() == '\\' && trim(rest).size() == 1);
+}
+
 // Appends a text as a string of JSON.
 void appendText(std::string& json, std::string_view text) {
     constexpr char const* digits = "0123456789abcdef";
@@ -61,8 +66,7 @@ std::pair<std::size_t, std::size_t> placeOfProblem(std::string_view line, Proble
     if (!word.empty()) {
         for (std::size_t at = line.find(word); at < line.size() && count < 2; at = line.find(word, at + 1)) {
             bool const begins = at == 0 || endsWord(line[at - 1]);
-            bool const ends = at + word.size() == line.size() || endsWord(line[at + word.size()]);
-            if (!begins || !ends) continue;
+            if (!begins || !endsBefore(line.substr(at + word.size()))) continue;
             found = at;
             ++count;
         }

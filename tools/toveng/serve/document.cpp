@@ -61,10 +61,10 @@ std::optional<Place> Text::placeAt(std::size_t line, std::size_t character, Enco
 
 // The line of the client's in which a line of the text begins.
 std::size_t Text::clientLine(Place place) const {
-    std::size_t line = place.line;
-    if (returns_ == 0) return line;
-    for (std::size_t before = 0; before < place.line; ++before) line += lines_[before]->returns;
-    return line;
+    if (returns_ == 0) return place.line;
+    if (place.line < counted_.line) counted_ = {};
+    for (; counted_.line < place.line; ++counted_.line) counted_.returns += lines_[counted_.line]->returns;
+    return counted_.line + counted_.returns;
 }
 
 Position Text::positionOf(Place place, Encoding encoding) const {
@@ -89,6 +89,7 @@ QJsonObject Text::lineRange(std::size_t index, Encoding encoding) const {
 Splice Text::replace(Place start, Place end, std::string_view text) {
     std::string const rest = lines_[end.line]->text.substr(end.byte);
     std::vector<std::unique_ptr<Line>> added;
+    counted_ = {};
     for (std::size_t i = start.line; i <= end.line; ++i) returns_ -= lines_[i]->returns;
     forEachLine(text, [&](std::string_view line) {
         added.push_back(std::make_unique<Line>());
@@ -119,6 +120,7 @@ Splice Text::replaceAll(std::string_view text) {
     lines_.clear();
     lines_.reserve(splice.added);
     returns_ = 0;
+    counted_ = {};
     forEachLine(text, [&](std::string_view line) {
         lines_.push_back(std::make_unique<Line>());
         lines_.back()->text = line;

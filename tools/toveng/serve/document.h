@@ -71,6 +71,11 @@ private:
 
     std::vector<std::unique_ptr<Line>> lines_;  // one at least
     std::size_t returns_ = 0;
+    // A line and the returns before it: those of later lines are counted from there.
+    mutable struct {
+        std::size_t line = 0;
+        std::size_t returns = 0;
+    } counted_;
 };
 
 }  // namespace tool::lsp

@@ -13,6 +13,7 @@ namespace tool::lsp {
 
 namespace {
 
+/// The lines that the text has as a file: a line feed at its end begins no further one.
 class TextLines : public Lines {
 public:
     explicit TextLines(Text const& text) : text_(text) {}
@@ -20,7 +21,7 @@ public:
     bool get(std::size_t index, std::string_view& line) override {
         if (index >= text_.lineCount()) return false;
         line = text_.line(index);
-        return true;
+        return !line.empty() || index + 1 < text_.lineCount();
     }
 
 private:

@@ -11,7 +11,7 @@ namespace tool::lsp {
 class NearNameCache {
 public:
     std::string const& nearest(kiri::tov::TovDesignNames const& names, taDciObjTyp type, std::string const& word) {
-        constexpr std::size_t most = 10'000;
+        constexpr std::size_t most = 2'000;
         if (found_.size() >= most) found_.clear();
         auto const [place, isNew] = found_.try_emplace(std::to_string(type) + " " + word);
         if (isNew) place->second = names.nearest(type, word);

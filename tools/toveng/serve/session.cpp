@@ -3,9 +3,9 @@
 #include <QDir>
 #include <algorithm>
 #include <exception>
-#include <fstream>
 #include <utility>
 
+#include "file_lines.h"
 #include "input.h"
 #include "serve/server.h"
 #include "text.h"
@@ -19,10 +19,12 @@ constexpr int warningMessage = 2;
 constexpr std::chrono::seconds patienceForSettings{2};
 
 // Files of other tools may be Latin-1.
-std::vector<std::string> linesOf(Input const& input) {
-    std::ifstream file(input.path(), std::ios::binary);
+std::vector<std::string> linesOf(tool::Input const& input) {
+    FileLines file(input);
     std::vector<std::string> lines;
-    for (std::string line; std::getline(file, line);) lines.push_back(toText(line).toStdString());
+    for (std::string_view line; file.get(lines.size(), line); file.forgetBefore(lines.size())) {
+        lines.push_back(toText(line).toStdString());
+    }
     return lines;
 }
 
