@@ -77,8 +77,8 @@ Input::~Input() {
 
 bool Input::hasEnded() const {
     if (ended_) return true;
-    pollfd end{fd_, 0, 0};
-    return ::poll(&end, 1, 0) > 0 && (end.revents & POLLHUP) != 0;
+    pollfd end{fd_, POLLRDHUP, 0};  // a socket may be closed in one direction alone
+    return ::poll(&end, 1, 0) > 0 && (end.revents & (POLLHUP | POLLRDHUP)) != 0;
 }
 
 void Input::run() {
