@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <malloc.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include "analysis/words.h"
 #include "conversation.h"
@@ -53,6 +55,35 @@ TEST(Framer, TakesMessagesAndGoesOnAfterBrokenHeaders) {
         for (std::size_t block : {std::size_t{1}, std::size_t{7}, row.stream.size()}) {
             EXPECT_EQ(bodiesIn(row.stream, block), row.bodies) << row.stream << " in blocks of " << block;
         }
+    }
+}
+
+void writeAll(int fd, std::string_view bytes) {
+    while (!bytes.empty()) {
+        ssize_t const size = ::write(fd, bytes.data(), bytes.size());
+        ASSERT_GT(size, 0);
+        bytes.remove_prefix(static_cast<std::size_t>(size));
+    }
+}
+
+// The thread that reads waits for room then, and cannot see the end by itself.
+TEST(Input, NoticesTheEndWhileMessagesWait) {
+    for (bool isSocket : {false, true}) {
+        int ends[2];
+        ASSERT_EQ(isSocket ? ::socketpair(AF_UNIX, SOCK_STREAM, 0, ends) : ::pipe(ends), 0);
+        {
+            tool::lsp::Channel channel;
+            tool::lsp::Log log("");
+            tool::lsp::Input const input(ends[0], channel, log);
+            std::size_t const size = tool::lsp::Channel::limit;
+            writeAll(ends[1], "Content-Length: " + std::to_string(size) + "\r\n\r\n" + std::string(size, ' '));
+            writeAll(ends[1], "Content-Length: 2\r\n\r\n{}");
+            EXPECT_FALSE(input.hasEnded());
+            isSocket ? ::shutdown(ends[1], SHUT_WR) : ::close(ends[1]);
+            EXPECT_TRUE(input.hasEnded()) << (isSocket ? "socket" : "pipe");
+        }
+        ::close(ends[0]);
+        if (isSocket) ::close(ends[1]);
     }
 }
 
