@@ -7,7 +7,7 @@ namespace kiri::tov::impl_detail {
 namespace {
 
 constexpr NameKinds flatKinds = NameKinds(NameKind::port) | NameKind::clock;
-constexpr std::size_t end = std::string_view::npos;
+constexpr std::size_t allLevels = std::string_view::npos;
 
 }  // namespace
 
@@ -49,7 +49,7 @@ void NameSearch::findPaths(NameKinds kinds, bool crosses) {
         for (Cell const cell : index_.unnamedCells) addOwn(inCells, cell, NameWord::start(false));
         if (index_.libraries.empty()) return;
         std::string_view const text = word_.text();
-        for (std::size_t at = text.find('/'); at != end; at = text.find('/', at + 1)) {
+        for (std::size_t at = text.find('/'); at != std::string_view::npos; at = text.find('/', at + 1)) {
             if (index_.libraries.count(text.substr(0, at)) != 0) findLiteral(inCells, at + 1);
         }
         return;
@@ -80,7 +80,7 @@ void NameSearch::findLiteral(NameKinds kinds, std::size_t begin) {
     std::string_view const library = word_.text().substr(0, hasLibrary ? begin - 1 : 0);
     bool const hasCells = kinds.has(NameKind::cell) && !word_.isRange();
     std::size_t const own = lastLevelsOf(word_.text(), *index_.ownLevels.rbegin());
-    TreeWalk walk(index_.tree, word_, NameWord::start(false, begin), hasCells ? end : lastLevelsOf(word_.text()));
+    TreeWalk walk(index_.tree, word_, NameWord::start(false, begin), hasCells ? allLevels : lastLevelsOf(word_.text()));
     while (!hits_.isEnough() && walk.next()) {
         for (Cell const cell : index_.tree.cells(walk.node())) {
             if (!hasLibrary && walk.below().at >= own) addOwn(kinds, cell, walk.below());
@@ -102,7 +102,7 @@ void NameSearch::addHierarchical(NameKinds kinds, Cell cell, std::string_view li
 
 void NameSearch::findBlocks(bool crosses) {
     if (word_.isRange()) return;
-    TreeWalk walk(index_.tree, word_, NameWord::start(crosses), end);
+    TreeWalk walk(index_.tree, word_, NameWord::start(crosses), allLevels);
     while (!hits_.isEnough() && walk.next()) {
         if (!word_.accepts(walk.match())) continue;
         addSubtree(walk.node());
@@ -116,7 +116,7 @@ void NameSearch::findOwn(NameKinds kinds, bool crosses) {
     std::set<std::size_t> const& ownLevels = index_.ownLevels;
     Match const start = NameWord::start(crosses);
     if (crosses) {
-        findOwn(kinds, start, lastLevelsOf(word_.prefix(), *ownLevels.rbegin()), end);
+        findOwn(kinds, start, lastLevelsOf(word_.prefix(), *ownLevels.rbegin()), allLevels);
         return;
     }
     for (std::size_t const own : ownLevels) {
@@ -152,7 +152,7 @@ void NameSearch::addFound(NameKinds kinds, std::vector<std::pair<Cell, Match>>& 
 /// one.
 bool NameSearch::findByLastLevel(NameKinds kinds, bool crosses) {
     bool const isClock = kinds.without(NameKind::clock).isEmpty();
-    if (isClock && word_.prefix().find('/') == end) {
+    if (isClock && word_.prefix().find('/') == std::string_view::npos) {
         for (PlacedNode const& clock : index_.clocks.nodes()) {
             TovNode const& owner = *clock.node->parent();
             if (owner.type() != TOV_OBJ_CELL || hits_.isEnough()) continue;
@@ -179,7 +179,7 @@ std::optional<Span<std::uint32_t>> NameSearch::withLastLevel() const {
 
 /// Finds the nodes whose last levels the word matches.
 void NameSearch::findLocal(NameKinds kinds) {
-    std::size_t const levels = kinds.isEmpty() ? end : word_.levels();
+    std::size_t const levels = kinds.isEmpty() ? allLevels : word_.levels();
     if (levels == 1) {
         if (kinds.has(NameKind::net)) findLocalNets();
         if (kinds.has(NameKind::cell) && !word_.isRange()) findLocalCells();
