@@ -1,4 +1,4 @@
-// What a client may do to the command at a place.
+// The code actions for the command at a position.
 
 #include <QJsonArray>
 #include <utility>
@@ -21,7 +21,7 @@ public:
     Actions(Workspace const& workspace, OpenDocument const& document, QJsonArray only)
         : workspace_(workspace), document_(document), only_(std::move(only)) {}
 
-    /// Whether a kind is asked for, by itself or by one that it belongs to.
+    /// Whether the client asks for a kind, or for one that includes it.
     bool wants(QString const& kind) const {
         if (only_.isEmpty()) return true;
         for (QJsonValue const wanted : only_) {
@@ -48,14 +48,14 @@ private:
     QJsonArray actions_;
 };
 
-// Whether a word of the line is the one that stands for nothing. Of `a[1]` without braces, `a[1` is the name.
+// Whether a word of the line is the one that matches nothing. The name of `a[1]` without braces is `a[1`.
 bool isMissing(Word const& word, MissingWord const& missing) {
     taDciObjTyp const type = missing.isClock ? taDciObjClock : missing.type;
     if (word.kind != WordKind::name || typeTitle(word.type) != typeTitle(type)) return false;
     return word.text == missing.text || word.text == missing.text + "]";
 }
 
-// Puts the near names in the place of the missing ones.
+// Replaces missing names with the nearest ones.
 void addNearNames(Actions& actions, Workspace const& workspace, OpenDocument& document, Statement const& statement) {
     DocumentAnalysis& analysis = workspace.analysisOf(document);
     LineWords const words = wordsOf(document.text.line(statement.first));

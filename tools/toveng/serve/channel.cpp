@@ -8,7 +8,7 @@ namespace tool::lsp {
 
 namespace {
 
-// A parsed message takes some room however short it is.
+// Even a short message takes some memory when it is parsed.
 std::size_t sizeOf(Event const& event) {
     constexpr std::size_t least = 1024;
     auto const* const incoming = std::get_if<Incoming>(&event);

@@ -29,18 +29,18 @@ struct EndOfInput {};
 
 using Event = std::variant<Incoming, DesignEvent, EndOfInput>;
 
-/// Hands events over from the threads that make them to the one that works.
+/// Passes events from the threads that create them to the one that handles them.
 class Channel {
 public:
-    /// Messages of the client wait outside while those inside are larger than this.
+    /// While the messages in the channel are larger than this, more messages of the client have to wait.
     static constexpr std::size_t limit = std::size_t{16} << 20;
 
-    /// Adds events that came together. Waits first while there is no room, unless the channel is closed. A
-    /// "$/cancelRequest" marks the request that it is for, if that is still here.
+    /// Adds events that came together. First waits for room, unless the channel is closed. A "$/cancelRequest" marks
+    /// the request that it cancels, if that is still in the channel.
     void push(std::vector<Event> events);
-    /// Takes the next event; waits for it, but no longer than a time.
+    /// Removes and returns the next event; waits for it up to a timeout.
     std::optional<Event> take(std::chrono::milliseconds most);
-    /// Lets push() wait no longer.
+    /// Stops push() from waiting.
     void close();
 
 private:

@@ -41,7 +41,7 @@ std::optional<ClockDefinition> clockIn(std::string_view line, std::size_t number
     clock.line = number;
     clock.isEnabled = cmd->enabled;
     LineWords const words = wordsOf(line);
-    // The last name counts, and without one the first word of the last target.
+    // The last name counts, or without a name the first word of the last target.
     Word const* place = nullptr;
     for (Word const& word : words.words) {
         if (word.text != clock.name) continue;
@@ -89,7 +89,7 @@ bool standsFor(std::string_view word, std::string_view name) {
     constexpr std::size_t none = std::string_view::npos;
     std::size_t at = 0;
     std::size_t in = 0;
-    std::size_t star = none;    // the last '*', where the search goes on
+    std::size_t star = none;    // the last '*', where the search continues
     std::size_t starIn = none;  // the name's part that it leaves
     while (in < name.size() || at < word.size()) {
         if (at < word.size() && word[at] == '*') {
@@ -100,7 +100,7 @@ bool standsFor(std::string_view word, std::string_view name) {
         bool const isEscape = at < word.size() && word[at] == '\\';
         std::size_t const next = at + (isEscape ? 1 : 0);
         if (isEscape && next == word.size()) {
-            ++at;  // a last '\' is dropped
+            ++at;  // a trailing '\' is dropped
             continue;
         }
         bool const fits = in < name.size() && next < word.size() &&

@@ -10,7 +10,7 @@
 
 namespace tool::lsp {
 
-/// A command that defines a clock, and where its name is.
+/// A command that defines a clock, and the position of its name.
 struct ClockDefinition {
     std::string name;
     std::size_t line = 0;
@@ -20,21 +20,21 @@ struct ClockDefinition {
     bool isEnabled = true;
 };
 
-/// Returns the clock that a line defines; nothing where it defines none.
+/// Returns the clock that a line defines, if any.
 std::optional<ClockDefinition> clockIn(std::string_view line, std::size_t number);
 
 /// The clocks that a document or a file defines, in the order of the lines.
 std::vector<ClockDefinition> clocksIn(Text const& text);
 std::vector<ClockDefinition> clocksIn(SetFile const& file);
 
-/// Returns the files of the set that a document forms, without the document itself.
+/// Returns the files of the set of a document, without the document itself.
 std::vector<SetFile const*> filesBeside(Workspace const& workspace, OpenDocument const& document);
 
 /// Returns whether a word is a pattern.
 bool isPattern(std::string_view word);
 
-/// Returns whether a word stands for a name: '*' and '?' match any text and character, '\' takes the next character as
-/// it is, and '.' and '/' are equal.
+/// Returns whether a word matches a name: '*' matches any text and '?' any character, '\' makes the next character
+/// literal, and '.' and '/' are equal.
 bool standsFor(std::string_view word, std::string_view name);
 
 }  // namespace tool::lsp

@@ -1,4 +1,4 @@
-// What may come at a place of a line.
+// Completions at a position in a line.
 
 #include <QJsonArray>
 #include <algorithm>
@@ -14,7 +14,7 @@ namespace tool::lsp {
 
 namespace {
 
-// The protocol's kinds of items.
+// The item kinds of the protocol.
 constexpr int functionItem = 3;
 constexpr int fieldItem = 5;
 constexpr int variableItem = 6;
@@ -24,12 +24,12 @@ constexpr int keywordItem = 14;
 
 constexpr int itemsAtMost = 200;
 
-// Whether a query can hold a name without braces.
+// Whether a query can contain a name without braces.
 bool isPlain(std::string_view name) {
     return name.find_first_of(" \t[]{}\"$;\\") == std::string_view::npos;
 }
 
-/// Collects what begins with the word that is being written.
+/// Collects the items that begin with the word being typed.
 class Items {
 public:
     Items(Workspace const& workspace, OpenDocument const& document, Place place, OpenEnd const& end)
@@ -40,7 +40,7 @@ public:
     std::string_view typed() const { return typed_; }
     bool isFull() const { return items_.size() == itemsAtMost; }
 
-    /// Adds an item unless it begins otherwise. Returns false if there is no room for it.
+    /// Adds an item if it begins with the word. Returns false if the list is full.
     bool add(std::string_view word, int kind, std::string_view detail = {}) {
         if (word.substr(0, typed_.size()) != typed_) return true;
         if (isFull()) {

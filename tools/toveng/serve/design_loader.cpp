@@ -13,7 +13,7 @@ namespace tool::lsp {
 
 namespace {
 
-// Of the whole, reading the dump is the larger part.
+// Reading the dump takes most of the time.
 constexpr int percentRead = 60;
 constexpr int percentIndexed = 90;
 
@@ -28,7 +28,7 @@ NameList namesOf(TovDesignNames const& names, taDciObjTyp type) {
     return list;
 }
 
-// Shows a part of the progress as that of the whole.
+// Reports the progress of one part as progress of the whole.
 TovProgress part(TovProgress const& progress, std::uint64_t from, std::uint64_t to) {
     return [&progress, from, to](std::uint64_t done, std::uint64_t size) {
         return progress(from + (size == 0 ? 0 : done * (to - from) / size), 100);

@@ -16,14 +16,14 @@
 
 namespace tool::lsp {
 
-/// A design that nothing changes any more.
+/// A design that no longer changes.
 class Design {
 public:
-    /// Loads a dump. Throws Trouble with the reason if it cannot be read whole, or if `progress` stops it.
+    /// Loads a dump. Throws Trouble with the reason if it cannot be read completely, or if `progress` stops it.
     Design(std::string const& path, kiri::tov::TovProgress const& progress);
 
     kiri::tov::TovDesignNames const& names() const { return *names_; }
-    /// The names of the objects of a type, in the form in which a constraint may hold them, in UTF-8.
+    /// Returns the names of the objects of a type, in the form for constraints, in UTF-8.
     NameList const& list(taDciObjTyp type) const;
 
 private:
@@ -34,15 +34,15 @@ private:
 
 using DesignPtr = std::shared_ptr<Design const>;
 
-/// What the loader reports of the dump that was asked for with that number.
+/// A report of the loader about the dump requested with that number.
 struct DesignEvent {
     int number;
     int percent;        ///< below 100 while it is being read
     DesignPtr design;   ///< at 100; null if it cannot be read
-    std::string error;  ///< then says why not
+    std::string error;  ///< the reason, if `design` is null
 };
 
-/// Loads dumps in a thread of its own, and frees them there.
+/// Loads dumps in a separate thread, and frees them there.
 class DesignLoader {
 public:
     /// `report` is called in the loader's thread.
@@ -51,12 +51,12 @@ public:
     DesignLoader(DesignLoader const&) = delete;
     DesignLoader& operator=(DesignLoader const&) = delete;
 
-    /// Loads a dump. One that is being loaded is given up. Nothing more is reported of earlier numbers, except what is
-    /// under way to the caller.
+    /// Loads a dump and cancels a load in progress. Nothing more is reported about earlier numbers, except for events
+    /// already on their way to the caller.
     void load(int number, std::string path);
-    /// Gives up what is being loaded.
+    /// Cancels the load in progress.
     void stop();
-    /// Frees a design, unless others still have it.
+    /// Frees a design, unless others still use it.
     void dispose(DesignPtr design);
 
 private:
@@ -74,7 +74,7 @@ private:
     std::optional<Job> job_;  // the next one
     std::vector<DesignPtr> disposed_;
     bool ends_ = false;
-    std::atomic<int> current_{0};  // the number that is wanted; a load with another one stops
+    std::atomic<int> current_{0};  // the requested number; a load with another number stops
     std::thread thread_;
 };
 

@@ -39,7 +39,7 @@ void appendPosition(std::string& json, std::size_t line, std::size_t character) 
     json.append(",\"character\":").append(std::to_string(character)).append(1, '}');
 }
 
-// Made by hand: a document may have as many findings as lines, and they go out after each edit.
+// Written without QJson: a document may have as many findings as lines, and they are sent after each edit.
 void appendProblem(std::string& json, Text const& text, Encoding encoding, Problem const& problem) {
     auto const [begin, end] = placeOfProblem(text.line(problem.line), problem);
     Position const first = text.positionOf({problem.line, begin}, encoding);

@@ -10,7 +10,7 @@ namespace tool::lsp {
 
 namespace {
 
-// Calls `visit` with each part of a text that line feeds separate.
+// Calls `visit` with each part of a text, separated by line feeds.
 template <class Visit>
 void forEachLine(std::string_view text, Visit visit) {
     for (;;) {
@@ -21,7 +21,7 @@ void forEachLine(std::string_view text, Visit visit) {
     }
 }
 
-// The lines that the client sees in a line of the text.
+// The client's lines in a line of the text.
 std::string_view clientPart(std::string_view line, std::size_t part) {
     for (; part > 0; --part) line.remove_prefix(std::min(line.find('\r'), line.size() - 1) + 1);
     return line.substr(0, line.find('\r'));
@@ -59,7 +59,7 @@ std::optional<Place> Text::placeAt(std::size_t line, std::size_t character, Enco
     return place;
 }
 
-// The line of the client's in which a line of the text begins.
+// The client's line in which a line of the text begins.
 std::size_t Text::clientLine(Place place) const {
     if (returns_ == 0) return place.line;
     if (place.line < counted_.line) counted_ = {};

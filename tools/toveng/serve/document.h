@@ -20,7 +20,7 @@ struct Place {
     std::size_t byte = 0;
 };
 
-/// A place as the client has it.
+/// A position in the client's units.
 struct Position {
     std::size_t line;
     std::size_t character;
@@ -33,12 +33,12 @@ inline bool operator<(Place a, Place b) {
 /// Lines that an edit replaced.
 struct Splice {
     std::size_t first;    ///< the first line that changed
-    std::size_t removed;  ///< how many lines went
-    std::size_t added;    ///< how many came in their place
+    std::size_t removed;  ///< number of removed lines
+    std::size_t added;    ///< number of lines that replace them
 };
 
-/// A text kept by lines. Its lines end at line feeds, as those of a constraint file; for the client a carriage return
-/// without a line feed ends a line, too, and positions are converted accordingly.
+/// A text, stored as lines. Its lines end at line feeds, like those of a constraint file. For the client, a carriage
+/// return without a line feed also ends a line, and positions are converted accordingly.
 class Text {
 public:
     Text() { replaceAll({}); }
@@ -46,15 +46,15 @@ public:
     std::size_t lineCount() const { return lines_.size(); }
     /// Returns a line without its line feed, and without the carriage return before that.
     std::string_view line(std::size_t index) const;
-    /// Returns the place of the client's position: at the end of a line that is shorter, nothing beyond the last line.
+    /// Returns the place of a client's position: the end of the line if that is shorter; nothing beyond the last line.
     std::optional<Place> placeAt(std::size_t line, std::size_t character, Encoding encoding) const;
-    /// Returns a place as the client's position.
+    /// Returns a place as a client's position.
     Position positionOf(Place place, Encoding encoding) const;
     QJsonObject range(Place start, Place end, Encoding encoding) const;
-    /// The whole of a line, or of what is on it apart from white space at its ends.
+    /// The range of a line, or of its text without white space at the ends.
     QJsonObject lineRange(std::size_t index, Encoding encoding) const;
 
-    /// Replaces what is between two places, of which `start` is not after `end`.
+    /// Replaces the text between two places; `start` must not be after `end`.
     Splice replace(Place start, Place end, std::string_view text);
     Splice replaceAll(std::string_view text);
     std::string text() const;
@@ -62,14 +62,14 @@ public:
 private:
     struct Line {
         std::string text;         // with the carriage return of its end
-        std::size_t returns = 0;  // that are alone: each ends a line of the client's
+        std::size_t returns = 0;  // lone carriage returns: each ends a client's line
     };
 
     bool isLast(std::size_t index) const { return index + 1 == lines_.size(); }
     std::size_t countReturns(std::size_t index) const;
     std::size_t clientLine(Place place) const;
 
-    std::vector<std::unique_ptr<Line>> lines_;  // one at least
+    std::vector<std::unique_ptr<Line>> lines_;  // at least one
     std::size_t returns_ = 0;
     // A line and the returns before it: those of later lines are counted from there.
     mutable struct {

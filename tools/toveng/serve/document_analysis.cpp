@@ -86,7 +86,7 @@ DocumentAnalysis::Record DocumentAnalysis::judge(Lines& lines, Statement const& 
     return record;
 }
 
-// Scans from the first statement that the edit touches up to an old one that begins where the next one would.
+// Scans from the first statement that the edit affects up to an old one that begins where the next one would.
 void DocumentAnalysis::apply(Splice const& splice) {
     TextLines lines(text_);
     StatementScanner scanner(lines);
@@ -131,7 +131,7 @@ bool DocumentAnalysis::isTold(Code code) const {
     return code == Code::endsLoad || rules_.codes.has(code);
 }
 
-// Findings between statements name lines, which move: they are made anew.
+// Findings between statements name lines, which move, so they are created again.
 std::vector<Problem> DocumentAnalysis::problemsOf(std::size_t index, NearNames& near) {
     Record& record = records_[index];
     Statement const& statement = statements_[index];

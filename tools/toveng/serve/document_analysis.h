@@ -20,10 +20,10 @@ struct FileText {
     std::vector<std::string> const* lines;
 };
 
-/// What a document is judged by.
+/// The context in which a document is judged.
 struct Rules {
     kiri::tov::TovDesignNames const* names = nullptr;
-    bool isDesignPending = false;  ///< a design is set and not there: nothing is said of names
+    bool isDesignPending = false;  ///< a design is set but not loaded: names are not judged
     kiri::tov::TovNameMatch match = kiri::tov::TOVMATCH_LEVELS;
     CodeSet codes{true};
     std::vector<FileText> filesBefore;  ///< of the set, before the document
@@ -38,16 +38,16 @@ struct Problem {
     Code code;
     std::string text;
     std::string message;               ///< UTF-8
-    std::vector<MissingWord> words{};  ///< that stand for nothing: of undefined-clock and missing-name
+    std::vector<MissingWord> words{};  ///< that match nothing, for undefined-clock and missing-name
 };
 
-/// What is found in a document, kept while it is edited: an edit judges again only what it may change. The text and
-/// what the rules refer to must outlive it.
+/// The findings of a document, updated while it is edited: after an edit, only the statements that it may affect are
+/// judged again. The text and the objects to which the rules refer must outlive it.
 class DocumentAnalysis {
 public:
     DocumentAnalysis(Text const& text, Rules rules);
 
-    /// Takes an edit of the text, after it was made.
+    /// Updates the findings after an edit of the text.
     void apply(Splice const& splice);
 
     using Visitor = std::function<void(Problem const& problem)>;
@@ -58,21 +58,21 @@ public:
     Statement const* statementAt(std::size_t line) const;
     /// Returns the findings of the statement that a line belongs to.
     std::vector<Problem> problemsAt(std::size_t line);
-    /// Returns the near name for a word that stands for nothing; empty if there is none.
+    /// Returns the nearest name for a word that matches nothing; empty if there is none.
     std::string nearestTo(MissingWord const& word) const {
         return NearNames(set_.clocks(), rules_.nearest).nearestTo(word);
     }
 
 private:
-    /// What is found in a statement by itself. Messages on commands that go on name their lines.
+    /// The findings in a single statement. Messages about continued commands name their lines.
     struct Own {
         std::size_t first;  // the statement's line when it was judged
         std::vector<Problem> problems;
     };
-    /// What is found in a statement.
+    /// The findings in a statement.
     struct Record {
         std::unique_ptr<Own> own;  // null for nothing
-        bool hasOthers = false;    // there is something because of other statements
+        bool hasOthers = false;    // there are findings because of other statements
     };
     /// A statement of another file.
     struct FileStatement {

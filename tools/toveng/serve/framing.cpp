@@ -22,7 +22,7 @@ std::size_t findField(std::string_view text, std::size_t from = 0) {
     return found == text.end() ? std::string_view::npos : static_cast<std::size_t>(found - text.begin());
 }
 
-// Returns the number in the rest of a line; nothing where that is not a length.
+// Returns the number in the rest of a line; nothing if that is not a length.
 std::optional<std::size_t> lengthIn(std::string_view line) {
     std::size_t const first = std::min(line.find_first_not_of(" \t"), line.size());
     std::size_t const last = line.find_last_not_of(" \t\r") + 1;
@@ -46,7 +46,7 @@ std::size_t headerEnd(std::string_view text, std::size_t from) {
     return 0;
 }
 
-// Returns the length that a field at the beginning of a line gives.
+// Returns the length in a field at the beginning of a line.
 std::optional<std::size_t> lengthOf(std::string_view header) {
     for (std::size_t at = findField(header); at != std::string_view::npos; at = findField(header, at + 1)) {
         if (at > 0 && header[at - 1] != '\n') continue;
@@ -61,7 +61,7 @@ std::optional<std::size_t> lengthOf(std::string_view header) {
 void Framer::skip(std::size_t bytes) {
     start_ += bytes;
     searched_ = 0;
-    // What was read goes once it is the larger half.
+    // Drop what was read once it is the larger half.
     if (start_ * 2 < static_cast<std::size_t>(buffer_.size())) return;
     buffer_.remove(0, static_cast<int>(start_));
     start_ = 0;
@@ -71,7 +71,7 @@ void Framer::skip(std::size_t bytes) {
 bool Framer::skipToHeader() {
     std::string_view const text = unread();
     std::size_t const at = findField(text);
-    // The field may be cut by the end of what was received.
+    // The received bytes may end within the field.
     std::size_t const kept = std::min(text.size(), lengthField.size() - 1);
     skip(at == std::string_view::npos ? text.size() - kept : at);
     isLost_ = at == std::string_view::npos;
@@ -93,7 +93,7 @@ Framer::Result Framer::readHeader() {
         skip(end);
         return Result::message;
     }
-    // A field in the middle of a line may be where the next message begins.
+    // The next message may begin with a field in the middle of a line.
     std::size_t const inner = findField(header, 1);
     skip(inner == std::string_view::npos || header[inner - 1] == '\n' ? end : inner);
     isLost_ = true;

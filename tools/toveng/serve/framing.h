@@ -6,27 +6,27 @@
 
 namespace tool::lsp {
 
-/// Cuts a stream of bytes into the messages of the protocol:
+/// Splits a stream of bytes into the messages of the protocol:
 ///
 ///     Content-Length: 17\r\n
 ///     \r\n
 ///     {"method":"exit"}
 ///
-/// Names of header fields are read without regard to case, other fields are ignored, and a line may end in a bare line
-/// feed. A header without a usable length is reported once; reading continues at the next "Content-Length".
+/// Names of header fields are case-insensitive, other fields are ignored, and a line may end in a bare line feed. A
+/// header without a usable length is reported once; reading continues at the next "Content-Length".
 class Framer {
 public:
     enum class Result {
-        needMore,  ///< nothing is complete: append() more
-        message,   ///< the body of a message was taken
-        broken     ///< a header was not understood and left out
+        needMore,  ///< no message is complete: append() more
+        message,   ///< the body of a message was returned
+        broken     ///< a malformed header was skipped
     };
 
     /// Longer messages are refused like a header without a length.
     static constexpr std::size_t longest = std::size_t{256} << 20;
 
     void append(std::string_view bytes) { buffer_.append(bytes.data(), static_cast<int>(bytes.size())); }
-    /// Takes what comes next; `body` is set with Result::message only.
+    /// Returns what comes next; `body` is set only with Result::message.
     Result next(QByteArray& body);
 
 private:
@@ -38,9 +38,9 @@ private:
     Result readHeader();
 
     QByteArray buffer_;
-    std::size_t start_ = 0;     // of what is unread
-    std::size_t searched_ = 0;  // of what is unread: holds no end of a header
-    std::size_t length_ = 0;    // of the body that follows
+    std::size_t start_ = 0;     // of the unread bytes
+    std::size_t searched_ = 0;  // number of unread bytes without the end of a header
+    std::size_t length_ = 0;    // length of the next body
     bool inBody_ = false;
     bool isLost_ = false;  // after a broken header
 };

@@ -1,4 +1,4 @@
-// What a word of a line means.
+// The meaning of a word in a line.
 
 #include <QStringList>
 #include <algorithm>
@@ -17,7 +17,7 @@ constexpr std::size_t shownAtMost = 10;
 
 constexpr taDciObjTyp nodeTypes[] = {taDciObjPort, taDciObjPin, taDciObjNet, taDciObjCell, taDciObjClock};
 
-/// The text of a hover, in the form that the client reads.
+/// The text of a hover, in the format that the client supports.
 class Page {
 public:
     explicit Page(bool isMarkdown) : isMarkdown_(isMarkdown) {}

@@ -20,7 +20,7 @@ namespace {
 constexpr std::string_view disablePrefix = "#disable ";
 constexpr std::string_view disableOption = "-disable";
 
-/// A line of a constraint file, read.
+/// A parsed line of a constraint file.
 struct Read {
     explicit Read(std::string_view text) : line(text) {
         try {
@@ -87,7 +87,7 @@ private:
     std::vector<Objects> all_;
 };
 
-// The words that a check compares, in the order of their bytes.
+// The words that a check compares, in byte order.
 std::vector<std::string> sortedWords(std::string_view text) {
     std::vector<std::string> words;
     constexpr std::string_view ends = " \t\n\r\v\f[]{}\"";
@@ -100,7 +100,7 @@ std::vector<std::string> sortedWords(std::string_view text) {
     return words;
 }
 
-// What a save drops of the command's lists.
+// What a save drops from the command's lists.
 std::string laterObjects(TovCmd& cmd) {
     std::string names;
     for (TovReferences const& references : referencesOf(cmd)) {
@@ -142,7 +142,7 @@ std::optional<std::string> asSaved(std::string_view line) {
 
 std::optional<std::string> oneForEachObject(std::string_view line) {
     Read const read(line);
-    // A clock on several objects is one clock; groups keep all of theirs.
+    // A clock on several objects is one clock; groups keep all of their clocks.
     bool const isPath = read.list > TOVCMD_CLOCKGROUP && read.list < TOVCMD_ATTRIBUTE;
     bool const losesObjects = read.findings.size() == 1 && read.findings.front().kind == TOVFINDING_LOST_WORD;
     if (read.cmd == nullptr || !isPath || !losesObjects) return {};

@@ -15,7 +15,7 @@ bool isNumber(std::string_view word) {
     return !word.empty() && word.front() >= '0' && word.front() <= '9';
 }
 
-// Whether a query's option makes its words more than names.
+// Whether an option of a query means that its words are not just names.
 bool selectsByOther(std::string_view option) {
     constexpr std::string_view known[] = {"-of_objects", "-filter", "-regexp", "-nocase"};
     return option.size() > 1 && std::any_of(std::begin(known), std::end(known), [&](std::string_view name) {
@@ -23,7 +23,7 @@ bool selectsByOther(std::string_view option) {
            });
 }
 
-/// Walks over a line once, with a stack of the groups that are open.
+/// Walks over a line once, with a stack of the open groups.
 class Scanner {
 public:
     explicit Scanner(std::string_view line) : line_(line) {}
@@ -48,10 +48,10 @@ private:
         char close;
         bool isQuery;
         QueryInfo const* query = nullptr;
-        bool hasWord = false;  // the query's own word was read
+        bool hasWord = false;  // the query's keyword was read
         bool isLocal = false;
         bool isJudged = true;
-        bool skipsNext = false;  // the operand of one of its options
+        bool skipsNext = false;  // the next word is the operand of one of its options
         bool isSkipped = false;  // is such an operand
         std::size_t firstWord = 0;
     };
@@ -81,7 +81,7 @@ private:
         if (c == '[' || c == '{' || (c == '"' && !isIn('"'))) return open(c);
         if (!groups_.empty() && c == groups_.back().close) return close();
         if (c == ']' || c == '}' || c == '"') {
-            ++at_;  // closes nothing
+            ++at_;  // does not close anything
             return;
         }
         readWord();
@@ -109,7 +109,7 @@ private:
         Group const closed = groups_.back();
         groups_.pop_back();
         if (!closed.isQuery && !groups_.empty()) groups_.back().skipsNext = false;
-        // An option of a query counts for the words before it, too.
+        // An option of a query also applies to the words before it.
         if (closed.isQuery) {
             for (std::size_t i = closed.firstWord; i < result_.words.size(); ++i) {
                 Word& word = result_.words[i];
@@ -120,7 +120,7 @@ private:
         ++at_;
     }
 
-    // Returns where a word ends. A bracket in it opens a part of it.
+    // Returns the end of a word. A bracket in the word opens a part of the word.
     std::size_t wordEnd() const {
         std::size_t end = at_;
         int brackets = 0;

@@ -6,7 +6,7 @@
 namespace tool::lsp {
 
 void NameList::add(std::string_view name) {
-    // A list of 4 GiB ends there: it only serves to offer names.
+    // A list ends at 4 GiB: it only serves for completion.
     constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max();
     if (name.empty() || name.size() > most - bytes_.size()) return;
     names_.push_back({static_cast<std::uint32_t>(bytes_.size()), static_cast<std::uint32_t>(name.size())});
@@ -31,7 +31,7 @@ std::size_t NameList::lowerBound(std::string_view text, std::size_t from) const 
 }
 
 std::size_t NameList::endOf(std::string_view beginning, std::size_t from) const {
-    // The last byte is a '/': what comes after it in order begins with the next character.
+    // The last byte is a '/': the next entries in order begin with the next character.
     std::string after(beginning);
     ++after.back();
     return lowerBound(after, from);

@@ -11,12 +11,12 @@ namespace tool::lsp {
 /// Sorted names, for completion.
 class NameList {
 public:
-    /// Adds a name; sort() comes after the last one.
+    /// Adds a name; call sort() after the last one.
     void add(std::string_view name);
     void sort();
 
-    /// Calls `visit` with each completion of a prefix in the order of the bytes, until it returns false: a whole name,
-    /// or the beginning that several names have up to the first '/' after the prefix, with it.
+    /// Calls `visit` with each completion of a prefix in byte order, until it returns false: a whole name, or the
+    /// common beginning of several names up to and including the first '/' after the prefix.
     template <class Visit>
     void complete(std::string_view prefix, Visit visit) const {
         for (std::size_t at = lowerBound(prefix, 0); at < names_.size();) {
@@ -40,7 +40,7 @@ private:
         return std::string_view(bytes_).substr(names_[index].begin, names_[index].size);
     }
     std::size_t lowerBound(std::string_view text, std::size_t from) const;
-    /// Returns the place after the names with that beginning.
+    /// Returns the place after the names with that prefix.
     std::size_t endOf(std::string_view beginning, std::size_t from) const;
 
     std::string bytes_;

@@ -7,7 +7,7 @@
 
 namespace tool::lsp {
 
-/// Remembers the near names of a design: each search goes through all of its names.
+/// Caches the nearest names in a design, because each search scans all of its names.
 class NearNameCache {
 public:
     std::string const& nearest(kiri::tov::TovDesignNames const& names, taDciObjTyp type, std::string const& word) {

@@ -10,7 +10,7 @@ bool continues(char byte) {
     return (static_cast<unsigned char>(byte) & 0xc0U) == 0x80;
 }
 
-// What a byte of UTF-8 adds: a character of four bytes is two units of UTF-16.
+// The number of UTF-16 units that a UTF-8 byte adds: a character of four bytes is two units.
 std::size_t unitsOf(char byte) {
     if (continues(byte)) return 0;
     return static_cast<unsigned char>(byte) >= 0xf0 ? 2 : 1;

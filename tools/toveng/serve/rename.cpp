@@ -1,4 +1,4 @@
-// Gives a clock another name, in its definitions and wherever the document uses it.
+// Renames a clock in its definitions and its uses in the document.
 
 #include <QJsonArray>
 #include <algorithm>
@@ -18,16 +18,16 @@ QString quoted(std::string_view text) {
     return "'" + QString::fromUtf8(text.data(), static_cast<int>(text.size())) + "'";
 }
 
-// The clock that may be renamed at a place. Refuses with the reason.
+// Returns the clock at a place that may be renamed; otherwise refuses with the reason.
 Subject renamable(Workspace const& workspace, OpenDocument const& document, QJsonObject const& params) {
     Place const place = workspace.placeIn(document, objectIn(params, "position"));
     std::optional<Subject> subject = Subject::at(workspace, document, place);
     if (!subject || !subject->isClock()) refuse("Only clocks can be renamed.");
     QString const name = quoted(subject->text());
-    if (subject->use().isPattern) refuse(name + " is a pattern; rename the clock where its name is.");
+    if (subject->use().isPattern) refuse(name + " is a pattern; rename the clock where its name is written.");
     if (subject->clocks().empty()) refuse("No command of this document defines the clock " + name + ".");
     for (ClockDefinition const& clock : subject->clocks()) {
-        if (!clock.hasName) refuse("The clock " + name + " has no -name; it has the name of its target.");
+        if (!clock.hasName) refuse("The clock " + name + " has no -name; its name is that of its target.");
     }
     return std::move(*subject);
 }
@@ -47,7 +47,7 @@ void refuseUnlessFree(Workspace const& workspace, OpenDocument const& document, 
     bool const isInFile = std::any_of(files.begin(), files.end(), [&](auto* file) { return isTaken(clocksIn(*file)); });
     bool const isInDesign = workspace.design != nullptr && workspace.design->names().has(taDciObjClock, name);
     if (isTaken(clocksIn(document.text)) || isInFile || isInDesign) {
-        refuse("There is another clock with the name " + quoted(name) + ".");
+        refuse("Another clock already has the name " + quoted(name) + ".");
     }
 }
 
@@ -70,7 +70,7 @@ QJsonValue rename(Workspace const& workspace, QJsonObject const& params) {
     if (name != subject.text()) refuseUnlessFree(workspace, document, name);
     for (Use const& use : subject.uses()) {
         if (use.isPattern) {
-            refuse(QString("A pattern in line %1 stands for the clock.").arg(use.line + 1));
+            refuse(QString("A pattern in line %1 matches the clock.").arg(use.line + 1));
         }
         edits.append(QJsonObject{{"range", workspace.range(document, {use.line, use.begin}, {use.line, use.end})},
                                  {"newText", newName}});

@@ -10,7 +10,7 @@
 
 namespace tool::lsp {
 
-/// The protocol's numbers for errors.
+/// The error codes of the protocol.
 enum class ErrorCode : int {
     parseError = -32700,
     invalidRequest = -32600,
@@ -22,7 +22,7 @@ enum class ErrorCode : int {
     requestFailed = -32803
 };
 
-/// Ends a request: becomes its answer. Ends a notification: becomes a line on standard error.
+/// Ends a request, as its answer, or a notification, as a line on standard error.
 struct RpcError {
     ErrorCode code;
     QString message;
@@ -33,17 +33,17 @@ QJsonObject errorResponse(QJsonValue const& id, RpcError const& error);
 QJsonObject notification(char const* method, QJsonValue const& params);
 QJsonObject request(std::int64_t id, char const* method, QJsonValue const& params);
 
-// Read a field of a message. Throw RpcError with invalidParams where it is missing or has another type.
+// Read a field of a message. Throw RpcError with invalidParams if it is missing or has another type.
 QJsonObject objectIn(QJsonObject const& object, char const* field);
 QJsonArray arrayIn(QJsonObject const& object, char const* field);
 QString textIn(QJsonObject const& object, char const* field);
-/// A whole number from 0 on; one that is larger than any text is the largest.
+/// A non-negative integer; larger numbers saturate.
 std::size_t numberIn(QJsonObject const& object, char const* field);
 
-/// Returns a number as a whole one; what a double does not hold exactly becomes the nearest that it does.
+/// Returns a number as an integer, rounded to one that a double holds exactly.
 std::int64_t wholeNumber(QJsonValue const& number);
 
-/// Returns what a path of fields leads to; undefined where a field is missing or no object.
+/// Returns the value at a path of fields; undefined if a field is missing or not an object.
 QJsonValue at(QJsonValue value, std::initializer_list<char const*> fields);
 
 }  // namespace tool::lsp

@@ -15,7 +15,7 @@ namespace tool::lsp {
 
 namespace {
 
-/// Takes standard output away from everything but the protocol: what else prints goes to standard error.
+/// Reserves standard output for the protocol: other output goes to standard error.
 int takeStandardOutput() {
     int const fd = ::dup(STDOUT_FILENO);
     if (fd < 0 || ::dup2(STDERR_FILENO, STDOUT_FILENO) < 0) throw Trouble("standard output is closed");
@@ -41,12 +41,12 @@ Settings settingsOf(Arguments const& arguments) {
     QStringList problems;
     Settings settings = Settings::read(object, problems);
     if (!problems.isEmpty()) throw Trouble(problems.front().toStdString());
-    // Relative to where the program was started, not to the workspace.
+    // Relative to the working directory, not to the workspace.
     if (settings.design) settings.design = QDir::current().absoluteFilePath(*settings.design);
     return settings;
 }
 
-// Findings go out when no messages wait, and twice a second where they never end.
+// Findings are sent when no messages wait, or twice a second if messages never stop.
 void work(Server& server, Channel& channel) {
     using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds tick{300};
@@ -78,7 +78,7 @@ int serve(Arguments const& arguments) {
     using namespace lsp;
     Settings const settings = settingsOf(arguments);
     Log log(arguments.value("log"));
-    std::signal(SIGPIPE, SIG_IGN);  // a client that has gone shows as an error of the write
+    std::signal(SIGPIPE, SIG_IGN);  // a write to a closed client reports an error
     int const out = takeStandardOutput();
     Channel channel;
     lsp::Input const input(STDIN_FILENO, channel, log);
@@ -95,9 +95,9 @@ int serve(Arguments const& arguments) {
     try {
         work(server, channel);
     } catch (Output::Closed const&) {
-        // There is nobody left to tell.
+        // The client no longer exists.
     }
-    // Nothing is left to write, and a design takes long to free.
+    // Nothing is left to write, and freeing a design takes long.
     std::_Exit(server.status());
 }
 

@@ -18,7 +18,7 @@
 
 namespace tool::lsp {
 
-/// What a server does to the world around it.
+/// The effects of a server on its environment.
 struct Outside {
     std::function<void(QByteArray const& message)> send;           ///< to the client
     std::function<void(std::string const& line)> complain;         ///< on standard error
@@ -26,22 +26,22 @@ struct Outside {
     std::function<void(DesignPtr design)> disposeDesign;
 };
 
-/// A language server: takes messages, and answers them. Used by one thread.
+/// A language server: receives messages and answers them. Used by one thread.
 class Server {
 public:
-    /// `folder` is where relative paths begin unless the client has a workspace.
+    /// Paths are relative to `folder` unless the client has a workspace.
     Server(Outside outside, Settings commandLine, std::string folder);
 
-    /// Works on an event. What changes with it is published by settle().
+    /// Handles an event. settle() publishes the changes.
     void handle(Event const& event);
-    /// Publishes what has changed. To be called when no more events wait, or now and then.
+    /// Publishes the changes. Call it when no more events wait, or from time to time.
     void settle();
-    /// To be called a few times a second while isWatching().
+    /// Call it a few times a second while isWatching().
     void tick();
     bool isWatching() const { return watched_.isWatching() || isPulling_; }
 
     bool hasEnded() const { return hasEnded_; }
-    /// 0 if the client shut the server down before it ended.
+    /// Returns 0 if the client shut the server down before the end.
     int status() const { return state_ == State::shutDown ? 0 : 1; }
 
 private:
@@ -102,7 +102,7 @@ private:
     Outside outside_;
     State state_ = State::created;
     bool hasEnded_ = false;
-    bool isActive_ = false;  ///< the settings count
+    bool isActive_ = false;  ///< the settings are in force
     std::string folder_;
     Workspace workspace_;
     SettingLayers layers_;
@@ -111,7 +111,7 @@ private:
 
     std::int64_t lastRequest_ = 0;
     std::map<std::int64_t, Answered> asked_;
-    bool isPulling_ = false;  ///< the client has not answered for its settings
+    bool isPulling_ = false;  ///< the client has not sent its settings yet
     std::chrono::steady_clock::time_point pullEnds_;
 
     std::int64_t lastPull_ = 0;
@@ -121,10 +121,10 @@ private:
     struct {
         int number = 0;
         int percent = 0;
-        bool isShown = false;  ///< the client takes it
+        bool isShown = false;  ///< the client shows it
     } progress_;
     WatchedFiles watched_;
-    int registration_ = 0;  ///< of the watched files with the client; 0 for none
+    int registration_ = 0;  ///< registration of the watched files with the client; 0: none
     int lastRegistration_ = 0;
 };
 

@@ -50,7 +50,7 @@ void Server::pullSettings() {
     pullEnds_ = std::chrono::steady_clock::now() + patienceForSettings;
     QJsonObject const params{{"items", QJsonArray{QJsonObject{{"section", "toveng"}}}}};
     ask("workspace/configuration", params, [this, number = lastRequest_ + 1](QJsonValue const& result, bool isError) {
-        if (number == lastPull_) isPulling_ = false;  // else another answer is on its way
+        if (number == lastPull_) isPulling_ = false;  // otherwise another answer will come
         if (!isError) layers_.set(SettingLayers::pulled, result.toArray().at(0));
         applySettings();
     });
@@ -61,7 +61,7 @@ std::string Server::absolute(QString const& path) const {
     return QDir::cleanPath(QDir(QString::fromStdString(folder_)).filePath(path)).toStdString();
 }
 
-// The design waits for the client's answer: it may name another one.
+// Do not load the design before the client's answer, which may name another one.
 void Server::applySettings() {
     isActive_ = true;
     settings_ = layers_.merged();
@@ -124,12 +124,12 @@ void Server::handleDesign(DesignEvent const& event) {
         notify("window/showMessage", QJsonObject{{"type", errorMessage}, {"message", toText(event.error)}});
         return;
     }
-    judgeAnew();  // the documents refer to the design before
+    judgeAnew();  // the documents refer to the previous design
     workspace_.nearNames = std::make_shared<NearNameCache>();
     outside_.disposeDesign(std::exchange(workspace_.design, event.design));
 }
 
-// The client makes room for the progress first. A design that is loaded by then still has its beginning and end.
+// The client creates the progress token first. Even if the design is loaded by then, its progress begins and ends.
 void Server::startProgress() {
     if (!workspace_.client.showsProgress) return;
     progress_ = {designNumber_, 0, false};
@@ -174,7 +174,7 @@ void Server::watchFiles() {
     constexpr char const* method = "workspace/didChangeWatchedFiles";
     if (registration_ > 0) {
         QJsonObject const old{{"id", registrationId()}, {"method", method}};
-        // The misspelt name is the protocol's.
+        // The name is misspelt in the protocol.
         ask("client/unregisterCapability", QJsonObject{{"unregisterations", QJsonArray{old}}}, {});
         registration_ = 0;
     }

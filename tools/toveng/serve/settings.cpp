@@ -44,7 +44,7 @@ public:
         return {};
     }
 
-    /// Reads a list of codes, and leaves out those that are not one.
+    /// Reads a list of codes, and skips unknown ones.
     std::optional<QStringList> codes(char const* key) {
         std::optional<QStringList> found = texts(key);
         if (!found) return {};
@@ -52,9 +52,9 @@ public:
         for (QString const& text : std::as_const(*found)) {
             QString const code = text.trimmed();
             if (findRule(code.toStdString()) == nullptr) {
-                complain(key, QString("has the unknown code '%1'").arg(code));
+                complain(key, QString("contains the unknown code '%1'").arg(code));
             } else if (code == "ends-load" && std::string_view(key) == "ignore") {
-                complain(key, "cannot hold ends-load: nothing after that line is read");
+                complain(key, "cannot contain ends-load: nothing after that line is read");
             } else {
                 known.append(code);
             }

@@ -10,7 +10,7 @@
 
 namespace tool::lsp {
 
-/// What a user may set. A key that is not set is taken from the layer below.
+/// The settings of a user. A key that is not set comes from the layer below.
 struct Settings {
     std::optional<QString> design;
     std::optional<QStringList> files;
@@ -18,14 +18,14 @@ struct Settings {
     std::optional<QStringList> ignore;  ///< known codes
     std::optional<QStringList> select;  ///< known codes
 
-    /// Reads the keys of an object, and of the object below its key "toveng", which come first. Appends a sentence to
-    /// `problems` for each value that cannot be used; the rest of the settings is.
+    /// Reads the keys of an object, and of the object below its key "toveng", which take precedence. Appends a sentence
+    /// to `problems` for each value that cannot be used; all others are used.
     static Settings read(QJsonValue const& value, QStringList& problems);
 
     /// Returns the codes of the findings to show. An empty selection selects all.
     CodeSet codes() const;
 
-    /// Takes what is not set from `below`.
+    /// Takes unset values from `below`.
     void fillFrom(Settings const& below);
 };
 
@@ -41,7 +41,7 @@ public:
     /// Returns the settings in force: each key from the highest layer that has it.
     Settings merged() const;
 
-    /// What is wrong in the layers, a sentence each.
+    /// The problems in the layers, one sentence each.
     QStringList problems() const;
 
 private:

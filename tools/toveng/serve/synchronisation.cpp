@@ -1,4 +1,4 @@
-// What a client reports of its documents.
+// The notifications of a client about its documents.
 
 #include <utility>
 

@@ -60,7 +60,7 @@ void Log::add(char const* direction, std::string_view message) {
     if (!file_.is_open()) return;
     std::string const time = QDateTime::currentDateTimeUtc().toString("hh:mm:ss.zzz").toStdString();
     std::lock_guard const lock(mutex_);
-    file_ << time << ' ' << direction << ' ' << message << std::endl;  // whole even if the server ends here
+    file_ << time << ' ' << direction << ' ' << message << std::endl;  // complete even if the server ends here
 }
 
 Input::Input(int fd, Channel& channel, Log& log) : fd_(fd), stop_{-1, -1}, channel_(channel), log_(log) {
@@ -107,7 +107,7 @@ void Output::send(QByteArray const& message) {
     write(message.constData(), static_cast<std::size_t>(message.size()));
 }
 
-// A pipe that is ready takes this many bytes at once: the write does not block.
+// A ready pipe accepts this many bytes at once: the write does not block.
 void Output::write(char const* bytes, std::size_t size) {
     constexpr std::size_t block = 4096;
     while (size > 0) {

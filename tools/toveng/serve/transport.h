@@ -19,7 +19,7 @@ namespace tool::lsp {
 /// Writes the conversation to a file. Used by several threads.
 class Log {
 public:
-    /// Throws Trouble if the file cannot be written. An empty path makes a log that keeps nothing.
+    /// Throws Trouble if the file cannot be written. With an empty path, nothing is logged.
     explicit Log(std::string const& path);
     /// Adds a message with the time and its direction, "<--" from the client or "-->" to it.
     void add(char const* direction, std::string_view message);
@@ -29,10 +29,10 @@ private:
     std::ofstream file_;
 };
 
-/// Takes the messages that are complete, and logs them.
+/// Returns the complete messages, and logs them.
 std::vector<Event> messagesIn(Framer& framer, Log& log);
 
-/// Reads messages from a file descriptor in a thread of its own.
+/// Reads messages from a file descriptor in a separate thread.
 class Input {
 public:
     Input(int fd, Channel& channel, Log& log);
@@ -41,7 +41,7 @@ public:
     Input(Input const&) = delete;
     Input& operator=(Input const&) = delete;
 
-    /// Whether the client has closed its end. Messages of it may still wait.
+    /// Whether the client has closed its end. Some of its messages may still wait.
     bool hasEnded() const;
 
 private:
@@ -58,7 +58,7 @@ private:
 /// Writes messages to a file descriptor, and waits while the client does not read.
 class Output {
 public:
-    /// The client has gone: nothing more can be written.
+    /// The client has closed its end: nothing more can be written.
     struct Closed : std::runtime_error {
         using std::runtime_error::runtime_error;
     };
@@ -67,7 +67,7 @@ public:
     static constexpr std::chrono::seconds patience{5};
 
     Output(int fd, Input const& input, Log& log) : fd_(fd), input_(input), log_(log) {}
-    /// Writes a message; Closed if it cannot be written.
+    /// Writes a message; throws Closed if it cannot be written.
     void send(QByteArray const& message);
 
 private:

@@ -85,7 +85,7 @@ void Subject::findNodes(Word const& word) {
         addNames(workspace_->design->names().nameOf(*nodes_[i]));
 }
 
-// A plain word for an object is its path, a block that holds it, or its last levels. Bits read as their base.
+// A plain word for an object is its path, a block that contains it, or its last levels. A bit also reads as its base.
 void Subject::addNames(std::string const& path) {
     std::string const base = baseOf(path);
     for (std::size_t end = base.find('/'); end != std::string::npos; end = base.find('/', end + 1)) {

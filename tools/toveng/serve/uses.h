@@ -20,13 +20,13 @@ struct Use {
     std::size_t begin;
     std::size_t end;
     bool isDefinition = false;  ///< of a clock
-    bool isPattern = false;     ///< or anything else that is not the name itself
+    bool isPattern = false;     ///< or any other word that is not the name itself
 };
 
-/// What a word of a document stands for: clocks, or objects of the design.
+/// What a word of a document refers to: clocks, or objects of the design.
 class Subject {
 public:
-    /// Returns the subject of the word at a place; nothing where no word is that refers to anything.
+    /// Returns the subject of the word at a place; nothing if there is no word that refers to anything.
     static std::optional<Subject> at(Workspace const& workspace, OpenDocument const& document, Place place);
 
     bool isClock() const { return isClock_; }
@@ -34,12 +34,12 @@ public:
     taDciObjTyp type() const { return type_; }
     Use const& use() const { return use_; }
 
-    /// The clocks that the document defines and the word stands for.
+    /// The clocks of the document that the word matches.
     std::vector<ClockDefinition> const& clocks() const { return clocks_; }
-    /// The objects of the design that the word stands for; empty without a design.
+    /// The objects of the design that the word matches; empty without a design.
     std::vector<kiri::tov::TovNode const*> const& nodes() const { return nodes_; }
 
-    /// Returns the words of the document that refer to any of the same, in the order of the text.
+    /// Returns the words of the document that refer to any of the same objects, in the order of the text.
     std::vector<Use> uses() const;
 
 private:
@@ -61,9 +61,9 @@ private:
     bool isClock_ = false;
     std::vector<ClockDefinition> clocks_;
     std::vector<kiri::tov::TovNode const*> nodes_;
-    std::unordered_set<std::string> names_;  // of the clocks, or what a plain word for one of the nodes may be
+    std::unordered_set<std::string> names_;  // of the clocks, or the possible plain words for the nodes
     std::unordered_set<kiri::tov::TovNode const*> nodeSet_;
-    bool tryAll_ = false;                                   // `names_` does not have them all
+    bool tryAll_ = false;                                   // `names_` is incomplete
     mutable std::unordered_map<std::string, bool> judged_;  // words of objects
 };
 

@@ -6,7 +6,7 @@
 
 namespace tool::lsp {
 
-/// What comes after an option.
+/// The operand of an option.
 enum class Operand { none, number, name, edges, objects, clocks };
 
 /// An option of a command.
@@ -27,7 +27,7 @@ struct CommandInfo {
 /// A query, which is written in brackets.
 struct QueryInfo {
     std::string_view word;
-    taDciObjTyp type;  ///< of the names in it; taDciObjNone if it takes none
+    taDciObjTyp type;  ///< of the names in it; taDciObjNone if it takes no names
     std::string_view meaning;
 };
 

@@ -8,22 +8,22 @@
 
 namespace tool::lsp {
 
-/// Files whose changes count.
+/// The files to watch for changes.
 class WatchedFiles {
 public:
-    /// Replaces the files. Their present state does not count as a change.
+    /// Replaces the files. Their current state does not count as a change.
     void set(std::vector<std::string> paths);
     std::vector<std::string> paths() const;
 
-    /// The client watches the files from now on, or does not.
+    /// Sets whether the client watches the files from now on.
     void setWatchedByClient(bool watched) { byClient_ = watched; }
     /// Whether poll() must be called.
     bool isWatching() const { return !byClient_ && !files_.empty(); }
 
-    /// Calls `changed` with each file that has changed, once it has stayed as it is since the last call.
+    /// Calls `changed` with each file that has changed, once it has not changed since the last call.
     void poll(std::function<void(std::string const& path)> const& changed);
 
-    /// Returns the watchers that a client is asked for; empty where a path cannot be put as a pattern.
+    /// Returns the watchers to request from a client; empty if a path cannot be expressed as a pattern.
     QJsonArray watchers(bool withBasePaths) const;
 
 private:

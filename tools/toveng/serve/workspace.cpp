@@ -28,7 +28,7 @@ OpenDocument& Workspace::documentIn(QJsonObject const& params) const {
 }
 
 Place Workspace::placeIn(OpenDocument const& document, QJsonObject const& position) const {
-    auto const line = numberIn(position, "line");  // first, so that it is the one to complain about
+    auto const line = numberIn(position, "line");  // first, so that an error names it
     std::optional<Place> const place = document.text.placeAt(line, numberIn(position, "character"), client.encoding);
     if (!place) throw RpcError{ErrorCode::invalidParams, "the position is beyond the last line"};
     return *place;
@@ -47,7 +47,7 @@ DocumentAnalysis& Workspace::analysisOf(OpenDocument& document) const {
             return cache->nearest(*names, type, word);
         };
     }
-    // The document takes the place of its file among the files of the set; else it comes last.
+    // The document replaces its file among the files of the set; otherwise it comes last.
     std::vector<FileText>* texts = &rules.filesBefore;
     for (SetFile const& file : files) {
         if (file.path == document.path) {
