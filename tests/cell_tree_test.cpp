@@ -53,6 +53,21 @@ TEST_F(Tree, NumbersNodesLevelByLevel) {
     EXPECT_EQ(tree.withText({0, tree.size()}, PathHash("x")).size(), 1U);
 }
 
+// Texts whose hashes begin alike are told apart, and so are equal ones of different blocks.
+TEST_F(Tree, FindsEachOfManyChildren) {
+    std::vector<std::string> names;
+    for (int i = 1000; i < 3000; ++i) names.push_back((i % 2 == 0 ? "u1." : "u2.") + std::to_string(i / 2));
+    CellTree const tree = treeOf(names);
+    for (std::uint32_t cell = 0; cell < names.size(); ++cell) {
+        std::string const block = names[cell].substr(0, 2);
+        std::string const text = names[cell].substr(3);
+        CellTree::Id const node = tree.child(tree.child(CellTree::root, block, PathHash(block)), text, PathHash(text));
+        ASSERT_NE(node, CellTree::none) << names[cell];
+        EXPECT_EQ(tree.cells(node).size(), 1U);
+        EXPECT_EQ(*tree.cells(node).begin(), cell);
+    }
+}
+
 // Where more siblings fit than nodes have the text of a later level, only these are tried.
 TEST_F(Tree, IsWalkedWhereAWordMayFit) {
     std::vector<std::string> const names = {"u1.a", "u1.b", "u2.a", "u3.a", "u4.b", "u5.a", "v.a.c", "v.b.c", "v.c"};

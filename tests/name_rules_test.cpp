@@ -13,7 +13,7 @@ void run(std::string const& input);
 
 namespace {
 
-constexpr char const* nameLevels[] = {"a",    "b",       "ab",  "u1", "a*",    "x\\y", "",  "t\xfcr",       "d[0]",
+constexpr char const* nameLevels[] = {"a",    "b",       "ab",  "u1", "a*",    "x\\y", "",  "\xfcr",        "d[0]",
                                       "d[1]", "m[1][2]", "[3]", "q?", "d[07]", "aab",  "q", "d[2147483648]"};
 constexpr char const* wordLevels[] = {"a",
                                       "*",
@@ -29,7 +29,7 @@ constexpr char const* wordLevels[] = {"a",
                                       "d*[9:1]",
                                       "m[1]",
                                       "*b",
-                                      "t\xc3\xbcr",
+                                      "\xc3\xbcr",
                                       "lib",
                                       "m[1][:]",
                                       "d[0:99999999999]",
