@@ -76,7 +76,10 @@ TEST_F(Tree, IsWalkedWhereAWordMayFit) {
         char const* word;
         bool crosses;
         char const* nodes;  // "!" after those that the whole word fits
+        std::size_t until = std::string::npos;
     } const walks[] = {
+        {"u?/b", false, "u1 u2 u3 u4 u5 ", 3},
+        {"v/?/c", false, "v v/a v/b v/c ", 4},
         {"u2/a", false, "u2 u2/a! "},
         {"u2/a", true, "u2 u2/a! "},
         {"u2/x", false, "u2 "},
@@ -91,11 +94,17 @@ TEST_F(Tree, IsWalkedWhereAWordMayFit) {
         {"v?a?c", true, "v v/a v/a/c! "},
         {"v/a*c*", true, "v v/a v/a/c! "},
     };
-    for (auto const& [text, crosses, nodes] : walks) {
+    for (auto const& [text, crosses, nodes, until] : walks) {
         NameWord const word(text);
-        TreeWalk walk(tree, word, NameWord::start(crosses), std::string::npos);
+        TreeWalk walk(tree, word, NameWord::start(crosses), until);
         std::string visited;
-        while (walk.next()) visited += tree.path(walk.node()) + (word.accepts(walk.match()) ? "! " : " ");
+        while (walk.next()) {
+            std::string const path = tree.path(walk.node());
+            visited += path + (word.accepts(walk.match()) ? "! " : " ");
+            Match const whole = word.advance(NameWord::start(crosses), path);
+            EXPECT_EQ(walk.match().at, whole.at);
+            EXPECT_TRUE(!crosses || walk.match().starEnd == whole.starEnd) << path;
+        }
         EXPECT_EQ(visited, nodes) << text << crosses;
     }
     NameWord const any("*");

@@ -144,6 +144,20 @@ private:
     std::vector<std::string> known_;  // names, with library and arch or without
 };
 
+/// Designs and words that random ones seldom are.
+constexpr char const* inputs[] = {
+    "n.x\nwx",                                // a net of the design with several levels, the first of them empty
+    "cu1.xx\npa\nwu1/*1/xx/a",                // the star does not match what precedes it
+    "llib\ncx\nlwork\ncu1\npCK\nwlib/u1/CK",  // the library of another cell
+    "llib\ncu1\npd[1]\nwlib/u1[1:0]\nwlib/u1/d[1:0]",
+    "cu1\npsub/z\nwsub/z*\nwsub/*",
+    "pd[1]\nwd[1:0]\\",  // no range, as the last byte is not one
+};
+
+TEST(NameRules, HoldForRareDesigns) {
+    for (char const* input : inputs) fuzz::run(input);
+}
+
 TEST(NameRules, HoldForRandomDesigns) {
     for (unsigned seed = 1; seed <= 200; ++seed) fuzz::run(RandomInput(seed).make());
 }

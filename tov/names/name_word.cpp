@@ -158,7 +158,6 @@ NameWord NameWord::asRange() const {
     NameWord range = *this;
     range.text_ = text_.substr(0, rangeBegin_);
     if (isPattern()) range.marks_.resize(rangeBegin_);
-    range.wild_ = std::min(wild_, rangeBegin_);
     range.low_ = rangeLow_;
     range.high_ = rangeHigh_;
     return range;

@@ -28,8 +28,7 @@ std::vector<ReferenceWord> referenceWords(TovCmd& cmd, TovNameMatch match) {
 }
 
 Questions::Question Questions::of(ReferenceWord const& word) {
-    bool const isMatch = word.match == TOVMATCH_LOCAL || word.match == TOVMATCH_FLAT;
-    return {word.type, isMatch ? word.match : TOVMATCH_LEVELS, word.text};
+    return {word.type, word.match, word.text};
 }
 
 Questions::Id Questions::find(Question const& question, std::uint64_t hash) const {
