@@ -37,7 +37,7 @@ void fuzz::run(std::string const& input) {
     auto const progress = [&whole](std::uint64_t at, std::uint64_t of) { return whole = at == of; };
     fuzz::require(design.load(file.path().c_str(), progress, &error) == loaded && contentOf(design) == first,
                   "a second load is like the first");
-    fuzz::require(error.empty() == whole && (loaded || !whole), "a dump is whole, or the reason is told");
+    fuzz::require(error.empty() == whole && (loaded || !whole), "a dump is whole, or the reason is reported");
     fuzz::require(error.find('\n') == std::string::npos, "the reason is one line");
     bool const stopped = whole && !design.load(file.path().c_str(), [](auto, auto) { return false; });
     fuzz::require(stopped == whole && (!stopped || contentOf(design).empty()), "a stopped load leaves nothing");

@@ -29,5 +29,5 @@ void fuzz::run(std::string const& input) {
         if (obj->type == taDciObjPort) obj->type = taDciObjSourcePort;
         if (obj->type == taDciObjNet) obj->type = taDciObjSourceNet;
     }
-    require(textOf(objects) == text, "a source differs in its types alone", input);
+    require(textOf(objects) == text, "a source differs only in types", input);
 }

@@ -106,7 +106,7 @@ inline QStringList lostIn(TovCmd& cmd) try {
     }
     return lost;
 } catch (std::out_of_range const&) {
-    return {"the line, which would end a load"};
+    return {"the whole line, which would end the load"};
 }
 
 /// Sets a field if its value, and everything else that survived before, survives a save and a load. Otherwise returns
@@ -119,7 +119,7 @@ inline QString trySet(TovCmd& cmd, std::size_t index, std::string const& value) 
     QStringList const lost = lostIn(cmd);
     if (isValue && !lost.contains(fields[index].title) && lost.size() <= lostBefore.size()) return {};
     fields[index].set(old);
-    return isValue ? "a file would not keep: " + lost.join(", ") : "not a value of this field";
+    return isValue ? "lost in a file: " + lost.join(", ") : "not a value of this field";
 }
 
 /// A form with the fields of one command. A text that cannot be applied turns red, shows the reason beside it, and

@@ -95,7 +95,7 @@ public:
 
     /// Changes a field and returns why not.
     QString change(int row, std::size_t field, std::string const& value) {
-        if (command(row) == nullptr) return "the command is in use";
+        if (command(row) == nullptr) return "another thread is using the command";
         TovCmd& cmd = *command(row);
         std::string const before = fieldsOf(cmd)[field].get();
         QString reason;

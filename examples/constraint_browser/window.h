@@ -88,7 +88,7 @@ public:
         if (bytes.empty() || !mayLeaveFields()) return;
         if (file.open(QIODevice::ReadOnly) && file.read(4096).trimmed().startsWith('<'))
             return read<Design const>(*designJob_, bytes, [this](auto design) { setDesign(design); });
-        if (lentJob_->isRunning()) return tell("Wait until the document is back.");
+        if (lentJob_->isRunning()) return tell("Wait until the document is available again.");
         // Until the file is read, the open document stays, but cannot be changed.
         auto const take = [this](auto document) { setDocument(document); };
         keepChanges([=] { read<Document>(*documentJob_, bytes, take); });
@@ -146,8 +146,8 @@ private:
             add(file, "Save &as...", QKeySequence::SaveAs, [this] { save(true, {}); }),
             add(edit, "&Undo", QKeySequence::Undo, [this] { mayChange() ? undo_.undo() : void(); }),
             add(edit, "&Redo", QKeySequence::Redo, [this] { mayChange() ? undo_.redo() : void(); }),
-            add(edit, "&Take the selected objects", {"Ctrl+T"}, [this] { takeObjects(); }),
-            add(edit, "&Drop what is red", {"Ctrl+D"}, [this] { fields_.show(nullptr), select(shown_); })};
+            add(edit, "&Use the selected objects", {"Ctrl+T"}, [this] { takeObjects(); }),
+            add(edit, "&Discard invalid input", {"Ctrl+D"}, [this] { fields_.show(nullptr), select(shown_); })};
         add(file, "&Close the design", {}, [this] { setDesign(nullptr); });
         connect(&undo_, &QUndoStack::cleanChanged, this, [this] { updateState(); });
     }
@@ -191,7 +191,7 @@ private:
         updateState();
         if (!document_ || documentJob_->isRunning() || document_->design == design_) return;
         auto const join = [design = design_](Document& document) { return document.join(design), std::string(); };
-        lend("Looking the names up (%1)", join, {});
+        lend("Looking up names (%1)", join, {});
     }
 
     // Hands the document to work in a thread, which returns an error text; then takes the document back and calls
@@ -210,7 +210,7 @@ private:
                             return [this, lent, then, error] {
                                 commands_.show(document_ = lent);
                                 changed(shown_);
-                                if (!error.empty()) return tell("That failed: " + toText(error));
+                                if (!error.empty()) return tell("Failed: " + toText(error));
                                 if (then) then();
                             };
                         });
@@ -227,7 +227,7 @@ private:
         };
         bool const isChanged = path == document_->path && Document::stampOf(path) != document_->stamp;
         if (chosen.isEmpty() || !mayGoOn(isChanged, "The file has changed on disk.") ||
-            !mayGoOn(!document_->losses.isEmpty(), "A save loses what the findings below say."))
+            !mayGoOn(!document_->losses.isEmpty(), "A save loses what the findings below report."))
             return;
         auto const write = [path](Document& document) {
             std::string error;
@@ -268,7 +268,7 @@ private:
         QCoreApplication::sendPostedEvents(form_->itemDelegate(), QEvent::MetaCall);  // a commit may be pending
         for (auto* editor : form_->viewport()->findChildren<QLineEdit*>())
             QMetaObject::invokeMethod(form_, "commitData", Q_ARG(QWidget*, editor));
-        if (fields_.isRed()) statusBar()->showMessage("What is red is not applied: type it anew, or drop it (Edit).");
+        if (fields_.isRed()) statusBar()->showMessage("Red input is not applied: correct it, or discard it (Edit).");
         return !fields_.isRed();
     }
 
@@ -326,8 +326,8 @@ private:
         findings_->clear();
         findings_->addTopLevelItems(items);
         findings_->resizeColumnToContents(0);
-        QString const counts = QString("Findings: %1 missing names, %2 losses").arg(document_->missing.size());
-        findings_->setHeaderLabels({"Click to take", counts.arg(document_->losses.size())});
+        QString const counts = QString("Missing names: %1, losses: %2").arg(document_->missing.size());
+        findings_->setHeaderLabels({"Click to apply", counts.arg(document_->losses.size())});
     }
 
     void takeObjects() {

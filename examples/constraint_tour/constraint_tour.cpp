@@ -76,7 +76,7 @@ std::string contentOf(std::string const& path) {
 void printFindings(char const* path) {
     constexpr std::size_t findingsShown = 20;
     std::size_t count = 0;
-    std::puts("what a load and a save of the file do not keep:");
+    std::puts("what a load and a save of the file lose:");
     auto const show = [&count](TovFinding const& finding, std::string const& line, auto const&) {
         if (++count > findingsShown) return true;
         std::printf("  line %zu: %s [%s]\n", finding.line, findingMessage(finding, line).c_str(),
@@ -102,7 +102,7 @@ int tour(char const* path, std::string const& saved) {
         return 1;
     }
     printFindings(path);
-    std::printf("what is in the file, and the first of each kind as it is saved:\n");
+    std::printf("content of the file, with the first command of each kind as it is saved:\n");
     printKinds(document);
     std::printf("an edit:\n");
     disableOne(document);
@@ -117,8 +117,8 @@ int tour(char const* path, std::string const& saved) {
     if (!again.read(saved.c_str()) || !saveTo(again, second)) return 1;
     bool const isStable = contentOf(second) == first;
     std::remove(second.c_str());
-    std::printf("saved to %s: %zu bytes; loaded from there and saved again, the text %s\n", saved.c_str(), first.size(),
-                isStable ? "is the same" : "is another one: a name in it is not plain");
+    std::printf("saved to %s: %zu bytes; loaded and saved again, the text %s\n", saved.c_str(), first.size(),
+                isStable ? "is the same" : "differs, because a name in it is not plain");
     return 0;
 }
 

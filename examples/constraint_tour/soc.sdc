@@ -14,18 +14,18 @@ foreach {name port period} $clocks {
 }
 create_clock -name clk_virtual -period 20000 -comment "for the host"
 
-# The system PLL and the divider behind it
+# The system PLL and the divider after it
 create_generated_clock -name clk_core -source [get_pins u_pll/CLKIN] -multiply_by 2 [get_pins u_pll/CLKOUT]
 create_generated_clock -name clk_slow -source [get_nets u_pll/clk_core] -master_clock clk_core \
   -divide_by 8 [get_pins u_uart/u_div/tick]
 
-# Domains that never meet
+# Clock domains without paths between them
 set_clock_groups -name board -asynchronous \
   -group [get_clocks {clk_sys clk_core clk_slow}] \
   -group [get_clocks clk_usb] \
   -group [get_clocks jtag_tck]
 
-# Board delays: a part of the period
+# Board delays: a fraction of the period
 proc board_delay {clock part ports} {
   global period_of
   set delay [expr {$part * $period_of($clock)}]
@@ -49,7 +49,7 @@ set_max_delay 6000 -from [get_cells u_fabric/sel_reg_0] -to [get_cells {u_fabric
 set_multicycle_path 4 -setup -from [get_cells u_cpu/u_pc/pc_reg_0] -to [get_cells u_dsp/u_mac]
 set_multicycle_path 3 -hold -from [get_cells u_cpu/u_pc/pc_reg_0] -to [get_cells u_dsp/u_mac]
 
-# What the design alone knows may be passed on
+# Values that depend on the design can be passed on
 set_output_delay 1500 -clock clk_virtual [all_outputs]
 if {[sizeof_collection [get_ports dbg_*]] > 0} {
   set_false_path -from [get_ports dbg_*]

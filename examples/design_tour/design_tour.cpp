@@ -85,10 +85,10 @@ int tour(char const* dump, char const* constraints) {
         std::cerr << dump << ": " << error << '\n';
         return 1;
     }
-    if (!error.empty()) std::cerr << dump << ": not read whole: " << error << '\n';
-    std::printf("what is in the design, and the first of each kind:\n");
+    if (!error.empty()) std::cerr << dump << ": not read completely: " << error << '\n';
+    std::printf("content of the design, with the first objects of each kind:\n");
     printDesign(design);
-    std::printf("a constraint for each clock of it:\n");
+    std::printf("a constraint for each of its clocks:\n");
     TOV document;
     addClocks(design, document);
     if (!document.saveAtomically(constraints, &error)) {

@@ -118,8 +118,8 @@ public:
     SortedNames ports;
     SortedNames nets;
     SortedNames clocks;
-    /// The cells that have a pin, net or clock by busOf() its name, and after the cells' numbers the places in `nets`
-    /// of those with several levels. What many have is not in it.
+    /// Maps busOf() of the name of a pin, net or clock to the cells that have one and, after the cells' numbers, to the
+    /// places in `nets` of nets with several levels. Names that many cells have are left out.
     TextTable lastLevels;
     std::vector<std::uint32_t> unnamedCells;         ///< the cells whose hierarchy names are empty
     std::set<std::string_view, PathLess> libraries;  ///< of the cells, if hierarchy names include them
