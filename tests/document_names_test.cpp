@@ -161,6 +161,13 @@ TEST_F(Join, FollowsChanges) {
     EXPECT_EQ(join.commandsOf(pin), (std::vector<TovCmd*>{&kept, loose.get()}));
 }
 
+// The name of a clock is what its definition says without escapes, and has no bits.
+TEST_F(Join, TakesTheNamesOfClocks) {
+    add("create_clock -name {a.b\\[0\\]}");
+    TovCmd& path = add("set_false_path -from {a/b[0] a.b[0] a*0? a/b?0] a/b a/b[1:0] of?}");
+    EXPECT_EQ(wordsOf(TovDocumentNames(document, names).missingIn(path)), "a/b a/b[1:0] of?");
+}
+
 // Commands are added, changed, removed and added again, and clocks with them; after each step a new join must give the
 // same answers.
 TEST_F(Join, AnswersAsOneMadeAnew) {
@@ -326,6 +333,10 @@ TEST_F(NameCheck, VisitsFindings) {
     writer.join();
     EXPECT_EQ(visits, expected);
 
+    options.progress = [](std::uint64_t read, std::uint64_t size) {
+        EXPECT_TRUE(read == 0 || read < size) << "the end is reported of a check that stopped";
+        return true;
+    };
     for (most = 1; most <= expected.size(); ++most) {
         visits.clear();
         EXPECT_FALSE(checkTovFile(path.c_str(), options, visit, &error));

@@ -120,7 +120,7 @@ std::vector<LineWord> lineWordsOf(TOVCMD_TYPE list, std::string_view command) {
             continue;
         }
         bool const isOption = looksLikeOption(text);
-        bool const isValue = !isOption && !words.empty() && words.back().use == Use::unknownOption &&
+        bool const isValue = !words.empty() && words.back().use == Use::unknownOption &&
                              std::find(std::begin(otherToolsOptions), std::end(otherToolsOptions), words.back().text) !=
                                  std::end(otherToolsOptions);
         Takes const takes = isNumber(text) ? grammar.other : grammar.otherThanNumber;

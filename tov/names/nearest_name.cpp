@@ -120,7 +120,6 @@ bool NearTexts::next(TextOf textOf) {
         next_ = index_ + 1;
         if (!distance_->isTooFar(rows_.back())) return true;
         skip(textOf, shared);
-        rows_.pop_back();
     }
     return false;
 }
