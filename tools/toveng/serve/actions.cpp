@@ -90,14 +90,16 @@ void addJoin(Actions& actions, Workspace const& workspace, OpenDocument const& d
 void addLineEdits(Actions& actions, Workspace const& workspace, OpenDocument const& document, std::size_t number) {
     std::string_view const line = document.text.line(number);
     QJsonObject const range = document.text.lineRange(number, workspace.client.encoding);
-    auto const add = [&](QString const& title, std::optional<std::string> const& text) {
-        if (text) actions.add(title, rewriteKind, range, QString::fromStdString(*text));
+    // A save writes its own white space at the ends of a line.
+    QJsonObject const whole = workspace.range(document, {number, 0}, {number, line.size()});
+    auto const add = [&](QString const& title, QJsonObject const& where, std::optional<std::string> const& text) {
+        if (text) actions.add(title, rewriteKind, where, QString::fromStdString(*text));
     };
     bool isOn = false;
     std::optional<std::string> const switched = withOtherState(line, isOn);
-    add("Write one command for each object", oneForEachObject(line));
-    add(isOn ? "Disable the command" : "Enable the command", switched);
-    add("Write the line as a save does", asSaved(line));
+    add("Write one command for each object", range, oneForEachObject(line));
+    add(isOn ? "Disable the command" : "Enable the command", range, switched);
+    add("Write the line as a save does", whole, asSaved(line));
 }
 
 }  // namespace

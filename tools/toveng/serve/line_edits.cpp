@@ -136,7 +136,7 @@ std::optional<std::string> asSaved(std::string_view line) {
     Read const read(line);
     if (read.cmd == nullptr || !read.findings.empty()) return {};
     std::string saved = read.cmd->toSaveString(nullptr);
-    if (saved == trim(line)) return {};
+    if (saved == line) return {};
     return saved;
 }
 
