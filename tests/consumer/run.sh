@@ -22,7 +22,7 @@ fi
 configure() {
   {
     "$cmake" -S "$1" -B "$2" -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS_{DEBUG,RELEASE}= \
-      -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON "${launcher[@]}" "${@:3}" &&
+      -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_UNITY_BUILD=ON "${launcher[@]}" "${@:3}" &&
       "$cmake" --build "$2" --parallel "$(nproc)" --target "${targets[@]}"
   } >"$2.log" 2>&1 || { cat "$2.log" >&2; fail "cannot build $1"; }
 }
