@@ -86,11 +86,23 @@ DocumentAnalysis::Record DocumentAnalysis::judge(Lines& lines, Statement const& 
     return record;
 }
 
+// Commands that are left open before the edit mostly stay open in the same lines.
+std::size_t DocumentAnalysis::firstChanged(StatementScanner& scanner, std::size_t line) const {
+    std::size_t first = firstTouched(statements_, line);
+    for (; first + 1 < statements_.size() && statements_[first].end() <= line; ++first) {
+        Statement const& old = statements_[first];
+        if (!old.isOpen) continue;
+        Statement const now = scanner.at(old.first);
+        if (!now.isOpen || now.count != old.count) break;
+    }
+    return first;
+}
+
 // Scans from the first statement that the edit affects up to an old one that begins where the next one would.
 void DocumentAnalysis::apply(Splice const& splice) {
     TextLines lines(text_);
     StatementScanner scanner(lines);
-    std::size_t const first = firstTouched(statements_, splice.first);
+    std::size_t const first = firstChanged(scanner, splice.first);
     std::size_t line = statements_.empty() ? 0 : statements_[first].first;
     std::size_t const removedEnd = splice.first + splice.removed;
     auto const moved = [&](std::size_t old) { return old - splice.removed + splice.added; };

@@ -82,6 +82,7 @@ private:
 
     void addFiles(std::vector<FileText> const& files);
     Record judge(Lines& lines, Statement const& statement, Facts& facts, bool& endsLoad) const;
+    std::size_t firstChanged(StatementScanner& scanner, std::size_t line) const;
     void refresh();
     std::vector<Problem> problemsOf(std::size_t index, NearNames& near);
     std::string placeOf(std::size_t place) const;
