@@ -90,8 +90,7 @@ public:
             return read<Design const>(*designJob_, bytes, [this](auto design) { setDesign(design); });
         if (lentJob_->isRunning()) return tell("Wait until the document is available again.");
         // Until the file is read, the open document stays, but cannot be changed.
-        auto const take = [this](auto document) { setDocument(document); };
-        keepChanges([=] { read<Document>(*documentJob_, bytes, take); });
+        keepChanges([=] { read<Document>(*documentJob_, bytes, [this](auto document) { setDocument(document); }); });
     }
 
 private:
@@ -222,13 +221,11 @@ private:
         if (!mayChange()) return;
         QString const chosen = asNew ? QFileDialog::getSaveFileName(this) : QFile::decodeName(document_->path.c_str());
         std::string const path = asNew ? QFile::encodeName(chosen).toStdString() : document_->path;
-        auto const mayGoOn = [this](bool isDoubtful, QString const& question) {
-            return !isDoubtful || ask(question, QMessageBox::Save | QMessageBox::Cancel) == QMessageBox::Save;
-        };
+        if (chosen.isEmpty()) return;
         bool const isChanged = path == document_->path && Document::stampOf(path) != document_->stamp;
-        if (chosen.isEmpty() || !mayGoOn(isChanged, "The file has changed on disk.") ||
-            !mayGoOn(!document_->losses.isEmpty(), "A save loses what the findings below report."))
-            return;
+        QString doubts = isChanged ? "The file has changed on disk. " : "";
+        if (!document_->losses.isEmpty()) doubts += "A save loses what the findings below report.";
+        if (!doubts.isEmpty() && ask(doubts, QMessageBox::Save | QMessageBox::Cancel) != QMessageBox::Save) return;
         auto const write = [path](Document& document) {
             std::string error;
             if (!document.tov.saveAtomically(path.c_str(), &error)) return error;
