@@ -53,7 +53,7 @@ TEST_F(Tree, NumbersNodesLevelByLevel) {
     EXPECT_EQ(tree.withText({0, tree.size()}, PathHash("x")).size(), 1U);
 }
 
-// Texts whose hashes begin alike are told apart, and so are equal ones of different blocks.
+// Texts whose hashes have the same prefix are distinguished, and so are equal texts in different blocks.
 TEST_F(Tree, FindsEachOfManyChildren) {
     std::vector<std::string> names;
     for (int i = 1000; i < 3000; ++i) names.push_back((i % 2 == 0 ? "u1." : "u2.") + std::to_string(i / 2));
@@ -68,7 +68,7 @@ TEST_F(Tree, FindsEachOfManyChildren) {
     }
 }
 
-// Where more siblings fit than nodes have the text of a later level, only these are tried.
+// If more siblings match than nodes have the text of a later level, only those nodes are tried.
 TEST_F(Tree, IsWalkedWhereAWordMayFit) {
     std::vector<std::string> const names = {"u1.a", "u1.b", "u2.a", "u3.a", "u4.b", "u5.a", "v.a.c", "v.b.c", "v.c"};
     CellTree const tree = treeOf(names);

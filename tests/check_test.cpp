@@ -134,7 +134,7 @@ TEST(Check, CutsWordsInMessages) {
          }) {
         EXPECT_EQ(messagesFor(word).find("`" + shown + "` is not"), 0U) << messagesFor(word);
     }
-    // A list of words that is not whole ends in dots.
+    // An incomplete list of words ends in dots.
     std::string words;
     for (std::size_t count = 1; count <= 400; ++count) {
         words += count == 1 ? "a" : " a";

@@ -161,7 +161,7 @@ TEST_F(Join, FollowsChanges) {
     EXPECT_EQ(join.commandsOf(pin), (std::vector<TovCmd*>{&kept, loose.get()}));
 }
 
-// The name of a clock is what its definition says without escapes, and has no bits.
+// The name of a clock is that of its definition without escapes, and has no bits.
 TEST_F(Join, TakesTheNamesOfClocks) {
     add("create_clock -name {a.b\\[0\\]}");
     TovCmd& path = add("set_false_path -from {a/b[0] a.b[0] a*0? a/b?0] a/b a/b[1:0] of?}");

@@ -103,7 +103,7 @@ private:
         return lines;
     }
 
-    /// A word that stands for a name, or for some that are like it.
+    /// Returns a word that matches a name, or some similar names.
     std::string similarTo(std::string const& name) {
         std::string text;
         std::string level;
@@ -144,14 +144,14 @@ private:
     std::vector<std::string> known_;  // names, with library and arch or without
 };
 
-/// Designs and words that random ones seldom are.
+/// Designs and words that are rare among random ones.
 constexpr char const* inputs[] = {
     "n.x\nwx",                                // a net of the design with several levels, the first of them empty
     "cu1.xx\npa\nwu1/*1/xx/a",                // the star does not match what precedes it
     "llib\ncx\nlwork\ncu1\npCK\nwlib/u1/CK",  // the library of another cell
     "llib\ncu1\npd[1]\nwlib/u1[1:0]\nwlib/u1/d[1:0]",
     "cu1\npsub/z\nwsub/z*\nwsub/*",
-    "pd[1]\nwd[1:0]\\",  // no range, as the last byte is not one
+    "pd[1]\nwd[1:0]\\",  // not a range, because of the last byte
 };
 
 TEST(NameRules, HoldForRareDesigns) {

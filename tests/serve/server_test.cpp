@@ -66,7 +66,7 @@ void writeAll(int fd, std::string_view bytes) {
     }
 }
 
-// The thread that reads waits for room then, and cannot see the end by itself.
+// The reading thread then waits for room, and cannot notice the end by itself.
 TEST(Input, NoticesTheEndWhileMessagesWait) {
     for (bool isSocket : {false, true}) {
         int ends[2];
@@ -206,7 +206,7 @@ double secondsUsed() {
            static_cast<double>(used.ru_utime.tv_usec + used.ru_stime.tv_usec) * 1e-6;
 }
 
-// Clocks of the document that begin otherwise take no room from those of the design.
+// Clocks of the document with another prefix do not displace those of the design.
 TEST(Server, OffersTheClocksOfBothDocumentAndDesign) {
     Conversation client("/w");
     client.request("initialize", {{"initializationOptions", QJsonObject{{"design", SAMPLES "/design_tour/soc.xml"}}}});
@@ -240,7 +240,7 @@ TEST(Server, DoesNotGrowInALongConversation) {
     Conversation client("/w");
     start(client);
     client.open(uri, largeDocument(100));
-    // Each name is a new one: the places of what is gone are taken again.
+    // Each name is new, but the places of removed names are reused.
     auto const converse = [&client](int from, int count) {
         for (int i = from; i < from + count; ++i) {
             QString const text = i % 2 == 0 ? QString("set_false_path -from [get_clocks typed_%1]").arg(i)

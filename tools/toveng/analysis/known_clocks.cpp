@@ -21,7 +21,7 @@ KnownClocks::KnownClocks() : join_(std::make_unique<TovDocumentNames>(document_,
 
 KnownClocks::~KnownClocks() = default;
 
-// Takes the place of what has gone; else the one after the last.
+// Returns the place of a removed entry, or else the place after the last entry.
 KnownClocks::Id KnownClocks::freePlace(std::vector<Id>& free, std::size_t count) {
     if (free.empty()) return static_cast<Id>(count);
     Id const id = free.back();

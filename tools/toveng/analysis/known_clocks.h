@@ -26,7 +26,7 @@ public:
     KnownClocks(KnownClocks const&) = delete;
     KnownClocks& operator=(KnownClocks const&) = delete;
 
-    /// A clock name. It goes with its last use.
+    /// A clock name. It is removed with its last use.
     struct Name {
         std::string text;
         std::size_t uses = 0;
@@ -41,10 +41,10 @@ public:
         bool isClock = false;  ///< it matches a clock of the set
     };
 
-    /// Returns the name's id, for one use more of it.
+    /// Adds a use of a name and returns its id.
     Id useName(std::string const& name);
     void dropName(Id id);
-    /// Returns the word's id, for one user more of it.
+    /// Adds a user of a word and returns its id.
     Id useWord(MissingWord const& word, Id user);
     void dropWord(Id id, Id user);
     Name& name(Id id) { return names_[id]; }

@@ -102,7 +102,7 @@ void addClocks(Items& items, Workspace const& workspace, OpenDocument const& doc
         int count = 0;
         workspace.design->list(taDciObjClock).complete(items.typed(), [&](std::string_view name) {
             names.emplace(name);
-            return ++count <= itemsAtMost;  // one more shows that there are more
+            return ++count <= itemsAtMost;  // an extra one shows that the list is incomplete
         });
     }
     for (std::string const& name : names) {

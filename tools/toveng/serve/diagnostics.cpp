@@ -13,7 +13,7 @@ bool endsWord(char c) {
     return isSpace(c) || std::string_view("[]{}\"").find(c) != std::string_view::npos;
 }
 
-// Whether a word ends before the rest of its line, which may be the "\" that joins the next line.
+// Returns whether a word ends before the rest of its line, which may be the "\" that joins the next line.
 bool endsBefore(std::string_view rest) {
     return rest.empty() || endsWord(rest.front()) || (rest.front() == '\\' && trim(rest).size() == 1);
 }

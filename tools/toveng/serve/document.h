@@ -71,7 +71,7 @@ private:
 
     std::vector<std::unique_ptr<Line>> lines_;  // at least one
     std::size_t returns_ = 0;
-    // A line and the returns before it: those of later lines are counted from there.
+    // A line and the number of carriage returns before it, from which those of later lines are counted.
     mutable struct {
         std::size_t line = 0;
         std::size_t returns = 0;

@@ -13,7 +13,7 @@ namespace tool::lsp {
 
 namespace {
 
-/// The lines that the text has as a file: a line feed at its end begins no further one.
+/// The lines of the text as a file: a line feed at the end does not begin another line.
 class TextLines : public Lines {
 public:
     explicit TextLines(Text const& text) : text_(text) {}
@@ -86,7 +86,7 @@ DocumentAnalysis::Record DocumentAnalysis::judge(Lines& lines, Statement const& 
     return record;
 }
 
-// Commands that are left open before the edit mostly stay open in the same lines.
+// Commands that are left open before the edit usually stay open in the same lines.
 std::size_t DocumentAnalysis::firstChanged(StatementScanner& scanner, std::size_t line) const {
     std::size_t first = firstTouched(statements_, line);
     for (; first + 1 < statements_.size() && statements_[first].end() <= line; ++first) {

@@ -77,7 +77,7 @@ Input::~Input() {
 
 bool Input::hasEnded() const {
     if (ended_) return true;
-    pollfd end{fd_, POLLRDHUP, 0};  // a socket may be closed in one direction alone
+    pollfd end{fd_, POLLRDHUP, 0};  // a socket may be closed in one direction only
     return ::poll(&end, 1, 0) > 0 && (end.revents & (POLLHUP | POLLRDHUP)) != 0;
 }
 
