@@ -150,6 +150,7 @@ constexpr char const* inputs[] = {
     "cu1.xx\npa\nwu1/*1/xx/a",                // the star does not match what precedes it
     "llib\ncx\nlwork\ncu1\npCK\nwlib/u1/CK",  // the library of another cell
     "llib\ncu1\npd[1]\nwlib/u1[1:0]\nwlib/u1/d[1:0]",
+    "artl\ncu1\npd[1]\nwu1/rtl[1:0]\nwu1/rtl/d[1:0]",
     "cu1\npsub/z\nwsub/z*\nwsub/*",
     "pd[1]\nwd[1:0]\\",  // not a range, because of the last byte
 };
