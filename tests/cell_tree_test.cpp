@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -63,6 +64,9 @@ TEST_F(Tree, FindsEachOfManyChildren) {
         std::string const text = names[cell].substr(3);
         CellTree::Id const node = tree.child(tree.child(CellTree::root, block, PathHash(block)), text, PathHash(text));
         ASSERT_NE(node, CellTree::none) << names[cell];
+        Span<CellTree::Id> const equal = tree.withText({0, tree.size()}, PathHash(text));
+        EXPECT_GE(equal.size(), 2U) << "one in each block";
+        EXPECT_TRUE(std::is_sorted(equal.begin(), equal.end()));
         EXPECT_EQ(tree.cells(node).size(), 1U);
         EXPECT_EQ(*tree.cells(node).begin(), cell);
     }
