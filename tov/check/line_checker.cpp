@@ -62,9 +62,9 @@ bool isPlainName(std::string_view name) {
 }
 
 /// Examines the names that a command keeps.
-class NameChecker {
+class KeptNames {
 public:
-    explicit NameChecker(std::string_view line) : continued_(endsInContinuation(line)) {}
+    explicit KeptNames(std::string_view line) : continued_(endsInContinuation(line)) {}
 
     void check(std::string_view name) {
         if (isPlainName(name)) return;
@@ -190,7 +190,7 @@ bool LineChecker::checkText(std::string_view rawLine, Texts& texts) {
 // Finds mistaken words. Returns true if the saved line is certain to be read back unchanged: only a name that is not
 // plain, a group with members other than clocks, or an infinite number can prevent that.
 bool LineChecker::checkNames(std::string_view line, std::string& mistaken) {
-    NameChecker names(line);
+    KeptNames names(line);
     bool isPlain = list_ != TOVCMD_ATTRIBUTE && saved_.find("inf") == std::string::npos;
     std::string const* clockName = nullptr;
     if (list_ == TOVCMD_CLOCK) clockName = &static_cast<TovCmdClockDef&>(*cmd_).clockName;

@@ -16,8 +16,8 @@ namespace {
 /// The words of a line after the keyword:
 ///
 ///   #attribute text text text text text [ -disable | ignored word ]
-struct Words {
-    explicit Words(WordCursor line) {
+struct AttributeWords {
+    explicit AttributeWords(WordCursor line) {
         while (count < std::size(word) && line.next(word[count])) ++count;
     }
 
@@ -29,7 +29,7 @@ struct Words {
 
 // An attribute without five or six words makes no command.
 Result makeAttribute(CommandKind const&, WordCursor line, std::unique_ptr<TovCmd>& cmd) {
-    Words const words(line);
+    AttributeWords const words(line);
     if (words.count != 5 && words.count != 6) return {};
     auto const text = [&](int index) { return std::string(words.word[index]); };
     cmd = std::make_unique<TovCmdAttr>(text(0), text(1), text(2), text(3), text(4));
@@ -60,7 +60,7 @@ TovCmdAttr::TovCmdAttr(char const* line) {
     WordCursor cursor(orEmpty(line));
     std::string_view keyword;
     cursor.next(keyword);
-    Words const words(cursor);
+    AttributeWords const words(cursor);
     std::size_t index = 0;
     for (std::string* text : {&text1, &text2, &text3, &text4, &text5}) *text = words.word[index++];
     enabled = !words.sayDisabled();

@@ -17,14 +17,14 @@ namespace {
 //   element    = query [ argument ]     object references named by the words of the argument
 //              | other                  an object reference named by the whole expression
 //   argument   = word | "{"* word* "}"*
-struct Query {
+struct QueryKeyword {
     std::string_view word;
     std::string_view opening;  // the query as it is saved, up to its names
     taDciObjTyp type;
     taDciObjTyp sourceType;
 };
 
-constexpr Query queries[] = {
+constexpr QueryKeyword queries[] = {
     {"get_ports", "[ get_ports { ", taDciObjPort, taDciObjSourcePort},
     {"get_nets", "[ get_nets { ", taDciObjNet, taDciObjSourceNet},
     {"get_clocks", "[ get_clocks { ", taDciObjClock, taDciObjClock},
@@ -46,8 +46,8 @@ constexpr ReservedKey reservedKeys[] = {
 };
 
 template <class Match>
-Query const* findQuery(Match match) {
-    Query const* const query = std::find_if(std::begin(queries), std::end(queries), match);
+QueryKeyword const* findQuery(Match match) {
+    QueryKeyword const* const query = std::find_if(std::begin(queries), std::end(queries), match);
     return query == std::end(queries) ? nullptr : query;
 }
 
@@ -79,7 +79,7 @@ void readObjs(ppStlList<taDciObj*>& list, std::string_view expression, bool sour
     taDciObj* whole = nullptr;
     WordCursor words(strip(expression, '[', ']'));
     for (std::string_view word; words.next(word);) {
-        Query const* const query = findQuery([word](Query const& q) { return q.word == word; });
+        QueryKeyword const* const query = findQuery([word](QueryKeyword const& q) { return q.word == word; });
         if (query != nullptr) {
             bool const isPlain = words.isAtPlainWord();
             std::string_view argument;
@@ -122,7 +122,8 @@ void appendTclString(std::string& out, taDciObj const* obj) {
     }
     std::string_view const name = orEmpty(obj->name);
     taDciObjTyp const type = obj->type == taDciObjPin2 ? taDciObjPin : obj->type;
-    Query const* const query = findQuery([type](Query const& q) { return q.type == type || q.sourceType == type; });
+    QueryKeyword const* const query =
+        findQuery([type](QueryKeyword const& q) { return q.type == type || q.sourceType == type; });
     if (query == nullptr) {
         out += name;
         return;

@@ -14,12 +14,12 @@ namespace tool::sdc {
 namespace {
 
 /// Owns the words of a command.
-class Words {
+class OwnedWords {
 public:
-    Words() = default;
-    Words(Words const&) = delete;
-    Words& operator=(Words const&) = delete;
-    ~Words() {
+    OwnedWords() = default;
+    OwnedWords(OwnedWords const&) = delete;
+    OwnedWords& operator=(OwnedWords const&) = delete;
+    ~OwnedWords() {
         for (Tcl_Obj* word : all) Tcl_DecrRefCount(word);
     }
     std::vector<Tcl_Obj*> all;
@@ -222,7 +222,7 @@ std::string Run::commentOf(Statement const& statement) {
 }
 
 int Run::evaluate(Statement& statement, Tcl_Parse const& parse) {
-    Words words;
+    OwnedWords words;
     statement.isSubstituting = true;
     if (!substitute(parse, words.all)) return TCL_ERROR;
     statement.isSubstituting = false;
