@@ -123,6 +123,7 @@ TEST(DesignNames, AreSuggested) {
         return names.nearest(types.at(row.substr(0, blank)), row.substr(blank + 1));
     });
     EXPECT_EQ(names.nearest(taDciObjNone, "clk"), "");
+    EXPECT_EQ(names.nearest(taDciObjPin, "lvl/cnod"), "");  // a cell
 
     support::TempDir const dir;
     std::string const longest(1000, 'a');

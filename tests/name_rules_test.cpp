@@ -152,7 +152,8 @@ constexpr char const* inputs[] = {
     "llib\ncu1\npd[1]\nwlib/u1[1:0]\nwlib/u1/d[1:0]",
     "artl\ncu1\npd[1]\nwu1/rtl[1:0]\nwu1/rtl/d[1:0]",
     "cu1\npsub/z\nwsub/z*\nwsub/*",
-    "pd[1]\nwd[1:0]\\",  // not a range, because of the last byte
+    "pq?\npq??\npqa\nwq\xf0\x9f\x98\x80\nwq\xe0\x80\xbf",  // a character of two units, and one that is too long
+    "pd[1]\nwd[1:0]\\",                                    // not a range, because of the last byte
 };
 
 TEST(NameRules, HoldForRareDesigns) {
