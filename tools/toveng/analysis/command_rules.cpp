@@ -118,7 +118,7 @@ void judgeWaveform(TovCmdClockDef const& clock, std::string& reasons) {
         addReason(reasons, "the waveform has " + std::to_string(edges.size()) + " edge times, which must be in pairs");
     auto const notRising = std::adjacent_find(edges.begin(), edges.end(), [](float a, float b) { return !(a < b); });
     if (notRising != edges.end()) {
-        addReason(reasons, "the edge " + number(*(notRising + 1)) + " is not after the edge " + number(*notRising));
+        addReason(reasons, "the edge " + number(notRising[1]) + " is not after the edge " + number(notRising[0]));
     }
     double const last = edges.back();
     double const period = clock.period;
