@@ -223,6 +223,7 @@ void Judge::judgeEnabled(Command const& command, Judgement& out) const {
 
 void Judge::addUses(Command const& command, Facts& facts) const {
     std::vector<WordUse> uses;
+    uses.reserve(8);
     std::vector<TovNameUse> owned;
     if (!gatherPlainUses(command, match_, uses)) {
         owned = join_->usesIn(command.cmd);

@@ -5,8 +5,10 @@
 #include <charconv>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <string>
 
+#include "analysis/words.h"
 #include "tov/cmd/commands.h"
 
 using namespace kiri::tov;
@@ -33,9 +35,9 @@ bool isPlainWord(std::string_view word) {
 
 // A plain word, or a bit of one.
 bool isPlainName(std::string_view name) {
+    if (isPlainWord(name)) return true;
     std::size_t const open = name.find('[');
-    if (open == std::string_view::npos) return isPlainWord(name);
-    return name.back() == ']' && isPlainWord(name.substr(0, open)) &&
+    return open != std::string_view::npos && name.back() == ']' && isPlainWord(name.substr(0, open)) &&
            isPlainWord(name.substr(open + 1, name.size() - open - 2));
 }
 
@@ -56,59 +58,73 @@ bool hasPlainNames(Command const& command) {
         });
 }
 
-std::uint64_t hashOfWord(std::string_view word) {
-    constexpr std::uint64_t factor = 0x9e3779b97f4a7c15;
-    std::uint64_t hash = word.size() * factor;
-    while (!word.empty()) {
-        std::uint64_t chars = 0;
-        std::size_t const size = std::min(word.size(), sizeof chars);
-        std::memcpy(&chars, word.data(), size);
-        hash = (hash ^ chars) * factor;
-        hash ^= hash >> 32;
-        word.remove_prefix(size);
-    }
-    return hash;
+bool isSeparator(char c) {
+    return classes[static_cast<unsigned char>(c)] == separator;
 }
 
-// Adds up the words of a text, regardless of their order, and numbers by value. Returns false if a word begins like a
-// number but is not one.
-bool addWords(std::string_view text, std::uint64_t& sum) {
-    constexpr std::uint64_t ofNumbers = 0x5bd1e995;
-    for (std::size_t at = 0; at < text.size();) {
-        if (classes[static_cast<unsigned char>(text[at])] == separator) {
-            ++at;
-            continue;
-        }
-        std::size_t end = at + 1;
-        while (end < text.size() && classes[static_cast<unsigned char>(text[end])] != separator) ++end;
-        std::string_view const word = text.substr(at, end - at);
-        at = end;
-        char const first = word[0] == '-' && word.size() > 1 ? word[1] : word[0];
-        if (first < '0' || first > '9') {
-            sum += hashOfWord(word);
-            continue;
-        }
-        double value = 0;
-        auto const [last, error] = std::from_chars(word.data(), word.data() + word.size(), value);
-        if (error != std::errc() || last != word.data() + word.size()) return false;
-        float const number = static_cast<float>(value) + 0.0F;  // -0 is 0
-        std::uint32_t bits = 0;
-        std::memcpy(&bits, &number, sizeof bits);
-        sum += (bits + 1) * ofNumbers * 0x9e3779b97f4a7c15;
+void skipSeparators(std::string_view& text) {
+    auto const* const word = std::find_if_not(text.begin(), text.end(), isSeparator);
+    text.remove_prefix(static_cast<std::size_t>(word - text.begin()));
+}
+
+// Returns the word that a text begins with, and removes it there.
+std::string_view takeWord(std::string_view& text) {
+    auto const* const end = std::find_if(text.begin(), text.end(), isSeparator);
+    std::string_view const word = text.substr(0, static_cast<std::size_t>(end - text.begin()));
+    text.remove_prefix(word.size());
+    return word;
+}
+
+// Removes a word that a text begins with. Returns false if it begins with another.
+bool takeWord(std::string_view& text, std::string_view word) {
+    bool const isThere = startsWith(text, word) && (text.size() == word.size() || isSeparator(text[word.size()]));
+    if (isThere) text.remove_prefix(word.size());
+    return isThere;
+}
+
+bool beginsLikeNumber(std::string_view word) {
+    char const first = word.size() > 1 && word[0] == '-' ? word[1] : word[0];
+    return first >= '0' && first <= '9';
+}
+
+// Adds a word to a sum, a number by its value. Returns false if the word begins like a number but is not one.
+bool addToSum(std::string_view word, std::uint64_t& sum) {
+    std::hash<std::string_view> const hash;
+    if (!beginsLikeNumber(word)) {
+        sum += hash(word);
+        return true;
     }
+    double value = 0;
+    auto const [last, error] = std::from_chars(word.data(), word.data() + word.size(), value);
+    if (error != std::errc() || last != word.data() + word.size()) return false;
+    float const number = static_cast<float>(value) + 0.0F;  // -0 is 0
+    char bytes[sizeof number];
+    std::memcpy(bytes, &number, sizeof bytes);
+    sum += ~hash({bytes, sizeof bytes});
     return true;
+}
+
+// Returns whether two texts certainly have the same words, in any order; numbers are compared by value.
+bool haveSameWords(std::string_view text, std::string_view other) {
+    std::uint64_t sum = 0;
+    std::uint64_t otherSum = 0;
+    for (;;) {
+        skipSeparators(text);
+        skipSeparators(other);
+        if (text.empty() && other.empty()) return sum == otherSum;
+        std::string_view const word = takeWord(text);
+        if (!word.empty() && !beginsLikeNumber(word) && takeWord(other, word)) continue;  // most words of most lines
+        std::string_view const otherWord = takeWord(other);
+        if (!word.empty() && !addToSum(word, sum)) return false;
+        if (!otherWord.empty() && !addToSum(otherWord, otherSum)) return false;
+    }
 }
 
 }  // namespace
 
 bool isCertainlyKept(std::string_view line, Command const& command) {
     if (command.list == TOVCMD_ATTRIBUTE || line.find('\0') != std::string_view::npos) return false;
-    if (!hasPlainNames(command)) return false;
-    std::string const saved = command.cmd.toSaveString(nullptr);
-    std::uint64_t words = 0;
-    std::uint64_t savedWords = 0;
-    return saved.find("inf") == std::string::npos && addWords(line, words) && addWords(saved, savedWords) &&
-           words == savedWords;
+    return hasPlainNames(command) && haveSameWords(line, command.cmd.toSaveString(nullptr));
 }
 
 }  // namespace tool
