@@ -171,7 +171,7 @@ TEST(NameList, CompletesUpToTheNextLevel) {
     }
 }
 
-QString const uri = "file:///w/a.tov";
+QString const documentUri = "file:///w/a.tov";
 
 std::string largeDocument(int lines) {
     std::string text = "create_clock -period 10 -name clk [get_ports clk]\n";
@@ -214,10 +214,10 @@ TEST(Server, OffersTheClocksOfBothDocumentAndDesign) {
     client.waitForDesign();
     std::string text = "set_input_delay 1 -clock u\n";
     for (int i = 0; i < 300; ++i) text += "create_clock -period 3 -name c" + std::to_string(i) + " x\n";
-    client.open(uri, text);
+    client.open(documentUri, text);
     QJsonObject const place{{"line", 0}, {"character", 26}};
-    QJsonObject const answer =
-        client.request("textDocument/completion", {{"textDocument", QJsonObject{{"uri", uri}}}, {"position", place}});
+    QJsonObject const answer = client.request(
+        "textDocument/completion", {{"textDocument", QJsonObject{{"uri", documentUri}}}, {"position", place}});
     QJsonObject const list = answer.value("result").toObject();
     EXPECT_EQ(list.value("items").toArray().size(), 2);
     EXPECT_FALSE(list.value("isIncomplete").toBool());
@@ -228,25 +228,25 @@ TEST(Server, JudgesAfterAnEditWhatItMayChange) {
     Conversation client("/w");
     start(client);
     double const before = secondsUsed();
-    client.open(uri, largeDocument(5'000));
+    client.open(documentUri, largeDocument(5'000));
     double const whole = secondsUsed() - before;
     constexpr int edits = 10;
     double const start = secondsUsed();
-    for (int i = 0; i < edits; ++i) client.change(uri, 2 + i, typed(2'000 + i, "9"));
+    for (int i = 0; i < edits; ++i) client.change(documentUri, 2 + i, typed(2'000 + i, "9"));
     EXPECT_LT((secondsUsed() - start) / edits, whole / 5);
 }
 
 TEST(Server, DoesNotGrowInALongConversation) {
     Conversation client("/w");
     start(client);
-    client.open(uri, largeDocument(100));
+    client.open(documentUri, largeDocument(100));
     // Each name is new, but the places of removed names are reused.
     auto const converse = [&client](int from, int count) {
         for (int i = from; i < from + count; ++i) {
             QString const text = i % 2 == 0 ? QString("set_false_path -from [get_clocks typed_%1]").arg(i)
                                             : QString("create_clock -period 3 -name typed_%1 x").arg(i);
-            client.change(uri, i, replaced(7 + i % 2, text));
-            client.request("textDocument/hover", {{"textDocument", QJsonObject{{"uri", uri}}},
+            client.change(documentUri, i, replaced(7 + i % 2, text));
+            client.request("textDocument/hover", {{"textDocument", QJsonObject{{"uri", documentUri}}},
                                                   {"position", QJsonObject{{"line", 7}, {"character", 40}}}});
             client.take();
         }
