@@ -29,8 +29,9 @@ inline std::string savedAgain(std::string const& text) {
     return document.toSaveString();
 }
 
-/// Loads and saves a text, with `next`, until it no longer changes. A text of plain names is stable after two saves.
-/// Each load removes one layer of quotes or braces from any other name, so such a text takes longer, but becomes stable
+/// Loads and saves a text, with `next`, until it no longer changes. A text of plain names is stable after two saves, or
+/// after one more if a save wrote a number beyond a float as `inf`, which the next load does not read as a number. Each
+/// load removes one layer of quotes or braces from any other name, so such a text takes longer, but becomes stable
 /// as well, except for a clock group, which may repeat its words at each save.
 template <class Next>
 void requireSettled(std::string const& first, Next next) {
@@ -45,7 +46,8 @@ void requireSettled(std::string const& first, Next next) {
             return require(text.find("-waveform") != text.npos, "a saved text can be read", text);
         }
         if (again == text) return;
-        require(saves < 2 || !isPlain(first), "the second and third saved text are equal", first, text);
+        require(saves < 2 || !isPlain(first) || text.find("inf") != text.npos,
+                "the second and third saved text are equal", first, text);
         text.swap(again);
     }
     require(text.find("set_clock_groups") != text.npos, "a text settles", first, text);
