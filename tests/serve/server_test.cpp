@@ -148,6 +148,7 @@ TEST(LineWords, KnowWhatEachWordRefersTo) {
          "d=clock"},
         {"#attribute PORT clk KEEP 1 bool", "#attribute=command PORT=other clk=other KEEP=other 1=other bool=other"},
         {"# set_false_path -from a", ""},
+        {"#disable\tset_false_path -from a", ""},
         {"]}\"", ""},
     };
     for (auto const& row : rows) EXPECT_EQ(wordsIn(row.line), row.words) << row.line;

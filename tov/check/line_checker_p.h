@@ -27,7 +27,7 @@ public:
     /// until the next check. A clock group may lack references that repeat the names of others.
     TovCmd* command() const { return cmd_.get(); }
 
-    /// The list to which a load would add that command; TOVCMD_NONE if there is no command.
+    /// The list to which a load would add that command; TOVCMD_NONE without one.
     TOVCMD_TYPE list() const { return list_; }
 
     /// The line that a save writes for that command, and how it differs from the line. Equal lines are not compared.

@@ -76,7 +76,7 @@ std::string_view takeWord(std::string_view& text) {
 }
 
 // Removes a word that a text begins with. Returns false if it begins with another.
-bool takeWord(std::string_view& text, std::string_view word) {
+bool skipWord(std::string_view& text, std::string_view word) {
     bool const isThere = startsWith(text, word) && (text.size() == word.size() || isSeparator(text[word.size()]));
     if (isThere) text.remove_prefix(word.size());
     return isThere;
@@ -113,7 +113,7 @@ bool haveSameWords(std::string_view text, std::string_view other) {
         skipSeparators(other);
         if (text.empty() && other.empty()) return sum == otherSum;
         std::string_view const word = takeWord(text);
-        if (!word.empty() && !beginsLikeNumber(word) && takeWord(other, word)) continue;  // most words of most lines
+        if (!word.empty() && !beginsLikeNumber(word) && skipWord(other, word)) continue;  // most words of most lines
         std::string_view const otherWord = takeWord(other);
         if (!word.empty() && !addToSum(word, sum)) return false;
         if (!otherWord.empty() && !addToSum(otherWord, otherSum)) return false;

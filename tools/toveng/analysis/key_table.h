@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "analysis/pool.h"
+
 namespace tool {
 
 /// Groups by 64-bit keys, which are hashes; 0 is not a key. A group keeps its number as long as it exists. Unlike a map
@@ -11,7 +13,7 @@ namespace tool {
 template <class Group>
 class KeyTable {
 public:
-    using Number = std::uint32_t;
+    using Number = typename Pool<Group>::Id;
 
     Group& operator[](Number number) { return groups_[number]; }
     Group const& operator[](Number number) const { return groups_[number]; }
@@ -21,7 +23,7 @@ public:
         if ((count_ + 1) * 3 > slots_.size() * 2) grow();
         std::size_t const at = find(key);
         if (slots_[at].key == 0) {
-            slots_[at] = {key, newGroup()};
+            slots_[at] = {key, groups_.add()};
             ++count_;
         }
         return slots_[at].number;
@@ -30,7 +32,7 @@ public:
     /// Removes a key whose group is empty.
     void erase(std::uint64_t key) {
         std::size_t gap = find(key);
-        free_.push_back(slots_[gap].number);
+        groups_.remove(slots_[gap].number);
         --count_;
         // Entries that probing put after the gap move up.
         for (std::size_t at = next(gap); slots_[at].key != 0; at = next(at)) {
@@ -59,16 +61,6 @@ private:
         return at;
     }
 
-    Number newGroup() {
-        if (free_.empty()) {
-            groups_.emplace_back();
-            return static_cast<Number>(groups_.size() - 1);
-        }
-        Number const number = free_.back();
-        free_.pop_back();
-        return number;
-    }
-
     void grow() {
         std::vector<Slot> older(slots_.empty() ? 64 : slots_.size() * 2);
         older.swap(slots_);
@@ -79,8 +71,7 @@ private:
 
     std::vector<Slot> slots_;  // their number is a power of two; at least a third is free
     std::size_t count_ = 0;
-    std::vector<Group> groups_;
-    std::vector<Number> free_;
+    Pool<Group> groups_;
 };
 
 }  // namespace tool

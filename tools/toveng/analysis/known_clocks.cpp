@@ -21,19 +21,10 @@ KnownClocks::KnownClocks() : join_(std::make_unique<TovDocumentNames>(document_,
 
 KnownClocks::~KnownClocks() = default;
 
-// Returns the place of a removed entry, or else the place after the last entry.
-KnownClocks::Id KnownClocks::freePlace(std::vector<Id>& free, std::size_t count) {
-    if (free.empty()) return static_cast<Id>(count);
-    Id const id = free.back();
-    free.pop_back();
-    return id;
-}
-
 KnownClocks::Id KnownClocks::useName(std::string const& name) {
     auto const [place, isNew] = nameIds_.try_emplace(name, 0);
     if (isNew) {
-        place->second = freePlace(freeNames_, names_.size());
-        if (place->second == names_.size()) names_.emplace_back();
+        place->second = names_.add();
         names_[place->second].text = name;
     }
     ++names_[place->second].uses;
@@ -43,8 +34,7 @@ KnownClocks::Id KnownClocks::useName(std::string const& name) {
 void KnownClocks::dropName(Id id) {
     if (--names_[id].uses > 0) return;
     nameIds_.erase(names_[id].text);
-    names_[id] = Name();
-    freeNames_.push_back(id);
+    names_.remove(id);
 }
 
 void KnownClocks::setKey(MissingWord const& word) {
@@ -58,8 +48,7 @@ KnownClocks::Id KnownClocks::useWord(MissingWord const& word, Id user) {
     setKey(word);
     auto const [place, isNew] = wordIds_.try_emplace(key_, 0);
     if (isNew) {
-        place->second = freePlace(freeWords_, words_.size());
-        if (place->second == words_.size()) words_.emplace_back();
+        place->second = words_.add();
         Word& added = words_[place->second];
         added.word = word;
         added.isClock = isCurrent_ && word.mayBeClock() && has(word);
@@ -74,8 +63,7 @@ void KnownClocks::dropWord(Id id, Id user) {
     if (!word.users.empty()) return;
     setKey(word.word);
     wordIds_.erase(key_);
-    word = Word();
-    freeWords_.push_back(id);
+    words_.remove(id);
 }
 
 bool KnownClocks::define(Id id) {

@@ -4,10 +4,10 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
-#include <vector>
 
 #include "analysis/facts.h"
 #include "analysis/id_list.h"
+#include "analysis/pool.h"
 #include "tov/names/document_names.h"
 #include "tov/tov.h"
 
@@ -76,13 +76,10 @@ public:
     std::string nearest(std::string const& word) const;
 
 private:
-    static Id freePlace(std::vector<Id>& free, std::size_t count);
     void setKey(MissingWord const& word);
 
-    std::vector<Name> names_;
-    std::vector<Word> words_;
-    std::vector<Id> freeNames_;
-    std::vector<Id> freeWords_;
+    Pool<Name> names_;
+    Pool<Word> words_;
     std::unordered_map<std::string, Id> nameIds_;
     std::unordered_map<std::string, Id> wordIds_;
     std::string key_;  // of the word that is looked up

@@ -8,8 +8,6 @@ using namespace kiri::tov;
 
 namespace tool {
 
-namespace {}  // namespace
-
 std::string NearNames::nearestTo(MissingWord const& word) {
     Nearest nearest(word.text);
     if (word.isClock || word.mayBeClock()) {

@@ -5,14 +5,8 @@
 namespace tool {
 
 StatementSet::Id StatementSet::add(Facts const& facts) {
-    Id id = static_cast<Id>(entries_.size());
-    if (free_.empty()) {
-        entries_.emplace_back();
-        places_.push_back(0);
-    } else {
-        id = free_.back();
-        free_.pop_back();
-    }
+    Id const id = entries_.add();
+    if (id == places_.size()) places_.push_back(0);
     Entry& entry = entries_[id];
     entry.key = facts.key;
     entry.path = facts.path;
@@ -35,10 +29,7 @@ void StatementSet::append(Facts const& facts) {
 }
 
 void StatementSet::replace(std::size_t first, std::size_t count, std::vector<Facts> const& others) {
-    for (std::size_t i = first; i < first + count; ++i) {
-        unlink(order_[i]);
-        free_.push_back(order_[i]);
-    }
+    for (std::size_t i = first; i < first + count; ++i) remove(order_[i]);
     std::vector<Id> ids;
     ids.reserve(others.size());
     for (Facts const& facts : others) ids.push_back(add(facts));
@@ -93,7 +84,7 @@ void StatementSet::link(Id id) {
     }
 }
 
-void StatementSet::unlink(Id id) {
+void StatementSet::remove(Id id) {
     Entry& entry = entries_[id];
     for (Id word : entry.words) clocks_.dropWord(word, id);
     for (Id clock : entry.clocks) clocks_.undefine(clock);
@@ -118,7 +109,7 @@ void StatementSet::unlink(Id id) {
         }
     }
     for (Id clock : entry.clocks) clocks_.dropName(clock);
-    entry = Entry();
+    entries_.remove(id);
 }
 
 void StatementSet::touch(Id id) {

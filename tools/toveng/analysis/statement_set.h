@@ -9,6 +9,7 @@
 #include "analysis/id_list.h"
 #include "analysis/key_table.h"
 #include "analysis/known_clocks.h"
+#include "analysis/pool.h"
 #include "analysis/rules.h"
 
 namespace tool {
@@ -74,7 +75,7 @@ private:
 
     Id add(Facts const& facts);
     void link(Id id);
-    void unlink(Id id);
+    void remove(Id id);
     void number(std::size_t first);
     void touch(Id id);
     void touchAll(IdList const& ids);
@@ -95,9 +96,8 @@ private:
     bool hasDesign_;
     bool isCut_ = false;
     bool judgedClocks_ = false;
-    std::size_t hiding_ = 0;      // statements that may hide clocks
-    std::vector<Entry> entries_;  // by id
-    std::vector<Id> free_;
+    std::size_t hiding_ = 0;  // statements that may hide clocks
+    Pool<Entry> entries_;
     std::vector<Id> order_;              // ids by place
     std::vector<std::uint32_t> places_;  // places by id
     std::vector<Id> touched_;

@@ -48,11 +48,11 @@ std::vector<std::string> elements(std::string const& list) {
 }
 
 void readFrame(Tcl_Interp* interp, std::string const& frame, std::vector<std::string> const& names, Variables& values) {
-    std::string const prefix = frame + " ";
     for (std::string const& name : names) {
         bool const isArray = ask(interp, frame, {"::array", "exists", name}) == "1";
-        values[std::string(prefix).append(name)] =
-            isArray ? ask(interp, frame, {"::array", "get", name}) : ask(interp, frame, {"::set", name});
+        std::string key = frame;
+        key.append(1, ' ').append(name);
+        values[key] = isArray ? ask(interp, frame, {"::array", "get", name}) : ask(interp, frame, {"::set", name});
     }
 }
 

@@ -64,13 +64,12 @@ void addNearNames(Actions& actions, Workspace const& workspace, OpenDocument& do
             std::string const nearest = analysis.nearestTo(missing);
             if (nearest.empty()) continue;
             QString const name = toText(nearest);
-            bool const needsBraces = nearest.find_first_of(" []{}\"$;\\") != std::string::npos;
             QJsonArray edits;
             for (Word const& word : words.words) {
                 if (!isMissing(word, missing)) continue;
                 QJsonObject const range =
                     workspace.range(document, {statement.first, word.begin}, {statement.first, word.end});
-                QString const text = needsBraces && !word.isBraced ? "{" + name + "}" : name;
+                QString const text = needsBraces(nearest) && !word.isBraced ? "{" + name + "}" : name;
                 edits.append(QJsonObject{{"range", range}, {"newText", text}});
             }
             actions.add("Write " + name, fixKind, edits);

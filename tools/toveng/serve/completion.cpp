@@ -24,11 +24,6 @@ constexpr int keywordItem = 14;
 
 constexpr int itemsAtMost = 200;
 
-// Whether a query can contain a name without braces.
-bool isPlain(std::string_view name) {
-    return name.find_first_of(" \t[]{}\"$;\\") == std::string_view::npos;
-}
-
 /// Collects the items that begin with the word being typed.
 class Items {
 public:
@@ -50,7 +45,7 @@ public:
         bool const isPart = kind == moduleItem;
         bool const isName = isPart || kind == fieldItem || kind == variableItem;
         QString const label = toText(word);
-        QString const text = isName && !isPart && !isBraced_ && !isPlain(word) ? "{" + label + "}" : label;
+        QString const text = isName && !isPart && !isBraced_ && needsBraces(word) ? "{" + label + "}" : label;
         QJsonObject item{{"label", label},
                          {"kind", kind},
                          {"filterText", label},

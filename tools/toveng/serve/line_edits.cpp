@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "analysis/words.h"
+#include "analysis/keywords.h"
 #include "serve/line_words.h"
 #include "tov/check.h"
 #include "tov/cmd/references.h"
@@ -17,7 +17,6 @@ namespace tool::lsp {
 
 namespace {
 
-constexpr std::string_view disablePrefix = "#disable ";
 constexpr std::string_view disableOption = "-disable";
 
 /// A parsed line of a constraint file.

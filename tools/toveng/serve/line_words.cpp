@@ -2,13 +2,11 @@
 
 #include <algorithm>
 
-#include "analysis/words.h"
+#include "analysis/keywords.h"
 
 namespace tool::lsp {
 
 namespace {
-
-constexpr std::string_view disableMark = "#disable";
 
 bool isNumber(std::string_view word) {
     if (!word.empty() && word.front() == '-') word.remove_prefix(1);
@@ -64,7 +62,9 @@ private:
         std::string_view const word = line_.substr(at_, end - at_);
         CommandInfo const* const command = findCommand(word);
         if (command == nullptr) return false;
-        result_.isDisabled = word == disableMark;
+        bool const isDisabled = word == trim(disablePrefix);
+        if (isDisabled && end < line_.size() && line_[end] != disablePrefix.back()) return false;
+        result_.isDisabled = isDisabled;
         addWord(at_, end, WordKind::keyword);
         at_ = end;
         if (!result_.isDisabled) result_.command = command;

@@ -9,6 +9,11 @@
 
 namespace tool::lsp {
 
+/// Returns whether a query can contain a name only in braces.
+inline bool needsBraces(std::string_view name) {
+    return name.find_first_of(" \t[]{}\"$;\\") != std::string_view::npos;
+}
+
 /// The kind of a word in a line.
 enum class WordKind { keyword, option, query, name, clockName, value, other };
 
