@@ -1,5 +1,4 @@
-// The language server: bytes of a client, including framed messages. Each message that the server sends is valid, and
-// an edited document equals a new one with the same text.
+// The language server: bytes of a client, including framed messages. Each message that the server sends is valid.
 
 #include <QJsonDocument>
 

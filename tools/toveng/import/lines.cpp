@@ -31,7 +31,7 @@ bool hasOnlyBits(std::string_view word) {
                               std::count(index.begin(), index.end(), ':') <= 1;
         if (!isNumber && index != "*") return false;
     }
-    return true;
+    return std::count(word.begin(), word.end(), '[') == std::count(word.begin(), word.end(), ']');
 }
 
 /// Returns whether Tcl reads a word as something else unless it is in braces.
@@ -44,10 +44,9 @@ bool isPlain(std::string_view word) {
     if (word.empty() || !hasOnlyBits(word)) return false;
     char const first = word[0];
     if (!isWordCharacter(first) && first != '*' && first != '/') return false;
-    return std::count(word.begin(), word.end(), '[') == std::count(word.begin(), word.end(), ']') &&
-           std::all_of(word.begin(), word.end(), [](char c) {
-               return isWordCharacter(c) || std::string_view("/.*?:[]-").find(c) != std::string_view::npos;
-           });
+    return std::all_of(word.begin(), word.end(), [](char c) {
+        return isWordCharacter(c) || std::string_view("/.*?:[]-").find(c) != std::string_view::npos;
+    });
 }
 
 /// Creates the lines of a call.
