@@ -113,17 +113,23 @@ QJsonObject initialization(char const* encoding, std::string const& design) {
     return {{"capabilities", QJsonObject{{"general", general}}}, {"initializationOptions", options}};
 }
 
-/// The findings that the server has sent last, one per line.
-std::string lastFindings(Conversation& client) {
-    std::string last = "none";
+/// The findings that the server has sent last; null if it has not sent any.
+QJsonValue lastFindings(Conversation& client) {
+    QJsonValue last;
     for (QJsonObject const& message : client.take()) {
         if (message.value("method") != "textDocument/publishDiagnostics") continue;
-        last.clear();
-        for (QJsonValue const& finding : message.value("params").toObject().value("diagnostics").toArray()) {
-            last += QJsonDocument(finding.toObject()).toJson(QJsonDocument::Compact).toStdString() + "\n";
-        }
+        last = message.value("params").toObject().value("diagnostics");
     }
     return last;
+}
+
+// One per line.
+std::string asText(QJsonValue const& findings) {
+    std::string text;
+    for (QJsonValue const& finding : findings.toArray()) {
+        text += QJsonDocument(finding.toObject()).toJson(QJsonDocument::Compact).toStdString() + "\n";
+    }
+    return text;
 }
 
 template <class String>
@@ -155,9 +161,12 @@ void editAtRandom(char const* encoding, std::string const& design, unsigned seed
         }
         edited.change(uri, edit + 2, changes);
         fresh.open(uri, asUtf8(text.text()));
-        std::string const expected = lastFindings(fresh);
-        ASSERT_EQ(lastFindings(edited), expected) << "seed " << seed << ", edit " << edit << "\n"
-                                                  << asUtf8(text.text());
+        QJsonValue const findings = lastFindings(edited);
+        QJsonValue const expected = lastFindings(fresh);
+        ASSERT_TRUE(findings == expected && findings.isArray()) << "seed " << seed << ", edit " << edit << "\n"
+                                                                << asUtf8(text.text()) << "\nfindings:\n"
+                                                                << asText(findings) << "expected:\n"
+                                                                << asText(expected);
         fresh.notify("textDocument/didClose", {{"textDocument", QJsonObject{{"uri", uri}}}});
         fresh.take();
         ASSERT_TRUE(edited.takeComplaints().empty());
