@@ -27,13 +27,13 @@ inline std::unique_ptr<taDci> makeDatabase() {
     // clang-format on
     db->clocks = {clock, nullptr, generated, new taDciSynClk(), new taDciSynClk()};
     db->clocks.back()->master = 1;
-    for (bool asynchronous : {false, true}) {
+    for (int const asynchronous : {0, 1, 2}) {  // its lowest bit counts
         auto* const members = new Members{nullptr};
         for (taDciSynClk* member : db->clocks) {
             members->push_back(new taDciSynClkGroupMember{{}, member});
         }
-        db->clockGroups.push_back(
-            new taDciSynClkGroup{0, asynchronous, {nullptr, new Members(), members}, text("groups")});
+        db->clockGroups.push_back(new taDciSynClkGroup{
+            0, static_cast<unsigned char>(asynchronous), {nullptr, new Members(), members}, text("groups")});
     }
     for (int direction : {-1, 0, 1, 2}) {
         char const* const min = direction == 0 ? "min" : "";

@@ -324,11 +324,14 @@ TEST_F(NameCheck, VisitsFindings) {
     EXPECT_EQ(visits, expected);
     EXPECT_EQ(error, "");
 
-    // A file that can be read only once.
+    // A file that can be read only once, and comes in parts.
     std::string const pipe = dir / "pipe";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     visits.clear();
-    std::thread writer([&] { support::write(pipe, text); });
+    std::thread writer([&] {
+        std::ofstream file(pipe);
+        for (char const c : text) file << c << std::flush, std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    });
     EXPECT_TRUE(checkTovFile(pipe.c_str(), options, visit));
     writer.join();
     EXPECT_EQ(visits, expected);

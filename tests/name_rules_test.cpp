@@ -149,11 +149,15 @@ constexpr char const* inputs[] = {
     "n.x\nwx",                                // a net of the design with several levels, the first of them empty
     "cu1.xx\npa\nwu1/*1/xx/a",                // the star does not match what precedes it
     "llib\ncx\nlwork\ncu1\npCK\nwlib/u1/CK",  // the library of another cell
+    "ll.x\ncu1\npCK\nwl/x/u1/CK\nwl.x.u1",    // a library with a separator
     "llib\ncu1\npd[1]\nwlib/u1[1:0]\nwlib/u1/d[1:0]",
     "artl\ncu1\npd[1]\nwu1/rtl[1:0]\nwu1/rtl/d[1:0]",
+    "cu1.a.q\npCK\ncu1.b\ncu1.c\ncu1.d\nwu1/*/q/C*\nwu1/*/q",  // a literal level after a literal and a star
     "cu1\npsub/z\nwsub/z*\nwsub/*",
     "pq?\npq??\npqa\nwq\xf0\x9f\x98\x80\nwq\xe0\x80\xbf",  // a character of two units, and one that is too long
     "pd[1]\nwd[1:0]\\",                                    // not a range, because of the last byte
+    "pd[1:0]\npd[1]\nwd[1:0]",                             // a name like a range, and a bit in the range
+    "p\xc3\xbc\np\xfc\nw\xc3\xbc",                         // the bytes of a word, and its Latin-1 form
 };
 
 TEST(NameRules, HoldForRareDesigns) {
