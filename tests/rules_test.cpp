@@ -127,6 +127,22 @@ TEST(Rules, FindWhatTheTableSays) {
     }
 }
 
+// So many that their table of keys is full, with gaps where commands were removed.
+TEST(Rules, OfManyCommandsAreTheSameAfterEdits) {
+    std::mt19937 random(1);
+    auto const below = [&random](std::size_t n) { return static_cast<std::size_t>(random() % n); };
+    auto const some = [&](std::size_t count) {
+        std::vector<std::string> lines(count);
+        for (std::string& line : lines) line = "set_max_delay 1 -from p" + std::to_string(below(60));
+        return lines;
+    };
+    Document document(some(55));
+    for (int edit = 0; edit < 300; ++edit) {
+        document.edit(below(50), 5, some(5));
+        ASSERT_EQ(document.findings(), Document(document.lines()).findings()) << "edit " << edit;
+    }
+}
+
 TEST(Rules, AreTheSameAfterEdits) {
     constexpr char const* pool[] = {"create_clock -period 10 -name clk",
                                     "create_clock -period 10 -name b \\",

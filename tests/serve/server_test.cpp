@@ -224,6 +224,37 @@ TEST(Server, OffersTheClocksOfBothDocumentAndDesign) {
     EXPECT_FALSE(list.value("isIncomplete").toBool());
 }
 
+TEST(Server, OffersTwoHundredClocksOfADesignAtMost) {
+    support::TempDir const dir;
+    for (int count : {200, 201}) {
+        std::string dump = "<top name=\"t\"><clocks>";
+        for (int i = 0; i < count; ++i) dump += "<clockitem name=\"c" + std::to_string(i) + "\" type=\"port\"/>";
+        support::write(dir / "t.xml", dump + "</clocks><library name=\"l\"><unit name=\"t\"/></library></top>");
+        Conversation client(dir / "");
+        client.request("initialize", {{"initializationOptions", QJsonObject{{"design", "t.xml"}}}});
+        client.notify("initialized", {});
+        client.waitForDesign();
+        client.open(documentUri, "set_input_delay 1 -clock \n");
+        QJsonObject const answer =
+            client.request("textDocument/completion", {{"textDocument", QJsonObject{{"uri", documentUri}}},
+                                                       {"position", QJsonObject{{"line", 0}, {"character", 25}}}});
+        QJsonObject const list = answer.value("result").toObject();
+        EXPECT_EQ(list.value("items").toArray().size(), 200);
+        EXPECT_EQ(list.value("isIncomplete").toBool(), count > 200) << count;
+    }
+}
+
+// A load that has been replaced may end after that.
+TEST(Server, IgnoresTheDesignOfAnEarlierLoad) {
+    Conversation client("/w");
+    client.request("initialize", {{"initializationOptions", QJsonObject{{"design", "none.xml"}}}});
+    client.notify("initialized", {});
+    client.waitForDesign();
+    client.take();
+    client.server().handle(tool::lsp::DesignEvent{-1, 100, nullptr, "of an earlier load"});
+    EXPECT_TRUE(client.take().empty());
+}
+
 // The promise is a tenth; both figures include the work of the test itself.
 TEST(Server, JudgesAfterAnEditWhatItMayChange) {
     Conversation client("/w");

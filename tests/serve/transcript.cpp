@@ -5,7 +5,7 @@
 //   connect                         begins one without an initialize request
 //   write FILE                      writes a file of the workspace: the lines that begin with "| ", with \r and \xfc
 //   open FILE                       opens a document with these lines
-//   change FILE FROM-TO "TEXT"...   edits it, with all edits in one notification
+//   change FILE FROM-TO "TEXT"...   edits it, with all edits in one notification; \x1b as well
 //   close FILE
 //   FEATURE FILE PLACE [PARAMETERS] asks for hover, completion, definition ...
 //   request METHOD PARAMETERS, notify METHOD PARAMETERS
@@ -70,7 +70,8 @@ QJsonValue parsed(std::string const& json) {
 }
 
 std::string unescaped(std::string text) {
-    constexpr std::pair<char const*, char> escapes[] = {{"\\r", '\r'}, {"\\n", '\n'}, {"\\0", '\0'}, {"\\xfc", '\xfc'}};
+    constexpr std::pair<char const*, char> escapes[] = {
+        {"\\r", '\r'}, {"\\n", '\n'}, {"\\0", '\0'}, {"\\xfc", '\xfc'}, {"\\x1b", '\x1b'}};
     for (auto const& [escape, character] : escapes) {
         for (std::size_t at = text.find(escape); at != std::string::npos; at = text.find(escape, at)) {
             text.replace(at, std::strlen(escape), 1, character);
@@ -216,6 +217,9 @@ private:
         std::string const path = folder();
         for (std::size_t at = line.find(path); at != std::string::npos; at = line.find(path, at)) {
             line.replace(at, path.size(), "$W");
+        }
+        for (std::size_t at = line.find('\x1b'); at != std::string::npos; at = line.find('\x1b', at)) {
+            line.replace(at, 1, "\\x1b");
         }
         output_ += "    " + line + "\n";
     }
