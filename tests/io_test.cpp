@@ -206,6 +206,9 @@ TEST_F(Io, TellsTheEndOnce) {
     all = 0;
     EXPECT_TRUE(design.load(support::write(path, dump.substr(7) + "<top/>").c_str(), count));
     EXPECT_TRUE(ends == 2 && all == 1);
+    // A line that ends the load.
+    EXPECT_FALSE(document.read(support::write(path, "create_clock -waveform").c_str(), count));
+    EXPECT_EQ(all, 1);
 }
 
 // Stopping does not wait for a pipe that has no data yet.
