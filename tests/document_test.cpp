@@ -55,13 +55,18 @@ TEST(Document, ListsAreTheCallersToEdit) {
     };
     TOV document;
     auto& list = *document.getTovCmdList(TOVCMD_MAXDELAY);
-    for (int rounds = 0; rounds < 2; ++rounds) {
+    for (int const many : {1, 1, 2000}) {
         document.reset();
+        std::string expected = "set_max_delay 1.000000\n";
         list.push_back(new TovCmdMaxDelay(1, nullptr));
         list.push_back(nullptr);
         list.push_back(new Silent(1, nullptr));
-        list.push_back(new TovCmdMaxDelay(2, nullptr));
-        EXPECT_EQ(bodyOf(document), "set_max_delay 1.000000\nset_max_delay 2.000000\n~\n");
+        for (int i = 0; i < many; ++i) {
+            list.push_back(new TovCmdMaxDelay(2, nullptr));
+            expected += "set_max_delay 2.000000\n";
+        }
+        list.push_back(new Silent(1, nullptr));
+        EXPECT_EQ(bodyOf(document), expected + "~\n");
     }
 }
 
