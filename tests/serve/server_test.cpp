@@ -255,6 +255,51 @@ TEST(Server, IgnoresTheDesignOfAnEarlierLoad) {
     EXPECT_TRUE(client.take().empty());
 }
 
+/// The titles of the actions for the first line of a document.
+std::string titlesIn(QJsonObject const& answer) {
+    std::string titles;
+    for (QJsonValue const& action : answer.value("result").toArray()) {
+        titles += action.toObject().value("title").toString().toStdString() + "\n";
+    }
+    return titles;
+}
+
+QJsonObject actionsAt(int line) {
+    QJsonObject const place{{"line", line}, {"character", 0}};
+    return {{"textDocument", QJsonObject{{"uri", documentUri}}},
+            {"range", QJsonObject{{"start", place}, {"end", place}}},
+            {"context", QJsonObject{{"diagnostics", QJsonArray()}}}};
+}
+
+// Actions that come with an edit in one block of bytes are those of the edited text.
+TEST(Server, OffersActionsForTheTextAfterAnEdit) {
+    Conversation client("/w");
+    start(client);
+    client.open(documentUri, "set_false_path -from [get_clocks clk]\ncreate_clock -period 1 -name clk\n");
+    QJsonObject const edit{{"textDocument", QJsonObject{{"uri", documentUri}, {"version", 2}}},
+                           {"contentChanges", replaced(0, "set_false_path -from [get_clocks clj]")}};
+    client.take();
+    client.send(Conversation::framed({{"method", "textDocument/didChange"}, {"params", edit}}) +
+                Conversation::framed({{"id", "a"}, {"method", "textDocument/codeAction"}, {"params", actionsAt(0)}}));
+    EXPECT_EQ(titlesIn(client.take().front()), "Write clk\nDisable the command\nWrite the line as a save does\n");
+}
+
+// The objects of both ends make a line for each pair.
+TEST(Server, OffersAThousandLinesForACommandAtMost) {
+    for (int count : {25, 26}) {
+        std::string names;
+        for (int i = 0; i < 40; ++i) names += " p" + std::to_string(i);
+        std::string others;
+        for (int i = 0; i < count; ++i) others += " q" + std::to_string(i);
+        Conversation client("/w");
+        start(client);
+        client.open(documentUri, "set_false_path -from [get_ports {" + names + "}] -to [get_ports {" + others + "}]\n");
+        std::string const titles = titlesIn(client.request("textDocument/codeAction", actionsAt(0)));
+        EXPECT_EQ(titles,
+                  (count == 25 ? "Write one command for each object\n" : "") + std::string("Disable the command\n"));
+    }
+}
+
 // The promise is a tenth; both figures include the work of the test itself.
 TEST(Server, JudgesAfterAnEditWhatItMayChange) {
     Conversation client("/w");
