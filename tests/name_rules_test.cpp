@@ -153,7 +153,7 @@ constexpr char const* inputs[] = {
     "llib\ncu1\npd[1]\nwlib/u1[1:0]\nwlib/u1/d[1:0]",
     "artl\ncu1\npd[1]\nwu1/rtl[1:0]\nwu1/rtl/d[1:0]",
     "cu1.a.q\npCK\ncu1.b\ncu1.c\ncu1.d\nwu1/*/q/C*\nwu1/*/q",  // a literal level after a literal and a star
-    "cu1\npsub/z\nwsub/z*\nwsub/*",
+    "cu1\npsub/z\ncu2\npsub/y\nwsub/?\nwsub/*",
     "pq?\npq??\npqa\nwq\xf0\x9f\x98\x80\nwq\xe0\x80\xbf",  // a character of two units, and one that is too long
     "pd[1]\nwd[1:0]\\",                                    // not a range, because of the last byte
     "pd[1:0]\npd[1]\nwd[1:0]",                             // a name like a range, and a bit in the range
