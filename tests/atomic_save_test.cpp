@@ -98,6 +98,14 @@ TEST_F(Atomic, FollowsLinks) {
     EXPECT_TRUE(isSaved(dir / "sub/made"));
     EXPECT_EQ(fs::read_symlink(dir / "link"), "sub/link");
     EXPECT_EQ(names(), (std::set<std::string>{"dangling", "file", "link", "sub"}));
+    // As many links as the system follows.
+    std::string last = "file";
+    for (int links = 1; links <= 41; ++links) {
+        std::string const next = "sub/" + std::to_string(links);
+        fs::create_symlink("../" + last, dir / next);
+        last = next;
+        EXPECT_EQ(save(dir / last).empty(), ::access((dir / last).c_str(), F_OK) == 0) << links;
+    }
 }
 
 TEST_F(Atomic, SaysWhyItFailed) {
