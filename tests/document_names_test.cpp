@@ -362,6 +362,7 @@ TEST_F(NameCheck, SuggestsNames) {
         "no such object: `\u00e4?`", "no such object: `\u00e4?`",
     };
     EXPECT_EQ(messages, expected);
+    EXPECT_EQ(missingMessage({nullptr, "", taDciObjPin, "u1/CK", TOVMATCH_LOCAL}, names), "no such pin: `u1/CK`");
 }
 
 }  // namespace

@@ -175,7 +175,9 @@ bool checkTovFile(char const* path, TovCheckOptions const& options, std::vector<
 std::string missingMessage(TovNameUse const& missing, TovDesignNames const& names) {
     std::string const nearest = names.nearest(missing.type, missing.word);
     std::string const message = missingMessage(missing);
-    return nearest.empty() ? message : message + errorText("; did you mean " + quoted(nearest) + "?");
+    // A local match does not find a whole path, which is its own nearest name.
+    bool const isNear = !nearest.empty() && nearest != missing.word;
+    return isNear ? message + errorText("; did you mean " + quoted(nearest) + "?") : message;
 }
 
 std::string missingMessage(TovNameUse const& missing) {

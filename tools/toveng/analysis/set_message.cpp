@@ -17,6 +17,7 @@ std::string NearNames::nearestTo(MissingWord const& word) {
     if (search_ && searches_ > 0) {
         --searches_;
         std::string name = search_(word.isClock ? taDciObjClock : word.type, word.text);
+        if (name == word.text) name.clear();  // a local match does not find a whole path
         // A name of the design may be near by its path, which differs from its text.
         if (nearest.word().empty()) return name;
         if (!name.empty()) nearest.add(name);
