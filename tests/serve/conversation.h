@@ -80,7 +80,7 @@ public:
     }
 
     void tick() {
-        server_.tick();
+        if (server_.isWatching()) server_.tick();
         work();
     }
 

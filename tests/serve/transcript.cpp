@@ -11,7 +11,7 @@
 //   request METHOD PARAMETERS, notify METHOD PARAMETERS
 //   answer RESULT, refuse           for the last request of the server
 //   message JSON, raw BYTES         as they are; bytes with \r, \n and \0
-//   design, tick                    waits for the design; lets the server look at files
+//   design, tick                    waits for the design; lets the server look at files, if it watches any
 //
 // The output of the server is indented. Ranges are FROM-TO, and the workspace is $W.
 
