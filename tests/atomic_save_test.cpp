@@ -191,8 +191,10 @@ TEST_F(Atomic, KeepsAccessListsAndAttributes) {
         EXPECT_EQ(attributeOf(path, "user.note"), "kept");
     }
     EXPECT_EQ(fs::status(path).permissions(), fs::perms(0640));
-    calls::start({{"fsetxattr", calls::failing(2, ENOSPC)}});
-    EXPECT_TRUE(save(path).find(" cannot be kept: No space left on device") != std::string::npos);
+    for (char const* call : {"lgetxattr", "fsetxattr"}) {
+        calls::start({{call, calls::failing(2, EIO)}});
+        EXPECT_NE(save(path).find(" cannot be kept: Input/output error"), std::string::npos) << call;
+    }
     if (::geteuid() == 0) {
         EXPECT_EQ(::chown(path.c_str(), 0, 6000), 0);
         calls::start({{"fchown", calls::failing(0, EPERM)}});

@@ -92,6 +92,7 @@ TEST(DesignNames, AreFoundByTheirTypes) {
     EXPECT_EQ(count(taDciObjName), 8U + 11U + 3U + 5U + 3U);
     EXPECT_EQ(count(taDciObjNone) + count(1) + count(60), 0U);
     EXPECT_EQ(count(taDciObjPin, "lvl/*", 7), 2U);
+    EXPECT_EQ(count(taDciObjPin, "/u1/r0/rtl/CK"), 0U);  // the library of u1/r0 is not shown
     for (char const* word : {"", "\\", "[get_ports *]", "$*", "@*", "-*"}) {
         EXPECT_FALSE(TovDesignNames::isName(word));
         EXPECT_EQ(count(taDciObjName, word), 0U) << word;
@@ -128,14 +129,15 @@ TEST(DesignNames, AreSuggested) {
     support::TempDir const dir;
     std::string const longest(1000, 'a');
     TovDesign other;
-    other.load(
-        support::write(dir / "dump", "<top><library><unit><pins><pitem name='a*'/><pitem name='aZ'/><pitem name='" +
-                                         longest + "'/></pins></unit></library></top>")
-            .c_str());
+    other.load(support::write(dir / "dump",
+                              "<top name='t'><library><unit><pins><pitem name='a*'/><pitem name='aZ'/><pitem name='" +
+                                  longest + "'/></pins><instance name='t.a.b.c.d.e.f'/></unit></library></top>")
+                   .c_str());
     TovDesignNames const others(other);
     EXPECT_EQ(others.nearest(taDciObjPort, "ab"), "aZ");  // before "a\*"
     EXPECT_EQ(others.nearest(taDciObjPort, "b" + longest.substr(1)), longest);
     EXPECT_EQ(others.nearest(taDciObjPort, longest + 'a'), "");
+    EXPECT_EQ(others.nearest(taDciObjCell, "a/b/c/d/e/x"), "a/b/c/d/e/f");
 }
 
 TEST(DesignNames, TellProgressAndStop) {

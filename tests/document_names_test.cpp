@@ -168,6 +168,15 @@ TEST_F(Join, TakesTheNamesOfClocks) {
     EXPECT_EQ(wordsOf(TovDocumentNames(document, names).missingIn(path)), "a/b a/b[1:0] of?");
 }
 
+// A list that an expression made, in which the caller then replaced a port.
+TEST_F(Join, FindsTheWordsOfChangedLists) {
+    TovCmd& path = add("get_ports clk n");
+    EXPECT_EQ(wordsOf(TovDocumentNames(document, names).missingIn(path)), "n");
+    taDciObj*& port = static_cast<TovCmdFalsePath&>(path).from.front();
+    delete std::exchange(port, new taDciObj("e", nullptr, taDciObjPort, taDciObjNone));
+    EXPECT_EQ(wordsOf(TovDocumentNames(document, names).missingIn(path)), "e n");
+}
+
 // Commands are added, changed, removed and added again, and clocks with them; after each step a new join must give the
 // same answers.
 TEST_F(Join, AnswersAsOneMadeAnew) {

@@ -10,6 +10,7 @@
 #include "tov/design/design.h"
 #include "tov/io/error_text_p.h"
 #include "tov/io/progress_meter_p.h"
+#include "tov/names/name_check.h"
 
 namespace {
 
@@ -104,6 +105,21 @@ TEST_F(Io, SaysWhatFailed) {
     EXPECT_EQ(error, "No such file or directory");
     EXPECT_FALSE(document.read(
         path.c_str(), [](auto, auto) { return false; }, nullptr));
+
+    // A check with names reads a pipe only once, before it checks the lines.
+    int ends[2];
+    ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+    ASSERT_EQ(::write(ends[1], "set_load 1\n", 11), 11);
+    TovDesignNames const names{TovDesign()};
+    TovCheckOptions options;
+    options.names = &names;
+    std::vector<TovFinding> findings;
+    calls::start({{"read", calls::failing(2, EIO)}});
+    std::string const pipe = "/proc/self/fd/" + std::to_string(ends[0]);
+    EXPECT_FALSE(checkTovFile(pipe.c_str(), options, findings, &error));
+    EXPECT_EQ(error, "Input/output error");
+    EXPECT_EQ(findings.size(), 1U);
+    for (int end : ends) ::close(end);
 }
 
 TEST_F(Io, TellsErrorsInAShortLine) {

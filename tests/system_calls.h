@@ -177,6 +177,12 @@ ssize_t __wrap_write(int fd, void const* from, size_t size) {
     return calls::fail("write") ? -1 : __real_write(fd, from, std::min(size, calls::longestWrite));
 }
 
+// Not noted: a system with security labels has attributes to read on every file.
+ssize_t __real_lgetxattr(char const* path, char const* name, void* to, size_t size);
+ssize_t __wrap_lgetxattr(char const* path, char const* name, void* to, size_t size) {
+    return calls::fail("lgetxattr") ? -1 : __real_lgetxattr(path, name, to, size);
+}
+
 int __real_close(int fd);
 int __wrap_close(int fd) {
     calls::note("close", Descriptor{fd});
