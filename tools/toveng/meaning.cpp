@@ -32,7 +32,11 @@ std::string plainText(std::string_view text) {
         char const c = text[at];
         std::size_t const end = std::min(text.find_first_of(separators, at + 1), text.size());
         bool const isClosed = end < text.size() && ((c == '{' && text[end] == '}') || (c == '"' && text[end] == '"'));
-        if (isClosed && end > at + 1) {
+        char const before = at == 0 ? ' ' : text[at - 1];
+        char const after = end + 1 < text.size() ? text[end + 1] : ' ';
+        bool const isWord =
+            (isSpace(before) || before == '[' || before == '{') && (isSpace(after) || after == ']' || after == '}');
+        if (isClosed && isWord && end > at + 1) {
             plain += text.substr(at + 1, end - at - 1);
             at = end + 1;
             continue;
