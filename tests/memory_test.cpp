@@ -79,6 +79,7 @@ TEST(Memory, ASaveTakesTwiceItsText) {
     struct {
         char const* name;
         std::function<std::size_t(std::size_t)> length;  // of the name in a line
+        std::size_t comments = 0;                        // their size
     } const texts[] = {
         {"even", [](std::size_t) { return 30; }},
         {"large", [](std::size_t) { return 160; }},
@@ -90,6 +91,7 @@ TEST(Memory, ASaveTakesTwiceItsText) {
         {"a few long ones", [](std::size_t i) { return i % 1000 == 0 ? 3000 : 10; }},
         {"a few long ones at first", [](std::size_t i) { return i < 40 ? 2000 : 10; }},
         {"long at both ends", [](std::size_t i) { return i < 100 || i > count - 100 ? 900 : 10; }},
+        {"before comments", [](std::size_t i) { return i < count / 8 || i > count - 100 ? 100 : 120; }, 300'000},
     };
     for (auto const& text : texts) {
         for (char const* between : {"", "create_clock\n"}) {
@@ -100,6 +102,7 @@ TEST(Memory, ASaveTakesTwiceItsText) {
                 if (i % 10 == 0) lines += between;
             }
             support::load(document, lines);
+            document.attributeCommentText.assign(text.comments, '#');
             std::string saved;
             for (bool const hasRoomForGuess : {true, false}) {
                 // A large guess is a little larger than the text.

@@ -42,6 +42,7 @@ public:
 
     void moveTo(std::string& text) {
         for (; !blocks_.empty(); blocks_.pop_front()) text += blocks_.front();
+        closed_ = 0;
     }
 
 private:
