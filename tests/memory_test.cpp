@@ -92,6 +92,7 @@ TEST(Memory, ASaveTakesTwiceItsText) {
         {"a few long ones at first", [](std::size_t i) { return i < 40 ? 2000 : 10; }},
         {"long at both ends", [](std::size_t i) { return i < 100 || i > count - 100 ? 900 : 10; }},
         {"before comments", [](std::size_t i) { return i < count / 8 || i > count - 100 ? 100 : 120; }, 300'000},
+        {"before large ones", [](std::size_t i) { return i < count / 8 || i > count - 100 ? 100 : 120; }, 1'000'000},
     };
     for (auto const& text : texts) {
         for (char const* between : {"", "create_clock\n"}) {

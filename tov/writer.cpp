@@ -153,12 +153,15 @@ void reserve(std::string& text, std::size_t size) {
 class FileText {
 public:
     void append(std::string_view part) {
-        if (part.size() > room()) guessed_ = false;
         if (guessed_) {
-            text_ += part;
-        } else {
-            blocks_.append(part);
+            // As much as fits: a large part leaves no room unused.
+            std::size_t const fitting = std::min(part.size(), room());
+            text_ += part.substr(0, fitting);
+            part.remove_prefix(fitting);
+            if (part.empty()) return;
+            guessed_ = false;
         }
+        blocks_.append(part);
     }
 
     // A command without a text has no line. Returns the size of the line; `usual` is the guess for it.
