@@ -340,7 +340,10 @@ TEST_F(NameCheck, VisitsFindings) {
     visits.clear();
     std::thread writer([&] {
         std::ofstream file(pipe);
-        for (char const c : text) file << c << std::flush, std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        for (char const c : text) {
+            file << c << std::flush;
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
     });
     EXPECT_TRUE(checkTovFile(pipe.c_str(), options, visit));
     writer.join();

@@ -26,7 +26,6 @@ std::string joined(std::vector<std::string> texts) {
 
 // Removes the braces and quotes around single words, and the blanks around brackets.
 std::string plainText(std::string_view text) {
-    constexpr std::string_view separators = " \t\n\r\v\f[]{}\"";
     std::string plain;
     for (std::size_t at = 0; at < text.size();) {
         char const c = text[at];

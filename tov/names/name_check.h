@@ -59,8 +59,8 @@ TOVENG_API bool checkTovFile(char const* path, TovCheckOptions const& options, s
                              std::string* error = nullptr);
 
 /// Returns the message for a name that is missing, "no such port: `a`; did you mean `b`?", with the nearest name of the
-/// design if there is one. One line of UTF-8, at most 1,000 bytes, like findingMessage. The search for the nearest name
-/// scans all names of the design. A use comes from a check or from TovDocumentNames::missing.
+/// design if there is another one. One line of UTF-8, at most 1,000 bytes, like findingMessage. The search for the
+/// nearest name scans all names of the design. A use comes from a check or from TovDocumentNames::missing.
 TOVENG_API std::string missingMessage(TovNameUse const& missing, TovDesignNames const& names);
 
 /// The same without a search: "no such port: `a`".

@@ -67,7 +67,6 @@ bool isCovered(taDciObj const& object, std::string_view role, std::vector<WordUs
                            [&](WordUse const& use) { return role == use.role && word == use.word; });
     };
     if (object.type != taDciObjName) return isWord(text);
-    constexpr std::string_view separators = " \t\n\r\v\f[]{}\"";
     bool const isExpression = startsWith(trimFront(text), "[");
     for (std::size_t at = 0; (at = text.find_first_not_of(separators, at)) != std::string_view::npos;) {
         std::size_t const end =

@@ -51,7 +51,7 @@ std::string misspeltIn(std::string_view name) {
     std::string message;
     for (std::size_t open = name.find('['); open != std::string_view::npos; open = name.find('[', open + 1)) {
         std::string_view word = trimFront(name.substr(open + 1));
-        word = word.substr(0, word.find_first_of(" \t\n\r\v\f[]{}\""));
+        word = word.substr(0, word.find_first_of(separators));
         if (word.empty() || contains(queries, word) || contains(otherQueries, word)) continue;
         Nearest nearest(word, 2);
         for (std::string_view query : queries) nearest.add(query);
@@ -83,7 +83,6 @@ std::size_t wordEnd(std::string_view text, std::size_t at) {
 // Calls `visit` with each word of a name that begins with a variable. A word of an expression is not a name.
 template <class Visit>
 void forEachVariable(std::string_view name, Visit visit) {
-    constexpr std::string_view separators = " \t\n\r\v\f{}\"[]";
     std::size_t at = 0;
     while ((at = name.find_first_not_of(separators, at)) != std::string_view::npos) {
         std::size_t const end = wordEnd(name, at);

@@ -59,7 +59,6 @@ bool hidesClocks(std::string_view text) {
 // Words as the check of lines splits them: at white space, brackets, braces and quotes.
 template <class Visit>
 bool anyWord(std::string_view text, Visit visit) {
-    constexpr std::string_view separators = " \t\n\r\v\f[]{}\"";
     for (std::size_t at = 0; (at = text.find_first_not_of(separators, at)) != std::string_view::npos;) {
         std::size_t const end = std::min(text.find_first_of(separators, at), text.size());
         if (visit(text.substr(at, end - at))) return true;
@@ -223,7 +222,7 @@ void Judge::judgeEnabled(Command const& command, Judgement& out) const {
 
 void Judge::addUses(Command const& command, Facts& facts) const {
     std::vector<WordUse> uses;
-    uses.reserve(8);
+    uses.reserve(8);  // the words of most commands
     std::vector<TovNameUse> owned;
     if (!gatherPlainUses(command, match_, uses)) {
         owned = join_->usesIn(command.cmd);

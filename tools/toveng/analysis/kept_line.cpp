@@ -24,7 +24,7 @@ constexpr auto classes = [] {
     for (char c : std::string_view("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_/.:*?-")) {
         table[static_cast<unsigned char>(c)] = plain;
     }
-    for (char c : std::string_view(" \t\n\r\v\f[]{}\"")) table[static_cast<unsigned char>(c)] = separator;
+    for (char c : separators) table[static_cast<unsigned char>(c)] = separator;
     return table;
 }();
 

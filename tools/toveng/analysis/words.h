@@ -12,6 +12,9 @@ namespace tool {
 /// Blank, tab, LF, CR, VT and FF are white space.
 inline constexpr std::string_view whiteSpace = " \t\n\r\v\f";
 
+/// What separates the words of a command, however they are nested: white space, brackets, braces and quotes.
+inline constexpr std::string_view separators = " \t\n\r\v\f[]{}\"";
+
 inline bool isSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }

@@ -10,7 +10,7 @@ namespace tool::lsp {
 namespace {
 
 bool endsWord(char c) {
-    return isSpace(c) || std::string_view("[]{}\"").find(c) != std::string_view::npos;
+    return separators.find(c) != std::string_view::npos;
 }
 
 // Returns whether a word ends before the rest of its line, which may be the "\" that joins the next line.

@@ -89,9 +89,9 @@ private:
 // The words that a check compares, in byte order.
 std::vector<std::string> sortedWords(std::string_view text) {
     std::vector<std::string> words;
-    constexpr std::string_view ends = " \t\n\r\v\f[]{}\"";
-    for (std::size_t at = text.find_first_not_of(ends); at < text.size(); at = text.find_first_not_of(ends, at)) {
-        std::size_t const end = std::min(text.find_first_of(ends, at), text.size());
+    for (std::size_t at = text.find_first_not_of(separators); at < text.size();
+         at = text.find_first_not_of(separators, at)) {
+        std::size_t const end = std::min(text.find_first_of(separators, at), text.size());
         words.emplace_back(text.substr(at, end - at));
         at = end;
     }
